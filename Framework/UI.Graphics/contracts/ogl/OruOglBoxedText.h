@@ -1,0 +1,57 @@
+#pragma once
+
+#include "contracts/ogl/kelvar_ogl_api.h"
+
+#include <QColor>
+#include <QPoint>
+#include <QSize>
+#include <QString>
+#include <Qt>
+
+class OruOglText;
+
+/// A text in a filled box with a frame, placed on one side of a point.
+///
+/// Works in the frame of OruOglText, pixel centres at whole numbers, in any GL state, and puts the state
+/// back. The text is drawn in the colour of its OruOglText.
+class KELVAR_OGL_API OruOglBoxedText
+{
+public:
+    static constexpr int frameWidth = 1; ///< Pixels of the frame on each side.
+    static constexpr int margin = 4;     ///< Pixels between frame and text on each side.
+    static constexpr int shadowWidth = 2;
+
+    /// The text that is drawn and measured; borrowed, must outlive this object.
+    OruOglText* text;
+
+    /// Draws a translucent shadow, shadowWidth pixels wide, beyond the box on the side away from its point,
+    /// so that it stays on the named side as well. Off after construction and after clear().
+    bool shadow = false;
+
+    explicit OruOglBoxedText(OruOglText& boxedText);
+
+    /// Back to a new object: black frame, white fill, towards larger x and larger y, no shadow.
+    void clear();
+
+    /// On which side of the point the box lies. Qt::AlignLeft: towards smaller x, its last column is the one
+    /// before the point's; Qt::AlignRight: towards larger x, the point's column is its first.
+    /// Qt::AlignBottom: towards smaller y, below the point's row; Qt::AlignTop: towards larger y, the point's
+    /// row is its first. Qt::AlignHCenter and Qt::AlignVCenter: centred on the point. An axis without a flag
+    /// is as after clear().
+    void setAlignment(Qt::Alignment alignment);
+
+    /// Frame and fill, alpha included. The frame is drawn round the fill, not below it.
+    void setColor(const QColor& frame, const QColor& fill);
+
+    /// The extent of the whole box round `string`, the shadow left out; (0, 0) for an empty text.
+    QSize size(const QString& string) const;
+
+    /// Draws the box at the pixel `point`. An empty text draws nothing. While `text` is in select mode the
+    /// box is filled with the current GL colour.
+    void draw(const QPoint& point, const QString& string) const;
+
+private:
+    Qt::Alignment alignment_;
+    QColor frame_;
+    QColor fill_;
+};

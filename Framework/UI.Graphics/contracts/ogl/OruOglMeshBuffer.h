@@ -1,0 +1,63 @@
+#pragma once
+
+#include "contracts/ogl/OruOglMeshArrays.h"
+#include "contracts/ogl/kelvar_ogl_api.h"
+
+#include <memory>
+
+class OruOglBufferStore;
+class OruOglGeometry;
+
+/// One mesh in vertex buffer objects, made by OruOglGeometry::makeMesh(). It keeps no copy of the arrays.
+///
+/// The GL buffers belong to the geometry store. When the mesh goes they are released at the store's next
+/// opportunity, so a mesh may be destroyed without a current context; when the store goes first, the mesh is
+/// empty from then on and draws nothing.
+class KELVAR_OGL_API OruOglMeshBuffer
+{
+public:
+    ~OruOglMeshBuffer();
+    OruOglMeshBuffer(const OruOglMeshBuffer&) = delete;
+    OruOglMeshBuffer& operator=(const OruOglMeshBuffer&) = delete;
+
+    /// Copies the arrays into GL buffers in place of what was there; needs the context. Indices take 2 bytes
+    /// where the vertex count allows. False, and the mesh is empty: no positions or indices, an index out of
+    /// range, a store that is gone, or no memory on the GL side.
+    bool upload(const OruOglMeshArrays& arrays);
+
+    /// Releases the GL buffers; the mesh is empty.
+    void clear();
+
+    /// Draws the whole mesh in the current state and matrices, or `count` indices from the index `first` on;
+    /// what lies beyond the end is left out. A mesh without colours takes the current colour; one with
+    /// colours leaves the current colour undefined. Client array state and buffer bindings of the caller are
+    /// neither used nor changed.
+    void draw() const;
+    void draw(std::size_t first, std::size_t count) const;
+
+    /// True without anything to draw: never uploaded, cleared, refused, or the store is gone.
+    bool empty() const;
+
+    /// True if this mesh was made by `geometry` and that one lives.
+    bool belongsTo(const OruOglGeometry& geometry) const;
+
+    std::size_t vertexCount() const { return vertexCount_; }
+    std::size_t indexCount() const { return indexCount_; }
+
+    /// Bytes in GL buffers.
+    std::size_t byteCount() const;
+
+private:
+    friend class OruOglGeometry;
+    explicit OruOglMeshBuffer(std::weak_ptr<OruOglBufferStore> store);
+
+    std::weak_ptr<OruOglBufferStore> store_;
+    unsigned int vertexBuffer_ = 0;
+    unsigned int indexBuffer_ = 0;
+    unsigned int mode_ = 0;
+    std::size_t vertexCount_ = 0;
+    std::size_t indexCount_ = 0;
+    bool normals_ = false;
+    bool colors_ = false;
+    bool shortIndices_ = false;
+};

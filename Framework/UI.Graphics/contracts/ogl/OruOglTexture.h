@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QSize>
+
+/// A two-dimensional texture of an OruOglCache. The whole image lies in texture coordinates 0 to 1, (0, 0) at
+/// its lower left; colours are not premultiplied. Minified linearly, clamped at its edges.
+struct OruOglTexture
+{
+    unsigned int name = 0; ///< The GL name; belongs to the cache.
+    QSize size;            ///< Of the image file in pixels, also where the texture had to be made smaller.
+};
