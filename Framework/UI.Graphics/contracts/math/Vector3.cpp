@@ -1,0 +1,1 @@
+#include "contracts/math/Vector3.h"
