@@ -1,0 +1,11 @@
+#pragma once
+
+#include "contracts/core/kelvar_core_api.h"
+#include "contracts/math/Matrix.h"
+
+#include <QColor>
+
+/// What a typed read yields for a matrix and a colour that the store does not have: the identity and an
+/// invalid colour.
+extern KELVAR_CORE_API const Kelvar::Math::Matrix OruMatrix0;
+extern KELVAR_CORE_API const QColor QColor0;

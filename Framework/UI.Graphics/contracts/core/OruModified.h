@@ -1,0 +1,53 @@
+#pragma once
+
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruViewPtr.h"
+#include "contracts/core/kelvar_core_api.h"
+
+#include <cstdint>
+
+/// The change record of one node in a tree.
+///
+/// A change is noted once, at the node, and carried to the root: O(depth). Whether anything changed at a node
+/// or anywhere below it is then a comparison of two numbers: O(1), however large the subtree is.
+class KELVAR_CORE_API OruModified
+{
+public:
+    /// A new record, which counts as changed. `sharedGroup` must outlive it.
+    explicit OruModified(OruModifiedGroup& sharedGroup);
+
+    /// A copy is a new node in the same group, outside of any tree. Its place is never copied.
+    OruModified(const OruModified& other);
+
+    /// Assignment changes the content, so it notes a change; the place in the tree stays.
+    OruModified& operator=(const OruModified& other);
+
+    /// Shared by all nodes of the tree; handed to the constructors of children.
+    OruModifiedGroup& group;
+
+    /// Grows with each change of this node itself.
+    std::uint64_t revision() const { return revision_; }
+
+    /// Grows with each change of this node or of any node below it.
+    std::uint64_t subtreeRevision() const { return subtreeRevision_; }
+
+    /// Notes a change of this node.
+    void touch();
+
+    /// Where view_ptr is told of this node's end.
+    const oru::view_anchor& viewAnchor() const { return viewAnchor_; }
+
+protected:
+    ~OruModified();
+
+    OruModified* parentRecord() const { return parentRecord_; }
+
+    /// Makes `parent` (null: nothing) the record to which changes are carried. Notes no change by itself.
+    void setParentRecord(OruModified* parent) { parentRecord_ = parent; }
+
+private:
+    OruModified* parentRecord_ = nullptr;
+    std::uint64_t revision_;
+    std::uint64_t subtreeRevision_;
+    oru::view_anchor viewAnchor_;
+};

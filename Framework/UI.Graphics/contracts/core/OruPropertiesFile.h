@@ -1,0 +1,49 @@
+#pragma once
+
+#include "contracts/core/kelvar_core_api.h"
+
+#include <QString>
+
+class OruProperties;
+
+/// A property tree as a JSON file.
+///
+///     {
+///         "format": "kelvar property tree",
+///         "version": 1,
+///         "tree": {
+///             "name": "scene.1",
+///             "type": "scene",
+///             "flags": 256,
+///             "values": { "zoomMove": "1.1", "pickSize": { "value": "3", "unit": "px" } },
+///             "children": [ ... nodes of the same form ... ]
+///         }
+///     }
+///
+/// Values are texts, so that no number loses a bit; a number or a flag written by hand is accepted too.
+/// "type", "flags", "values" and "children" may be missing. Members that are not known here and children that
+/// nobody can make are kept with the node and written back by the next save.
+///
+/// Both operations return false on failure and put the reason into `error`, if that is not null. What is
+/// wrong with a file's content is told as "file:line:column: reason"; columns count characters from 1.
+class KELVAR_CORE_API OruPropertiesFile
+{
+public:
+    /// Largest file, in bytes, and deepest tree, in levels below the root, that is written or read.
+    static constexpr int MaximumBytes = 64 * 1024 * 1024;
+    static constexpr int MaximumDepth = 400;
+
+    /// The version that save() writes; load() refuses files of a later one.
+    static constexpr int Version = 1;
+
+    /// Writes the tree below `root`, all of it or nothing: an existing file is replaced only by a whole one.
+    static bool save(const OruProperties& root, const QString& file, QString* error);
+
+    /// Merges a file into the tree below `root`: values and units in the file overwrite, children that are
+    /// missing are made by their parent's makeChild() and enter through its insert() as tree-owned; nothing
+    /// is removed. The name of the root is not changed.
+    ///
+    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, or that
+    /// gives a node another type than the tree has is refused, and the tree is as it was.
+    static bool load(OruProperties& root, const QString& file, QString* error);
+};

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "contracts/core/kelvar_core_api.h"
+#include "contracts/math/Matrix.h"
+
+#include <QColor>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <map>
+
+class OruModified;
+
+/// The values of one node: a text and a unit by key.
+///
+/// Text is the only form that is stored; the typed overloads write the forms of OruText.h and read them back
+/// bit for bit, in every locale. A typed read of a key that is not defined, or whose text does not parse,
+/// yields the fallback. Every change is noted at the node, so that watchers see it; writing the text that a
+/// key already has is no change.
+class KELVAR_CORE_API OruPropertiesString
+{
+public:
+    /// What is kept for one key. It stays at its address as long as the store lives, defined or not, so that
+    /// a reader can hold on to it and see a change without looking the key up again.
+    struct Slot
+    {
+        QString text;
+        QString unit;
+        std::uint64_t revision = 1; ///< grows with each change of text, defined or cachable
+        bool defined = false;
+        bool cachable = true;
+    };
+
+    /// The store of `owner`, which must outlive it.
+    explicit OruPropertiesString(OruModified& owner);
+    OruPropertiesString(const OruPropertiesString&) = delete;
+    OruPropertiesString& operator=(const OruPropertiesString&) = delete;
+
+    bool defined(const QString& key) const;
+
+    /// The defined keys, sorted.
+    QStringList keys() const;
+
+    /// Puts the stored value, or `fallback`, into `value`. Returns the stored text, a null string where the
+    /// key is not defined.
+    QString getValue(const QString& key, bool& value, bool fallback) const;
+    QString getValue(const QString& key, int& value, int fallback) const;
+    QString getValue(const QString& key, float& value, float fallback) const;
+    QString getValue(const QString& key, double& value, double fallback) const;
+    QString getValue(const QString& key, QString& value, const QString& fallback) const;
+    QString getValue(const QString& key, QColor& value, const QColor& fallback) const;
+    QString getValue(const QString& key, Kelvar::Math::Matrix& value,
+                     const Kelvar::Math::Matrix& fallback) const;
+
+    /// Stores a value and defines the key. Returns the text that is stored now.
+    QString setValue(const QString& key, bool value);
+    QString setValue(const QString& key, int value);
+    QString setValue(const QString& key, float value);
+    QString setValue(const QString& key, double value);
+    QString setValue(const QString& key, const QString& value);
+    QString setValue(const QString& key, const QColor& value);
+
+    /// UTF-8; without this overload a literal would be taken for a bool.
+    QString setValue(const QString& key, const char* value);
+
+    /// Takes value and unit of `key` away. False: it was not defined.
+    bool remove(const QString& key);
+
+    /// The unit of `key`, or `fallback` for a key that was never seen.
+    QString getUnit(const QString& key, const QString& fallback) const;
+
+    /// Sets the unit of `key`, defined or not; an empty unit clears it.
+    void setUnit(const QString& key, const QString& unit);
+
+    /// False makes adaptors of `key` read the store each time, for values that change without a write.
+    void setCachable(const QString& key, bool cachable);
+
+    /// Takes over all values and units of `other`; keys that `other` does not define are removed.
+    void assign(const OruPropertiesString& other);
+
+    /// The slot of `key`, made when missing.
+    const Slot& slot(const QString& key) { return slots_[key]; }
+
+private:
+    template <typename T>
+    QString read(const QString& key, T& value, const T& fallback) const;
+
+    const Slot* find(const QString& key) const;
+    void noteChange(Slot& slot);
+
+    OruModified& owner_;
+    std::map<QString, Slot> slots_;
+};

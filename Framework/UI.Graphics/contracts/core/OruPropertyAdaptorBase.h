@@ -1,0 +1,49 @@
+#pragma once
+
+#include "contracts/core/OruPropertiesString.h"
+#include "contracts/core/OruViewPtr.h"
+#include "contracts/core/kelvar_core_api.h"
+
+#include <QString>
+
+#include <cstdint>
+
+class OruProperties;
+
+/// What a typed property member needs to know: its node, its key, and whether its copy of the value is stale.
+///
+/// It owns nothing. A copy is bound to the same node as its source; an adaptor that outlives its node reports
+/// no more changes.
+class KELVAR_CORE_API OruPropertyAdaptorBase
+{
+public:
+    OruPropertyAdaptorBase(const OruPropertyAdaptorBase& other) = default;
+    OruPropertyAdaptorBase& operator=(const OruPropertyAdaptorBase& other) = delete;
+
+    const QString& name() const { return key_; }
+
+    /// The unit that the store keeps for the key; empty, and a write dropped, once the node is gone.
+    void setUnit(const QString& unit);
+    QString getUnit() const;
+
+protected:
+    OruPropertyAdaptorBase(OruProperties& owner, const QString& key);
+    ~OruPropertyAdaptorBase() = default;
+
+    const oru::view_ptr<OruProperties>& node() const { return node_; }
+
+    /// True when the value changed since the last reset(). A new adaptor counts as changed.
+    bool modified() const { return node_ && slot_->revision != seen_; }
+
+    /// False when the value must be read from the store each time.
+    bool cachable() const { return !node_ || slot_->cachable; }
+
+    /// Takes the value as seen.
+    void reset() const;
+
+private:
+    oru::view_ptr<OruProperties> node_;
+    QString key_;
+    const OruPropertiesString::Slot* slot_;
+    mutable std::uint64_t seen_ = 0;
+};
