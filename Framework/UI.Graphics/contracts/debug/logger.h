@@ -44,6 +44,7 @@ public:
 private:
     friend class trace;
 
+    void writeTrace(const std::string& text) const;
     std::string indentation() const;
 
     std::shared_ptr<sink> sink_;

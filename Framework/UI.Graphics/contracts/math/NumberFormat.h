@@ -11,11 +11,13 @@ namespace Math {
 class KELVAR_MATH_API NumberFormat
 {
 public:
+    /// Full stop, no groups, the fewest digits that read back.
+    constexpr NumberFormat() = default;
+
     /// Separators are single Latin-1 characters. A `decimalSeparator` of 0 stands for the full stop, a
     /// `groupSeparator` of 0 writes no groups. `significantDigits` from 1 rounds to that many; any other
     /// value writes the fewest digits that read back as the same number.
-    constexpr explicit NumberFormat(char decimalSeparator = '.', char groupSeparator = 0,
-                                    int significantDigits = -1)
+    constexpr NumberFormat(char decimalSeparator, char groupSeparator, int significantDigits)
         : decimalSeparator_(decimalSeparator == 0 ? '.' : decimalSeparator)
         , groupSeparator_(groupSeparator)
         , significantDigits_(significantDigits < 1 ? -1 : significantDigits)
@@ -33,9 +35,9 @@ public:
     std::string format(double value) const;
 
 private:
-    char decimalSeparator_;
-    char groupSeparator_;
-    int significantDigits_;
+    char decimalSeparator_ = '.';
+    char groupSeparator_ = 0;
+    int significantDigits_ = -1;
 };
 
 } // namespace Math
