@@ -1,0 +1,22 @@
+#include "contracts/core/OruModifiedGroup.h"
+
+OruModifiedGroup& OruModifiedGroup::handOver()
+{
+    handedOver_ = true;
+    return *this;
+}
+
+void OruModifiedGroup::unlock()
+{
+    if (locks_ > 0) {
+        --locks_;
+    }
+}
+
+void OruModifiedGroup::detach()
+{
+    --nodes_;
+    if (nodes_ == 0 && handedOver_) {
+        delete this;
+    }
+}

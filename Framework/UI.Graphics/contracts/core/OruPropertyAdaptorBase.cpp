@@ -1,0 +1,28 @@
+#include "contracts/core/OruPropertyAdaptorBase.h"
+
+#include "contracts/core/OruProperties.h"
+
+OruPropertyAdaptorBase::OruPropertyAdaptorBase(OruProperties& owner, const QString& key)
+    : node_(owner)
+    , key_(key)
+    , slot_(&owner.string().slot(key))
+{}
+
+void OruPropertyAdaptorBase::setUnit(const QString& unit)
+{
+    if (node_) {
+        node_->string().setUnit(key_, unit);
+    }
+}
+
+QString OruPropertyAdaptorBase::getUnit() const
+{
+    return node_ ? slot_->unit : QString();
+}
+
+void OruPropertyAdaptorBase::reset() const
+{
+    if (node_) {
+        seen_ = slot_->revision;
+    }
+}

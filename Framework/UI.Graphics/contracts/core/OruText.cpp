@@ -1,0 +1,229 @@
+#include "contracts/core/OruText.h"
+
+#include <QByteArray>
+#include <QDataStream>
+#include <QStringList>
+
+#include <array>
+#include <charconv>
+#include <system_error>
+
+namespace {
+
+/// The shortest float or double takes at most 24 characters, "-1.7976931348623157e+308".
+using NumberBuffer = std::array<char, 32>;
+
+template <typename Number>
+QString numberText(Number value)
+{
+    NumberBuffer buffer;
+    const std::to_chars_result end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return QString::fromLatin1(buffer.data(), static_cast<int>(end.ptr - buffer.data()));
+}
+
+bool isBlank(char character)
+{
+    return character == ' ' || character == '\t' || character == '\n' || character == '\r';
+}
+
+/// Reads the number at `from`, blanks skipped, and moves `from` behind it; `from` is null on failure.
+template <typename Number>
+Number takeNumber(const char*& from, const char* end)
+{
+    while (from != end && isBlank(*from)) {
+        ++from;
+    }
+    Number number{};
+    const std::from_chars_result read = std::from_chars(from, end, number);
+    from = read.ec == std::errc() ? read.ptr : nullptr;
+    return number;
+}
+
+template <typename Number>
+bool parseNumber(const QString& text, Number& value)
+{
+    const QByteArray bytes = text.trimmed().toLatin1();
+    const char* from = bytes.constData();
+    const char* const end = from + bytes.size();
+    const Number number = takeNumber<Number>(from, end);
+    if (from != end) {
+        return false;
+    }
+    value = number;
+    return true;
+}
+
+/// The raw words of a colour in the order of QDataStream: alpha, three channels, a fourth for CMYK.
+using ColorWords = std::array<quint16, 5>;
+
+/// The row's number is that of QColor::Spec.
+constexpr std::array<const char*, 6> colorModels = {"", "rgb", "hsv", "cmyk", "hsl", "extended"};
+
+QString wordsText(const QColor& value)
+{
+    QByteArray raw;
+    QDataStream writer(&raw, QIODevice::WriteOnly);
+    writer << value;
+    QDataStream stream(raw);
+    qint8 model = 0;
+    stream >> model;
+    QString text = QLatin1String(colorModels.at(static_cast<std::size_t>(model)));
+    for (std::size_t i = 0; i < ColorWords().size(); ++i) {
+        quint16 word = 0;
+        stream >> word;
+        text += QString::fromLatin1(" %1").arg(word, 4, 16, QLatin1Char('0'));
+    }
+    return text;
+}
+
+int modelOf(const QString& name)
+{
+    for (std::size_t i = 1; i < colorModels.size(); ++i) {
+        if (name == QLatin1String(colorModels[i])) {
+            return static_cast<int>(i);
+        }
+    }
+    return 0;
+}
+
+bool parseWords(const QString& text, QColor& value)
+{
+    const QStringList parts = text.split(QLatin1Char(' '));
+    const int model = modelOf(parts.first());
+    if (model == 0 || parts.size() != 1 + static_cast<int>(ColorWords().size())) {
+        return false;
+    }
+    QByteArray raw;
+    QDataStream writer(&raw, QIODevice::WriteOnly);
+    writer << static_cast<qint8>(model);
+    for (int i = 1; i < parts.size(); ++i) {
+        bool isHex = false;
+        writer << parts[i].toUShort(&isHex, 16);
+        if (!isHex || parts[i].size() != 4) {
+            return false;
+        }
+    }
+    QDataStream reader(raw);
+    reader >> value;
+    return true;
+}
+
+bool parseHexArgb(const QString& text, QColor& value)
+{
+    bool isHex = false;
+    const unsigned argb = text.mid(1).toUInt(&isHex, 16);
+    if (text.size() != 9 || text[0] != QLatin1Char('#') || !isHex) {
+        return false;
+    }
+    value = QColor::fromRgba(argb);
+    return true;
+}
+
+bool parseNamed(const QString& text, QColor& value)
+{
+    const QColor named(text);
+    if (!named.isValid()) {
+        return false;
+    }
+    value = named;
+    return true;
+}
+
+} // namespace
+
+namespace oru {
+
+QString toString(bool value)
+{
+    return QLatin1String(value ? "true" : "false");
+}
+
+QString toString(int value)
+{
+    return numberText(value);
+}
+
+QString toString(float value)
+{
+    return numberText(value);
+}
+
+QString toString(double value)
+{
+    return numberText(value);
+}
+
+QString toString(const QColor& value)
+{
+    if (!value.isValid()) {
+        return QString();
+    }
+    if (value == QColor::fromRgba(value.rgba())) {
+        return QString::fromLatin1("#%1").arg(value.rgba(), 8, 16, QLatin1Char('0'));
+    }
+    return wordsText(value);
+}
+
+QString toString(const Kelvar::Math::Matrix& value)
+{
+    QString text = numberText(value.data()[0]);
+    for (int i = 1; i < 16; ++i) {
+        text += QLatin1Char(' ');
+        text += numberText(value.data()[i]);
+    }
+    return text;
+}
+
+bool fromString(const QString& text, bool& value)
+{
+    const QString word = text.trimmed();
+    const bool yes = word == QLatin1String("true") || word == QLatin1String("1");
+    if (!yes && word != QLatin1String("false") && word != QLatin1String("0")) {
+        return false;
+    }
+    value = yes;
+    return true;
+}
+
+bool fromString(const QString& text, int& value)
+{
+    return parseNumber(text, value);
+}
+
+bool fromString(const QString& text, float& value)
+{
+    return parseNumber(text, value);
+}
+
+bool fromString(const QString& text, double& value)
+{
+    return parseNumber(text, value);
+}
+
+bool fromString(const QString& text, QColor& value)
+{
+    const QString word = text.trimmed();
+    if (word.isEmpty()) {
+        value = QColor();
+        return true;
+    }
+    return parseHexArgb(word, value) || parseWords(word, value) || parseNamed(word, value);
+}
+
+bool fromString(const QString& text, Kelvar::Math::Matrix& value)
+{
+    const QByteArray bytes = text.trimmed().toLatin1();
+    const char* from = bytes.constData();
+    const char* const end = from + bytes.size();
+    Kelvar::Math::Matrix read;
+    for (int i = 0; i < 16 && from; ++i) {
+        read.data()[i] = takeNumber<float>(from, end);
+    }
+    if (from != end) {
+        return false;
+    }
+    value = read;
+    return true;
+}
+
+} // namespace oru
