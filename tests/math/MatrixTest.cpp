@@ -1,0 +1,193 @@
+#include "contracts/math/Matrix.h"
+
+#include "contracts/math/CircleTable.h"
+#include "tests/math/MathMatchers.h"
+
+#include <gtest/gtest.h>
+
+#include <QQuaternion>
+
+#include <limits>
+#include <random>
+#include <string>
+
+using namespace Kelvar::Math;
+
+namespace {
+
+/// A turn, a uniform scale and a shift as a view has them, drawn from a fixed sequence.
+class RandomViews
+{
+public:
+    Vector3 vector() { return Vector3(component_(random_), component_(random_), component_(random_)); }
+    float degrees() { return 360.0f * component_(random_); }
+    Matrix rotation() { return Matrix::rotate(vector(), degrees()); }
+    Matrix view()
+    {
+        return Matrix::translate(vector() * 50.0f) * rotation() * Matrix::scale(0.1f + vector().length());
+    }
+
+private:
+    std::mt19937 random_{4711};
+    std::uniform_real_distribution<float> component_{-1.0f, 1.0f};
+};
+
+constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+
+} // namespace
+
+TEST(Matrix, RotatesLikeTheReference)
+{
+    RandomViews random;
+    for (int i = 0; i < 50; ++i) {
+        const Vector3 axis = random.vector() * 7.0f;
+        const float degrees = random.degrees() * 3.0f;
+        QMatrix4x4 reference;
+        reference.rotate(degrees, toQt(axis));
+        EXPECT_THAT(Matrix::rotate(axis, degrees), NearMatrix(fromQt(reference), 2e-6)) << "row " << i;
+    }
+}
+
+TEST(Matrix, QuarterTurnsAreRightHandedAndExact)
+{
+    EXPECT_EQ(VectorY, Matrix::rotate(VectorZ, 90.0f).transform(VectorX));
+    EXPECT_EQ(VectorZ, Matrix::rotate(VectorX, -270.0f).transform(VectorY));
+    EXPECT_EQ(-VectorX, Matrix::rotate(VectorY * 1e30f, 180.0f).transform(VectorX));
+    EXPECT_EQ(Matrix::Identity, Matrix::rotate(VectorY, 720.0f));
+}
+
+TEST(Matrix, RotationWithoutADirectionIsTheIdentity)
+{
+    for (const Vector3& axis : {Vector0, Vector3(NaN, 0.0f, 1.0f), Vector3(Infinity, 0.0f, 0.0f)}) {
+        EXPECT_EQ(Matrix::Identity, Matrix::rotate(axis, 30.0f));
+    }
+}
+
+TEST(Matrix, ProductAppliesTheLeftFactorFirst)
+{
+    const Matrix shiftThenScale = Matrix::translate(VectorX) * Matrix::scale(Vector3(2.0f, 3.0f, 4.0f));
+    EXPECT_EQ(Vector3(4.0f, 3.0f, 4.0f), shiftThenScale.transform(Vector1));
+    EXPECT_EQ(Vector3(2.0f, 3.0f, 4.0f), shiftThenScale.transformDirection(Vector1));
+    EXPECT_EQ(2.0f, shiftThenScale.data()[12]) << "OpenGL looks for the translation there";
+
+    Matrix appended = Matrix::translate(VectorX);
+    appended *= Matrix::scale(Vector3(2.0f, 3.0f, 4.0f));
+    EXPECT_EQ(shiftThenScale, appended);
+    appended *= appended;
+    EXPECT_EQ(shiftThenScale * shiftThenScale, appended) << "a factor may be the matrix itself";
+}
+
+TEST(Matrix, MultipliesAndInvertsLikeTheReference)
+{
+    RandomViews random;
+    QMatrix4x4 perspective;
+    perspective.perspective(45.0f, 1.5f, 0.5f, 300.0f);
+    for (int i = 0; i < 50; ++i) {
+        const Matrix view = random.view();
+        const Matrix skewed = view * Matrix::scale(Vector3(1.0f, 0.2f, 3.0f)) * random.view();
+        EXPECT_THAT(view * fromQt(perspective), NearMatrix(fromQt(perspective * toQt(view)), 1e-5))
+            << "row " << i;
+        EXPECT_THAT(skewed.inverse(), NearMatrix(fromQt(toQt(skewed).inverted()), 1e-4)) << "row " << i;
+        EXPECT_THAT(view * view.inverse(), NearMatrix(Matrix::Identity, 2e-5)) << "row " << i;
+    }
+}
+
+TEST(Matrix, InverseKnowsOnlyTrueSingularity)
+{
+    for (float factor : {1e-20f, 1e-12f, 1e12f, 1e20f}) {
+        const Matrix view = Matrix::scale(factor) * Matrix::rotate(Vector1, 33.0f);
+        EXPECT_THAT(view.inverse() * view, NearMatrix(Matrix::Identity, 1e-6)) << factor;
+    }
+    const struct
+    {
+        const char* name;
+        Matrix matrix;
+    } singular[] = {
+        {"no scale", Matrix::scale(0.0f)},
+        {"flat", Matrix::rotate(Vector1, 20.0f) * Matrix::scale(Vector3(1.0f, 1.0f, 0.0f))},
+        {"dependent rows", Matrix(Vector3(1, 2, 3), Vector3(4, 5, 6), Vector3(7, 8, 9))},
+        {"inverse beyond float", Matrix::scale(1e-40f)},
+        {"NaN", Matrix::scale(NaN)},
+        {"infinite", Matrix::translate(Vector3(Infinity, 0.0f, 0.0f))},
+    };
+    for (const auto& row : singular) {
+        EXPECT_EQ(Matrix::Identity, row.matrix.inverse()) << row.name;
+    }
+}
+
+TEST(Matrix, OrientationIsTheRotationAlone)
+{
+    RandomViews random;
+    for (float factor : {1e-18f, 1e-6f, 1.0f, 1e6f, 1e18f}) {
+        const Vector3 axis = random.vector();
+        const float degrees = random.degrees();
+        const QMatrix4x4 turn(QQuaternion::fromAxisAndAngle(toQt(axis), degrees).toRotationMatrix());
+        const Matrix reference = fromQt(turn);
+        const Matrix shifted = Matrix::translate(random.vector()) * Matrix::rotate(axis, degrees);
+        const struct
+        {
+            const char* name;
+            Matrix scale;
+        } rows[] = {
+            {"uniform", Matrix::scale(factor)},
+            {"per axis", Matrix::scale(Vector3(factor, factor * 2.0f, factor * 300.0f))},
+            {"mirrored", Matrix::scale(-factor)},
+        };
+        for (const auto& row : rows) {
+            EXPECT_THAT((shifted * row.scale).orientation(), NearMatrix(reference, 2e-6))
+                << row.name << factor;
+            EXPECT_THAT((row.scale * shifted).orientation(), NearMatrix(reference, 2e-6))
+                << row.name << factor;
+        }
+    }
+    for (const Matrix& none : {Matrix::scale(0.0f), Matrix::scale(Vector3(1.0f, 0.0f, 1.0f)),
+                               Matrix::scale(NaN), Matrix::scale(Infinity)}) {
+        EXPECT_EQ(Matrix::Identity, none.orientation());
+    }
+}
+
+TEST(Matrix, StandardOrientationsLookAtTheirPlanes)
+{
+    const struct
+    {
+        const char* name;
+        Matrix view;
+        Vector3 right;
+        Vector3 up;
+        Vector3 towardsEye;
+    } rows[] = {
+        {"XZ plane", Matrix::OrientXZ.inverse(), VectorX, VectorZ, -VectorY},
+        {"YZ plane", Matrix::OrientYZ.inverse(), VectorY, VectorZ, VectorX},
+        {"XY plane", Matrix::Identity.inverse(), VectorX, VectorY, VectorZ},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(VectorX, row.view.transform(row.right)) << row.name;
+        EXPECT_EQ(VectorY, row.view.transform(row.up)) << row.name;
+        EXPECT_EQ(VectorZ, row.view.transform(row.towardsEye)) << row.name;
+        EXPECT_EQ(row.towardsEye, cross(row.right, row.up)) << row.name << " must not be mirrored";
+    }
+}
+
+TEST(Matrix, ComparesAndDetectsBrokenElements)
+{
+    for (int i = 0; i < 16; ++i) {
+        Matrix changed;
+        changed.data()[i] += 0.5f;
+        EXPECT_NE(Matrix::Identity, changed) << "element " << i;
+        changed.data()[i] = i % 2 == 0 ? NaN : Infinity;
+        EXPECT_FALSE(changed.isFinite()) << "element " << i;
+        changed.identity();
+        EXPECT_EQ(Matrix::Identity, changed);
+    }
+}
+
+TEST(CircleTable, HoldsTheRegularPolygonWithinItsLimits)
+{
+    const std::vector<Vector3> square = CircleTable::points(4);
+    EXPECT_THAT(square, testing::ElementsAre(VectorX, VectorY, -VectorX, -VectorY));
+    CircleTable::clear();
+    EXPECT_EQ(square, CircleTable::points(4));
+    EXPECT_EQ(std::size_t(CircleTable::MinSegments), CircleTable::points(-7).size());
+    EXPECT_EQ(std::size_t(CircleTable::MaxSegments), CircleTable::points(1 << 30).size());
+}
