@@ -53,9 +53,9 @@ struct PropertyTraits<Kelvar::Math::Matrix>
 
 /// A typed member that is bound to one key of one OruProperties node.
 ///
-/// The node's store holds the value as text and is the truth. The adaptor keeps a typed copy that a read serves
-/// until the tree says that it may be stale, so a read on every mouse move and every frame parses nothing and
-/// allocates nothing. A write updates copy and store together.
+/// The node's store holds the value as text and is the truth. The adaptor keeps a typed copy that a read
+/// serves until the tree says that it may be stale, so a read on every mouse move and every frame parses
+/// nothing and allocates nothing. A write updates copy and store together.
 ///
 /// An adaptor is a member of the object that derives from the node, built after the node's base and destroyed
 /// before it. It outlives the node only as a copy; then it goes on serving its last value and drops writes.

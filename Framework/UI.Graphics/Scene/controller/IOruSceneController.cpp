@@ -1,0 +1,3 @@
+#include "Scene/controller/IOruSceneController.h"
+
+IOruSceneController::~IOruSceneController() = default;

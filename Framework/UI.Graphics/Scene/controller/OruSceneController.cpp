@@ -1,0 +1,283 @@
+#include "Scene/controller/OruSceneController.h"
+
+#include "Scene/core/OruScene.h"
+#include "Scene/core/OruSceneEventContext.h"
+#include "Scene/core/OruSceneRenderContext.h"
+#include "Scene/core/OruSceneSelectContext.h"
+#include "Scene/core/OruSceneTrace.h"
+#include "Scene/render/OruSceneRenderRecovery.h"
+#include "contracts/core/OruStringBuilder.h"
+#include "contracts/core/OruViewPtr.h"
+#include "contracts/vis/OruVisHitRecordQuery.h"
+
+#include <utility>
+
+namespace {
+
+using Record = OruSceneController::CurrentHitRecord;
+
+OruStringBuilder makeStringBuilder(OruSceneRender& render)
+{
+    const int digits = render.significantDigits.value();
+    const int separator = render.decimalSeparator.value();
+    return OruStringBuilder(Kelvar::Math::NumberFormat(static_cast<char>(separator & 0xff), 0, digits));
+}
+
+/// Calls the handler of a record if it lives, and holds it for just that long.
+template <typename Call>
+bool tellHandler(const boost::weak_ptr<IOruVisEventHandler>& handler, Call call)
+{
+    const boost::shared_ptr<IOruVisEventHandler> locked = handler.lock();
+    return locked && call(*locked);
+}
+
+/// Calls the host's controller if there is one. It gets a copy of the pointer, since a call may replace it.
+template <typename Call>
+bool tellHost(boost::shared_ptr<IOruSceneController> host, Call call)
+{
+    return host && call(*host);
+}
+
+/// The object of a record; null once the handler that stands for it is gone.
+const OruVisualization* liveVisualization(const Record& record)
+{
+    return record.hasHandler() ? record.visualization : nullptr;
+}
+
+/// The resets that are under way, innermost first. A handler may call reset from the call that a reset sends
+/// it; the inner one finds its controller here and does not tell the handlers again.
+class ResetScope
+{
+public:
+    explicit ResetScope(const OruSceneController& controller)
+        : controller_(&controller)
+        , outer_(innermost_)
+    {
+        innermost_ = this;
+    }
+    ~ResetScope() { innermost_ = outer_; }
+    ResetScope(const ResetScope&) = delete;
+    ResetScope& operator=(const ResetScope&) = delete;
+
+    static ResetScope* find(const OruSceneController& controller)
+    {
+        ResetScope* scope = innermost_;
+        while (scope && scope->controller_ != &controller) {
+            scope = scope->outer_;
+        }
+        return scope;
+    }
+
+    bool superseded = false;
+
+private:
+    static thread_local ResetScope* innermost_;
+
+    const OruSceneController* controller_;
+    ResetScope* outer_;
+};
+
+thread_local ResetScope* ResetScope::innermost_ = nullptr;
+
+} // namespace
+
+OruSceneController::CurrentHitRecord::CurrentHitRecord()
+    : visualization(nullptr)
+{}
+
+OruSceneController::CurrentHitRecord::CurrentHitRecord(const CurrentHitRecord& other) = default;
+
+OruSceneController::CurrentHitRecord::CurrentHitRecord(CurrentHitRecord&& other) noexcept = default;
+
+OruSceneController::CurrentHitRecord&
+OruSceneController::CurrentHitRecord::operator=(const CurrentHitRecord& other) = default;
+
+OruSceneController::CurrentHitRecord&
+OruSceneController::CurrentHitRecord::operator=(CurrentHitRecord&& other) noexcept = default;
+
+OruSceneController::CurrentHitRecord::~CurrentHitRecord() = default;
+
+bool OruSceneController::CurrentHitRecord::hasHandler() const
+{
+    return !handler.expired() && handler.lock() != nullptr;
+}
+
+OruSceneController::OruSceneController() = default;
+OruSceneController::OruSceneController(const OruSceneController& other) = default;
+OruSceneController::OruSceneController(OruSceneController&& other) noexcept = default;
+OruSceneController& OruSceneController::operator=(const OruSceneController& other) = default;
+OruSceneController& OruSceneController::operator=(OruSceneController&& other) noexcept = default;
+OruSceneController::~OruSceneController() = default;
+
+void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& newController,
+                               OruSceneRender& render)
+{
+    if (hostController.get() == newController.get()) {
+        return;
+    }
+    // The argument may be a pointer that a call below changes.
+    const boost::shared_ptr<IOruSceneController> next = newController;
+    if (ResetScope* const outer = ResetScope::find(*this)) {
+        outer->superseded = true;
+        hostController = next;
+        return;
+    }
+    ResetScope scope(*this);
+    const CurrentHitRecord down = downHit;
+    tellHandler(down.handler, [&](IOruVisEventHandler& handler) {
+        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+        return handler.OnRelease(down.hit, editor.get());
+    });
+    const CurrentHitRecord hover = hoverHit;
+    tellHandler(hover.handler, [&](IOruVisEventHandler& handler) {
+        QString dropped;
+        return handler.OnHoverLeave(hover.hit, makeStringBuilder(render), dropped);
+    });
+    if (!scope.superseded) {
+        hostController = next;
+    }
+}
+
+bool OruSceneController::hitTop(OruSceneRender& render, const OruSceneEventContext& ctx,
+                                CurrentHitRecord& record)
+{
+    ORU_SCENE_TRACE();
+    const OruSceneRenderRecovery recovery(render);
+    // Property changes reach the visualizations ahead of the pick.
+    render.update(OruSceneRenderContext(ctx));
+
+    OruSceneSelectContext sc(ctx);
+    sc.pickPoint = ctx.mouse.curpos();
+    const int edge = static_cast<int>(render.pickSize.value());
+    sc.pickSize = QSize(edge, edge);
+    OruScene::setViewing(sc);
+    const OruVisHitRecordList hits = render.select(sc);
+    if (!OruVisHitRecordQuery::any(hits)) {
+        return false;
+    }
+    record.hit = OruVisHitRecordQuery::top(hits, &record.handler, &record.visualization);
+    return true;
+}
+
+bool OruSceneController::OnMouseDown(OruSceneRender& render, const OruSceneEventContext& ctx)
+{
+    ORU_SCENE_TRACE();
+    // The first grab stands until its release.
+    if (downHit.hasHandler()) {
+        return false;
+    }
+    CurrentHitRecord grabbed;
+    if (hitTop(render, ctx, grabbed)) {
+        downHit = grabbed;
+    }
+    return false;
+}
+
+bool OruSceneController::OnMouseDrag(OruSceneRender&, const OruSceneEventContext& ctx)
+{
+    if (!downHit.hasHandler()) {
+        return false;
+    }
+    const CurrentHitRecord held = downHit;
+    const QPoint delta = ctx.mouse.mousedelta();
+    const bool byHandler = tellHandler(
+        held.handler, [&](IOruVisEventHandler& handler) { return handler.OnDrag(held.hit, delta); });
+    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnDrag(held.hit, liveVisualization(held), delta);
+    });
+    return byHandler || byHost;
+}
+
+bool OruSceneController::OnMouseMove(OruSceneRender& render, const OruSceneEventContext& ctx,
+                                     QString& tooltip)
+{
+    CurrentHitRecord current;
+    const bool found = hitTop(render, ctx, current);
+    bool changed = false;
+    if (hoverHit.hasHandler()) {
+        changed = leaveHovered(render, tooltip);
+    }
+    // The enter comes last, so that it has the last word on the tooltip.
+    if (found && current.hasHandler()) {
+        hoverHit = current;
+        changed = enterHovered(render, tooltip) || changed;
+    }
+    return changed;
+}
+
+bool OruSceneController::leaveHovered(OruSceneRender& render, QString& tooltip)
+{
+    const CurrentHitRecord left = hoverHit;
+    const bool byHandler = tellHandler(left.handler, [&](IOruVisEventHandler& handler) {
+        return handler.OnHoverLeave(left.hit, makeStringBuilder(render), tooltip);
+    });
+    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnHoverLeave(left.hit, liveVisualization(left), tooltip);
+    });
+    return byHandler || byHost;
+}
+
+bool OruSceneController::enterHovered(OruSceneRender& render, QString& tooltip)
+{
+    const CurrentHitRecord entered = hoverHit;
+    const bool byHandler = tellHandler(entered.handler, [&](IOruVisEventHandler& handler) {
+        return handler.OnHoverEnter(entered.hit, makeStringBuilder(render), tooltip);
+    });
+    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnHoverEnter(entered.hit, liveVisualization(entered), tooltip);
+    });
+    return byHandler || byHost;
+}
+
+bool OruSceneController::OnMouseUp(OruSceneRender& render, const OruSceneEventContext& ctx)
+{
+    ORU_SCENE_TRACE();
+    if (!downHit.hasHandler()) {
+        return false;
+    }
+    CurrentHitRecord released;
+    const bool found = hitTop(render, ctx, released);
+    bool changed = false;
+    if (found && released.hit.name != downHit.hit.name) {
+        changed = drop(render, released);
+    }
+    changed = release(render) || changed;
+    downHit = CurrentHitRecord();
+    return changed;
+}
+
+/// Tells the held object's handler and the host; the object under the pointer gets no call of its own. The
+/// host's answer to a drop does not count.
+bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& released)
+{
+    const CurrentHitRecord held = downHit;
+    // A target without a handler has nothing that stands for its life, so the object itself is watched.
+    const bool targetHadHandler = released.hasHandler();
+    const oru::view_ptr<const OruProperties> target =
+        released.visualization ? oru::view_ptr<const OruProperties>(*released.visualization)
+                               : oru::view_ptr<const OruProperties>();
+    const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
+        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+        return handler.OnDrop(held.hit, released.hit, editor.get());
+    });
+    const bool targetLives = target.get() && (released.hasHandler() || !targetHadHandler);
+    tellHost(hostController, [&](IOruSceneController& host) {
+        host.OnDrop(held.hit, released.hit, liveVisualization(held),
+                    targetLives ? released.visualization : nullptr);
+        return false;
+    });
+    return byHandler;
+}
+
+bool OruSceneController::release(OruSceneRender& render)
+{
+    const CurrentHitRecord held = downHit;
+    const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
+        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+        return handler.OnRelease(held.hit, editor.get());
+    });
+    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnRelease(held.hit, liveVisualization(held));
+    });
+    return byHandler || byHost;
+}

@@ -1,0 +1,49 @@
+// The road between the stored viewpoints and the working copy in an event context.
+
+#include "Scene/core/OruScene.h"
+#include "Scene/core/OruSceneEditGuard.h"
+#include "Scene/core/OruSceneTrace.h"
+#include "contracts/core/OruText.h"
+#include "contracts/vis/OruVisViewpoint.h"
+
+#include <QList>
+
+using Kelvar::Math::Matrix;
+
+const Matrix& OruScene::viewpoint(const QString& name) const
+{
+    ORU_SCENE_TRACE();
+    if (const Matrix* const named = findViewpoint(name)) {
+        return *named;
+    }
+    const OruVisList& list = render.visualizations;
+    QList<QString> names;
+    for (unsigned int index = 0; index < list.size(); ++index) {
+        const OruProperties* const node = list.at(index);
+        if (dynamic_cast<const OruVisViewpoint*>(node)) {
+            names.append(node->name());
+        }
+    }
+    const Matrix* const first = names.isEmpty() ? nullptr : findViewpoint(names.first());
+    return first ? *first : Matrix::Identity;
+}
+
+const Matrix* OruScene::findViewpoint(const QString& name) const
+{
+    const OruVisList& list = render.visualizations;
+    const auto* const found = dynamic_cast<const OruVisViewpoint*>(list[name]);
+    return found ? &found->matrix.value() : nullptr;
+}
+
+bool OruScene::setViewpoint(const QString& name, const Matrix& view)
+{
+    ORU_SCENE_TRACE();
+    auto* const target = dynamic_cast<OruVisViewpoint*>(render.visualizations[name]);
+    if (!target || !(target->matrix.value() != view)) {
+        return false;
+    }
+    const OruSceneEditGuard guard(render, OruSceneEditGuard::OpensAndCloses, editDepth);
+    const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+    editor->editValue(&render.visualizations, target, target->matrix.name(), oru::toString(view));
+    return true;
+}

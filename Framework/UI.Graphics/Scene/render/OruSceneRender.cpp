@@ -1,0 +1,148 @@
+#include "Scene/render/OruSceneRender.h"
+
+#include "Scene/core/OruSceneTrace.h"
+#include "contracts/math/CircleTable.h"
+#include "contracts/ogl/OruOglFunctions.h"
+#include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/OruVisLight.h"
+#include "contracts/vis/OruVisViewpoint.h"
+
+#include <QFile>
+
+#include <cstdlib>
+
+namespace {
+
+/// Writes values straight to the node, and only those that change something. Sessions mean nothing to it.
+class DefaultOruVisPropertyEditor final : public IOruVisPropertyEdit
+{
+public:
+    void beginEdit() override {}
+
+    void editValue(OruVisList* owner, OruProperties* properties, const QString& name,
+                   const QString& value) override
+    {
+        if (!owner || !properties) {
+            return;
+        }
+        QString ignored;
+        if (properties->getValue(name, ignored, QString()) == value) {
+            return;
+        }
+        properties->setValue(name, value);
+    }
+
+    void endEdit() override {}
+};
+
+const unsigned int textSize = 7;
+const char* const fontVariable = "TARNIS_GRAPHICS_FONTFACE_TTF";
+
+/// The font that the environment names, if it can be found, else the default face. The result is the
+/// variable's own value: the text renderer looks it up again.
+QString chooseFontFace(const OruResource& resource)
+{
+    const char* const value = std::getenv(fontVariable);
+    if (value) {
+        const QString face = QString::fromLocal8Bit(value);
+        if (QFile::exists(resource.fontFile(face))) {
+            return face;
+        }
+    }
+    return QStringLiteral("_default_");
+}
+
+} // namespace
+
+const QString OruSceneRender::typeString = QStringLiteral("scene.render");
+
+OruSceneRender::OruSceneRender(OruModifiedGroup& modifiedGroup, const QString& fonts, const QString& images,
+                               const QString& user)
+    : OruProperties(modifiedGroup)
+    , resource(fonts, images, user)
+    , geometry(new OruOglGeometry(modifiedGroup))
+    , cache(new OruOglCache(resource))
+    , text(*cache, textSize, chooseFontFace(resource))
+    , boxedText(text)
+    , background(*this, QStringLiteral("background"), QColor(Qt::black), QString())
+    , textInfo(*this, QStringLiteral("textInfo"), false, QString())
+    , pickSize(*this, QStringLiteral("pickSize"), 3.0f, QString())
+    , decimalSeparator(*this, QStringLiteral("decimalSeparator"), '.', QString())
+    , significantDigits(*this, QStringLiteral("significantDigits"), -1, QString())
+    , visualizations(modifiedGroup, QStringLiteral("vis.0"))
+    , lights(modifiedGroup)
+    , logo(modifiedGroup)
+    , defaultEditor(new DefaultOruVisPropertyEditor)
+{
+    ORU_SCENE_TRACE();
+    buildDefaultTree();
+}
+
+OruSceneRender::~OruSceneRender()
+{
+    ORU_SCENE_TRACE();
+    clear();
+    Kelvar::Math::CircleTable::clear();
+}
+
+// The list gets its content and the logo its values before the list enters this node's tree, so whoever
+// watches the tree sees it arrive whole.
+void OruSceneRender::buildDefaultTree()
+{
+    rename(typeString);
+    setType(typeString);
+    visualizations.rename(QStringLiteral("visualization"));
+    lights.rename(QStringLiteral("lights"));
+    geometry->rename(QStringLiteral("geometry"));
+
+    visualizations.child(QStringLiteral("viewpoint"), OruVisViewpoint::typeString);
+    visualizations.insert(&lights, true);
+    OruVisLight& light = lights.child(QStringLiteral("light.1"), OruVisLight::typeString);
+    light.visible.setValue(true);
+    logo.rename(QStringLiteral("kelvar logo"));
+    visualizations.insert(&logo, true);
+    setLogoDefaults();
+
+    flags |= DefaultContent;
+    OruProperties::insert(geometry.get(), true);
+    OruProperties::insert(&visualizations, true);
+}
+
+// Top right corner, 64 pixels high and never below 16, its white background transparent; hidden at first.
+void OruSceneRender::setLogoDefaults()
+{
+    logo.visible.setValue(false);
+    logo.file.setValue(QStringLiteral("logoKelvar.png"));
+    logo.transparentColor.setValue(QColor(Qt::white));
+    logo.useTransparentColor.setValue(true);
+    logo.pixelated.setValue(false);
+    logo.order.setValue(1000);
+    logo.alignment.setValue(Qt::AlignTop | Qt::AlignRight);
+    logo.height.setValue(64.0f);
+    logo.minimumHeight.setValue(16.0f);
+    for (OruPropertyAdaptor<float>* margin :
+         {&logo.marginBottom, &logo.marginTop, &logo.marginLeft, &logo.marginRight}) {
+        margin->setValue(4.0f);
+    }
+    logo.unit.setValue(OruVisImage::Pixels);
+}
+
+void OruSceneRender::clear()
+{
+    glClearColor(background.value());
+    glClearStencil(0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    text.clear();
+}
+
+boost::shared_ptr<IOruVisPropertyEdit>& OruSceneRender::editor()
+{
+    return customEditor ? customEditor : defaultEditor;
+}
+
+Kelvar::Math::NumberFormat OruSceneRender::numberFormat() const
+{
+    const int digits = significantDigits.value();
+    const int separator = decimalSeparator.value();
+    return Kelvar::Math::NumberFormat(static_cast<char>(separator & 0xff), 0, digits);
+}
