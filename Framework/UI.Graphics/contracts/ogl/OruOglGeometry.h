@@ -33,5 +33,7 @@ public:
     std::size_t bufferCount() const;
 
 private:
+    friend class OruOglMeshBuffer;
+
     std::shared_ptr<OruOglBufferStore> store_;
 };

@@ -8,9 +8,9 @@
 class OruOglBufferStore;
 class OruOglGeometry;
 
-/// One mesh in vertex buffer objects, made by OruOglGeometry::makeMesh(). It keeps no copy of the arrays.
+/// One mesh in a vertex buffer object, made by OruOglGeometry::makeMesh(). It keeps no copy of the arrays.
 ///
-/// The GL buffers belong to the geometry store. When the mesh goes they are released at the store's next
+/// The GL buffer belongs to the geometry store. When the mesh goes it is released at the store's next
 /// opportunity, so a mesh may be destroyed without a current context; when the store goes first, the mesh is
 /// empty from then on and draws nothing.
 class KELVAR_OGL_API OruOglMeshBuffer
@@ -20,12 +20,12 @@ public:
     OruOglMeshBuffer(const OruOglMeshBuffer&) = delete;
     OruOglMeshBuffer& operator=(const OruOglMeshBuffer&) = delete;
 
-    /// Copies the arrays into GL buffers in place of what was there; needs the context. Indices take 2 bytes
+    /// Copies the arrays into a GL buffer in place of what was there; needs the context. Indices take 2 bytes
     /// where the vertex count allows. False, and the mesh is empty: no positions or indices, an index out of
     /// range, a store that is gone, or no memory on the GL side.
     bool upload(const OruOglMeshArrays& arrays);
 
-    /// Releases the GL buffers; the mesh is empty.
+    /// Releases the GL buffer; the mesh is empty.
     void clear();
 
     /// Draws the whole mesh in the current state and matrices, or `count` indices from the index `first` on;
@@ -44,19 +44,24 @@ public:
     std::size_t vertexCount() const { return vertexCount_; }
     std::size_t indexCount() const { return indexCount_; }
 
-    /// Bytes in GL buffers.
+    /// Bytes in the GL buffer.
     std::size_t byteCount() const;
 
 private:
     friend class OruOglGeometry;
     explicit OruOglMeshBuffer(std::weak_ptr<OruOglBufferStore> store);
 
+    bool fill(const OruOglMeshArrays& arrays);
+    std::size_t indexSize() const { return shortIndices_ ? 2 : 4; }
+    std::size_t normalOffset() const { return vertexCount_ * 12; }
+    std::size_t colorOffset() const { return vertexCount_ * (normals_ ? 24 : 12); }
+    std::size_t indexOffset() const { return colorOffset() + (colors_ ? vertexCount_ * 4 : 0); }
+
     std::weak_ptr<OruOglBufferStore> store_;
-    unsigned int vertexBuffer_ = 0;
-    unsigned int indexBuffer_ = 0;
-    unsigned int mode_ = 0;
     std::size_t vertexCount_ = 0;
     std::size_t indexCount_ = 0;
+    unsigned int buffer_ = 0; // positions, normals, colours, indices, one after the other
+    bool lines_ = false;
     bool normals_ = false;
     bool colors_ = false;
     bool shortIndices_ = false;

@@ -1,0 +1,177 @@
+#include "contracts/ogl/OruOglMeshBuffer.h"
+
+#include "contracts/ogl/OruOglBufferStore.h"
+#include "contracts/ogl/OruOglGeometry.h"
+#include "contracts/ogl/OruOglGl.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// Indices of this many vertices fit into two bytes.
+constexpr std::size_t shortIndexVertices = 0x10000;
+
+bool usable(const OruOglMeshArrays& arrays)
+{
+    if (!arrays.positions || !arrays.indices || arrays.vertexCount == 0 || arrays.indexCount == 0) {
+        return false;
+    }
+    return *std::max_element(arrays.indices, arrays.indices + arrays.indexCount) < arrays.vertexCount;
+}
+
+const void* bufferOffset(std::size_t bytes)
+{
+    return static_cast<const char*>(nullptr) + bytes;
+}
+
+// Binds a buffer and puts the caller's binding back.
+class ArrayBufferBinding
+{
+public:
+    explicit ArrayBufferBinding(GLuint name)
+    {
+        glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &before_);
+        glBindBuffer(GL_ARRAY_BUFFER, name);
+    }
+    ~ArrayBufferBinding() { glBindBuffer(GL_ARRAY_BUFFER, static_cast<GLuint>(before_)); }
+    ArrayBufferBinding(const ArrayBufferBinding&) = delete;
+    ArrayBufferBinding& operator=(const ArrayBufferBinding&) = delete;
+
+private:
+    GLint before_ = 0;
+};
+
+// Makes room in the bound buffer. False without memory; takes GL's complaint off then.
+bool reserve(std::size_t bytes)
+{
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr, GL_STATIC_DRAW);
+    GLint size = 0;
+    glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    if (size > 0) {
+        return true;
+    }
+    glGetError();
+    return false;
+}
+
+void store(std::size_t offset, std::size_t bytes, const void* data)
+{
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(offset), static_cast<GLsizeiptr>(bytes), data);
+}
+
+} // namespace
+
+OruOglMeshBuffer::OruOglMeshBuffer(std::weak_ptr<OruOglBufferStore> store)
+    : store_(std::move(store))
+{}
+
+OruOglMeshBuffer::~OruOglMeshBuffer()
+{
+    clear();
+}
+
+void OruOglMeshBuffer::clear()
+{
+    if (const auto store = store_.lock()) {
+        store->giveBack(buffer_);
+    }
+    buffer_ = 0;
+    vertexCount_ = 0;
+    indexCount_ = 0;
+}
+
+bool OruOglMeshBuffer::upload(const OruOglMeshArrays& arrays)
+{
+    clear();
+    const auto store = store_.lock();
+    if (!store) {
+        return false;
+    }
+    store->collect();
+    if (!usable(arrays)) {
+        return false;
+    }
+    buffer_ = store->make();
+    if (!fill(arrays)) {
+        clear();
+        return false;
+    }
+    return true;
+}
+
+bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
+{
+    vertexCount_ = arrays.vertexCount;
+    indexCount_ = arrays.indexCount;
+    lines_ = arrays.primitive == OruOglMeshArrays::Primitive::Lines;
+    normals_ = arrays.normals != nullptr;
+    colors_ = arrays.colors != nullptr;
+    shortIndices_ = arrays.vertexCount <= shortIndexVertices;
+
+    const ArrayBufferBinding binding(buffer_);
+    if (!reserve(byteCount())) {
+        return false;
+    }
+    ::store(0, vertexCount_ * 12, arrays.positions);
+    if (normals_) {
+        ::store(normalOffset(), vertexCount_ * 12, arrays.normals);
+    }
+    if (colors_) {
+        ::store(colorOffset(), vertexCount_ * 4, arrays.colors);
+    }
+    if (shortIndices_) {
+        const std::vector<std::uint16_t> narrow(arrays.indices, arrays.indices + indexCount_);
+        ::store(indexOffset(), indexCount_ * 2, narrow.data());
+    } else {
+        ::store(indexOffset(), indexCount_ * 4, arrays.indices);
+    }
+    return true;
+}
+
+void OruOglMeshBuffer::draw() const
+{
+    draw(0, indexCount_);
+}
+
+void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
+{
+    if (empty() || first >= indexCount_) {
+        return;
+    }
+    const std::size_t drawn = std::min(count, indexCount_ - first);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glBindBuffer(GL_ARRAY_BUFFER, buffer_);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer_);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, nullptr);
+    if (normals_) {
+        glEnableClientState(GL_NORMAL_ARRAY);
+        glNormalPointer(GL_FLOAT, 0, bufferOffset(normalOffset()));
+    }
+    if (colors_) {
+        glEnableClientState(GL_COLOR_ARRAY);
+        glColorPointer(4, GL_UNSIGNED_BYTE, 0, bufferOffset(colorOffset()));
+    }
+    glDrawElements(lines_ ? GL_LINES : GL_TRIANGLES, static_cast<GLsizei>(drawn),
+                   shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
+                   bufferOffset(indexOffset() + first * indexSize()));
+    glPopClientAttrib();
+}
+
+bool OruOglMeshBuffer::empty() const
+{
+    return indexCount_ == 0 || store_.expired();
+}
+
+bool OruOglMeshBuffer::belongsTo(const OruOglGeometry& geometry) const
+{
+    return store_.lock() == geometry.store_;
+}
+
+std::size_t OruOglMeshBuffer::byteCount() const
+{
+    return empty() ? 0 : indexOffset() + indexCount_ * indexSize();
+}
