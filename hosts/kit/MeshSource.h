@@ -1,0 +1,32 @@
+#pragma once
+
+#include "contracts/math/Vector3.h"
+
+#include <QColor>
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+namespace hostkit {
+
+/// One part of a model as a file gives it: what MeshBuilder makes a Mesh from.
+///
+/// Corners may or may not share their vertices, normals may be missing; the frame is that of the mesh to be.
+struct MeshSource
+{
+    QString name;
+    QColor colour;
+    std::vector<Kelvar::Math::Vector3> positions;
+
+    /// As many as positions, or none: then they are worked out from the triangles.
+    std::vector<Kelvar::Math::Vector3> normals;
+
+    /// As many as positions, or none; bytes red, green, blue, alpha in memory.
+    std::vector<uint32_t> colours;
+
+    /// Three a triangle, each below the number of positions.
+    std::vector<uint32_t> indices;
+};
+
+} // namespace hostkit

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "contracts/math/Vector3.h"
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace hostkit {
+
+/// How the triangles of a mesh hang together: by the places of their corners, whatever vertices a file uses
+/// for them.
+///
+/// A corner is a place in the list of indices: corner 3 * t + k is corner k of triangle t.
+class MeshTopology
+{
+public:
+    /// `corners` gives the place of each corner, counted from 0 and below `pointCount`.
+    MeshTopology(std::vector<uint32_t> corners, uint32_t pointCount);
+
+    uint32_t pointCount() const { return static_cast<uint32_t>(starts_.size() - 1); }
+    uint32_t pointOf(uint32_t corner) const { return corners_[corner]; }
+
+    /// The corners at a place, ordered by the place that follows them in their triangle.
+    std::pair<const uint32_t*, const uint32_t*> cornersAt(uint32_t point) const;
+
+    /// The place that follows a corner in its triangle.
+    uint32_t nextPoint(uint32_t corner) const;
+
+    /// Every edge belongs to exactly two triangles, which run along it in opposite directions. Not so for a
+    /// mesh without triangles.
+    bool watertight() const;
+
+private:
+    bool hasOneEdge(uint32_t from, uint32_t to) const;
+
+    std::vector<uint32_t> corners_;
+    /// cornersAt of place p are around_[starts_[p]] up to around_[starts_[p + 1]].
+    std::vector<uint32_t> starts_;
+    std::vector<uint32_t> around_;
+};
+
+} // namespace hostkit
