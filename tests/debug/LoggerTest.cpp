@@ -37,10 +37,11 @@ TEST_F(LoggerTest, AStreamInPiecesReachesTheSinkAsWholeLines)
 {
     dbgostream out = log.derr("");
     out.buffer() << "pieces " << 1;
-    dbgostream copy = out;
-    copy.buffer() << " and " << 2.5;
+    dbgostream other = log.derr("other ");
+    other = out;
+    other.buffer() << " and " << 2.5;
     EXPECT_THAT(recorded->lines, IsEmpty());
-    copy << std::endl;
+    other << std::endl;
     EXPECT_THAT(recorded->lines, ElementsAre("E pieces 1 and 2.5"));
 
     recorded->lines.clear();

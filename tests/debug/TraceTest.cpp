@@ -9,7 +9,6 @@
 using kelvardebug::logger;
 using kelvardebug::trace;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::MatchesRegex;
 
 namespace {
