@@ -5,6 +5,8 @@
 #include <QString>
 
 class OruProperties;
+struct OruPropertiesForeign;
+class QJsonObject;
 
 /// A property tree as a JSON file.
 ///
@@ -46,4 +48,13 @@ public:
     /// The whole file is checked first; one that is damaged, too large, too new, of another shape, or that
     /// gives a node another type than the tree has is refused, and the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
+
+private:
+    static QJsonObject describe(const OruProperties& node);
+    static QJsonObject describeValues(const OruProperties& node);
+    static void merge(OruProperties& node, const QJsonObject& json);
+    static void mergeValues(OruProperties& node, const QJsonObject& values);
+    static void mergeChild(OruProperties& node, int position, const QJsonObject& json);
+    static OruProperties* addChild(OruProperties& node, const QJsonObject& json);
+    static OruPropertiesForeign& foreign(OruProperties& node);
 };

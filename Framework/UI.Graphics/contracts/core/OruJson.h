@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+#include <QStringList>
+
+/// What QJsonDocument leaves open for a file that people read, edit and get error messages about. Not part of
+/// the public interface.
+namespace oru {
+
+/// The text of a number, with all digits of a 64-bit integer.
+QString jsonNumber(const QJsonValue& number);
+
+/// An indented document. In every object the members that `order` names come first, in that order; the others
+/// follow, sorted.
+QByteArray jsonText(const QJsonObject& document, const QStringList& order);
+
+/// Where in `document`, which must be valid, a value stands: the offset of its first byte. `steps` lead there
+/// from the top, names of members and numbers of array elements; a step that is not there ends the way.
+int jsonOffset(const QByteArray& document, const QStringList& steps);
+
+/// "line:column" of an offset, both from 1, columns in characters.
+QString jsonPosition(const QByteArray& document, int offset);
+
+} // namespace oru

@@ -1,0 +1,197 @@
+#include "contracts/core/OruPropertiesCheck.h"
+
+#include "contracts/core/OruJson.h"
+#include "contracts/core/OruProperties.h"
+#include "contracts/core/OruPropertiesFile.h"
+
+#include <QJsonArray>
+#include <QSet>
+
+#include <cmath>
+
+namespace {
+
+QString member(const char* name)
+{
+    return QString::fromLatin1(name);
+}
+
+bool isWhole(const QJsonValue& value, double smallest, double largest)
+{
+    const double number = value.toDouble();
+    return value.isDouble() && number == std::floor(number) && number >= smallest && number <= largest;
+}
+
+} // namespace
+
+QString OruPropertiesCheck::format()
+{
+    return member("kelvar property tree");
+}
+
+bool OruPropertiesCheck::accepts(const QJsonObject& document, const OruProperties& root)
+{
+    if (!acceptsHead(document)) {
+        return false;
+    }
+    place_.append(member("tree"));
+    return acceptsNode(document.value(member("tree")), &root, 0);
+}
+
+bool OruPropertiesCheck::plainText(const QJsonValue& value, QString& text)
+{
+    if (value.isDouble()) {
+        text = oru::jsonNumber(value);
+    } else if (value.isBool()) {
+        text = member(value.toBool() ? "true" : "false");
+    } else {
+        text = value.toString();
+    }
+    return value.isDouble() || value.isBool() || value.isString();
+}
+
+bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
+{
+    if (document.value(member("format")).toString() != format()) {
+        return refuseMember("format", QString::fromLatin1("\"format\" is not \"%1\"").arg(format()));
+    }
+    const QJsonValue version = document.value(member("version"));
+    if (!isWhole(version, 1, 1e9)) {
+        return refuseMember("version", member("\"version\" is not a whole number from 1"));
+    }
+    if (version.toDouble() > OruPropertiesFile::Version) {
+        return refuseMember("version",
+                            QString::fromLatin1("version %1 is newer than %2, the newest that is known here")
+                                .arg(oru::jsonNumber(version))
+                                .arg(OruPropertiesFile::Version));
+    }
+    return true;
+}
+
+bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, const OruProperties* node, int depth)
+{
+    if (!value.isObject()) {
+        return refuse(member("a node must be an object"));
+    }
+    if (depth > OruPropertiesFile::MaximumDepth) {
+        return refuse(
+            QString::fromLatin1("the tree is deeper than %1 levels").arg(OruPropertiesFile::MaximumDepth));
+    }
+    const QJsonObject json = value.toObject();
+    return acceptsType(json, node) && acceptsFlags(json) && acceptsValues(json) &&
+           acceptsChildren(json, node, depth);
+}
+
+bool OruPropertiesCheck::acceptsType(const QJsonObject& json, const OruProperties* node)
+{
+    const QJsonValue type = json.value(member("type"));
+    if (type.isUndefined()) {
+        return true;
+    }
+    if (!type.isString()) {
+        return refuseMember("type", member("\"type\" must be a string"));
+    }
+    if (node && type.toString() != node->type()) {
+        return refuseMember("type",
+                            QString::fromLatin1("type \"%1\", where the tree has a node of type \"%2\"")
+                                .arg(type.toString(), node->type()));
+    }
+    return true;
+}
+
+bool OruPropertiesCheck::acceptsFlags(const QJsonObject& json)
+{
+    const QJsonValue flags = json.value(member("flags"));
+    return flags.isUndefined() || isWhole(flags, 0, 0xffff) ||
+           refuseMember("flags", member("\"flags\" must be a whole number from 0 to 65535"));
+}
+
+bool OruPropertiesCheck::acceptsValues(const QJsonObject& json)
+{
+    const QJsonValue values = json.value(member("values"));
+    if (values.isUndefined()) {
+        return true;
+    }
+    if (!values.isObject()) {
+        return refuseMember("values", member("\"values\" must be an object"));
+    }
+    place_.append(member("values"));
+    const QJsonObject entries = values.toObject();
+    for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
+        place_.append(entry.key());
+        if (!acceptsValue(entry.key(), entry.value())) {
+            return false;
+        }
+        place_.removeLast();
+    }
+    place_.removeLast();
+    return true;
+}
+
+bool OruPropertiesCheck::acceptsValue(const QString& key, const QJsonValue& value)
+{
+    QString text;
+    if (plainText(value, text)) {
+        return true;
+    }
+    const QJsonObject parts = value.toObject();
+    if (!plainText(parts.value(member("value")), text)) {
+        return refuse(QString::fromLatin1(
+                          "value \"%1\" must be a string, a number, a flag, or an object with a \"value\"")
+                          .arg(key));
+    }
+    const QJsonValue unit = parts.value(member("unit"));
+    return unit.isUndefined() || unit.isString() || refuseMember("unit", member("\"unit\" must be a string"));
+}
+
+bool OruPropertiesCheck::acceptsChildren(const QJsonObject& json, const OruProperties* node, int depth)
+{
+    const QJsonValue children = json.value(member("children"));
+    if (children.isUndefined()) {
+        return true;
+    }
+    if (!children.isArray()) {
+        return refuseMember("children", member("\"children\" must be an array"));
+    }
+    place_.append(member("children"));
+    const QJsonArray array = children.toArray();
+    QSet<QString> taken;
+    for (int i = 0; i < static_cast<int>(array.size()); ++i) {
+        const QJsonValue child = array.at(i);
+        const QString name = child.toObject().value(member("name")).toString();
+        place_.append(QString::number(i));
+        if (!acceptsName(child, taken) ||
+            !acceptsNode(child, node ? node->childByName(name) : nullptr, depth + 1)) {
+            return false;
+        }
+        place_.removeLast();
+    }
+    place_.removeLast();
+    return true;
+}
+
+bool OruPropertiesCheck::acceptsName(const QJsonValue& child, QSet<QString>& taken)
+{
+    const QJsonValue name = child.toObject().value(member("name"));
+    if (!name.isString() || name.toString().contains(QLatin1Char('/'))) {
+        return refuseMember("name", member("a child needs a \"name\" without '/'"));
+    }
+    if (taken.contains(name.toString())) {
+        return refuseMember("name",
+                            QString::fromLatin1("a second child of the name \"%1\"").arg(name.toString()));
+    }
+    taken.insert(name.toString());
+    return true;
+}
+
+bool OruPropertiesCheck::refuse(const QString& reason)
+{
+    reason_ = reason;
+    return false;
+}
+
+bool OruPropertiesCheck::refuseMember(const char* name, const QString& reason)
+{
+    place_.append(member(name));
+    return refuse(reason);
+}
