@@ -1,0 +1,122 @@
+#pragma once
+
+#include "contracts/vis/OruVisHierarchy.h"
+#include "contracts/vis/OruVisualization.h"
+#include "contracts/vis/kelvar_vis_api.h"
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// A visualization made of others: its passes reach its entries.
+///
+/// Entries are visualizations with unique names, kept in the order of their insertion. A hidden entry
+/// (`visible` false) is not drawn, not picked and does not count for the bounds; it is updated and resized.
+///
+/// Order of the passes. 3D: list order; the entries that are reached only in view (Reach::WhenInView) make
+/// one group at the place of the first of them, nearest first. 2D: drawOrder(), then list order. The group in
+/// 2D is found by the matrices of the 3D pass before it, and whole if there was none.
+///
+/// Cost. Looking up a name is O(1). Bounds and hierarchy are remembered until something below the list has
+/// changed; a pass then looks at the entries that the hierarchy gives and at those reached always.
+///
+/// An exception of an entry passes through. Matrix and attribute stacks are first taken back to the depth
+/// that they had when the list's operation began, so what the entry left pushed goes too. An entry that
+/// changes the list from within a pass ends the pass.
+class KELVAR_VIS_API OruVisList : public OruVisualization
+{
+public:
+    static const QString typeString;
+
+    /// An empty list named `name`.
+    OruVisList(OruModifiedGroup& modifiedGroup, const QString& name);
+    ~OruVisList() override;
+
+    /// Appends an entry. `member` true: it belongs to its owner; false: the list takes ownership. Refused,
+    /// nothing changed: null, and what the tree refuses (another parent, a name that is taken).
+    virtual bool insert(OruVisualization* entry, bool member);
+
+    /// The same for a node that is a visualization; any other is refused.
+    bool insert(OruProperties* child, bool member) override;
+    bool remove(OruProperties* child) override;
+    bool erase(OruProperties* child) override;
+
+    /// The entry `name`, made of type `type` at the end of the list when missing. An unknown type gives a
+    /// plain visualization of that type text. Throws std::invalid_argument for a name that the tree refuses.
+    OruVisualization& child(const QString& name, const QString& type);
+
+    /// The entry of that name, or null.
+    OruVisualization* operator[](const QString& name);
+    const OruVisualization* operator[](const QString& name) const;
+
+    void update(const DrawContext& context) override;
+    void resize(const DrawContext& context) override;
+    void draw3d(const DrawContext& context) override;
+    void draw2d(const DrawContext& context) override;
+    OruVisHitRecordList select3d(const SelectContext& context) override;
+    OruVisHitRecordList select2d(const SelectContext& context) override;
+
+    /// The union of the bounds of the visible entries; undefined if none has any.
+    Kelvar::Math::BoundingBox bounds() const override;
+
+protected:
+    OruProperties* makeChild(const QString& name, const QString& type) override;
+
+private:
+    /// What was last asked of an entry, and when.
+    struct Entry
+    {
+        OruVisualization* object;
+        std::uint64_t revision;
+        /// Undefined for a hidden entry.
+        Kelvar::Math::BoundingBox box;
+        int order;
+        bool visible;
+        /// One of the group that is reached only in view.
+        bool grouped;
+    };
+    /// Indices into entries_.
+    using Indices = std::vector<std::uint32_t>;
+    using Objects = std::vector<OruVisualization*>;
+
+    void refresh() const;
+    void refreshEntry(Entry& entry) const;
+    void rebuildBounds() const;
+    void rebuildPasses() const;
+    void updateHierarchy() const;
+
+    Objects all() const;
+    Indices groupIn(const OruVisViewVolume& volume) const;
+    Objects scenePass(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView) const;
+    Objects flatPass(OruVisViewVolume& volume) const;
+    template <typename Operation>
+    void forEach(const Objects& objects, Operation operation) const;
+
+    mutable std::vector<Entry> entries_;
+    /// Counts insertions and removals.
+    std::uint64_t structure_ = 0;
+
+    OruModifiedWatcher contentWatcher_;
+    /// entries_ may be behind what the entries say; bounds and passes behind entries_; the hierarchy behind
+    /// entries_ by that many boxes.
+    mutable bool entriesStale_ = true;
+    mutable bool boundsStale_ = true;
+    mutable bool passesStale_ = true;
+    mutable std::size_t movedBoxes_ = 0;
+
+    mutable Kelvar::Math::BoundingBox bounds_;
+    /// Visible entries that every pass reaches: ahead of the group's place in the list, and behind it.
+    mutable Indices alwaysAhead_;
+    mutable Indices alwaysBehind_;
+    mutable Indices group_;
+    /// Over the boxes of group_, in its order.
+    mutable OruVisHierarchy hierarchy_;
+    /// Boxes that moved since the hierarchy was built.
+    mutable std::size_t refits_ = 0;
+
+    /// What the last 3D pass showed, for the 2D pass behind it.
+    OruVisViewVolume drawn_;
+    OruVisViewVolume picked_;
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "contracts/math/BoundingBox.h"
+#include "contracts/math/Matrix.h"
+#include "contracts/vis/OruVisViewVolume.h"
+#include "contracts/vis/OruVisualization.h"
+#include "contracts/vis/kelvar_vis_api.h"
+
+/// The pixels that a pick asks about, and the piece of the model that is seen through them.
+///
+/// A pick window of N pixels at pixel p covers the pixels p - (N - 1) / 2 to p - (N - 1) / 2 + N - 1 on each
+/// axis, less those outside the viewport. The centre of pixel i has the window coordinate i + 0.5; in the
+/// coordinates of the 2D passes it lies at i minus the viewport's corner. An object is hit when it covers the
+/// centre of a pixel of the window.
+class KELVAR_VIS_API OruVisPickVolume
+{
+public:
+    /// Takes matrices, viewport and pick window of `context` as they are now.
+    explicit OruVisPickVolume(const OruVisualization::SelectContext& context);
+
+    /// No pixel is asked about: the window's size is below 1, it lies outside the viewport, or the viewport
+    /// is empty.
+    bool empty() const { return width_ < 1 || height_ < 1; }
+
+    /// The clipped window in window pixels: lower left pixel and size, all 0 when empty.
+    int x() const { return x_; }
+    int y() const { return y_; }
+    int width() const { return width_; }
+    int height() const { return height_; }
+
+    /// Takes a model point to window x and y in pixels and depth 0 near to 1 far; with a perspective
+    /// projection the result wants its divide by w.
+    const Kelvar::Math::Matrix& toWindow() const { return toWindow_; }
+
+    /// False only if no pixel of the window can show anything of the box. True for an undefined box, unless
+    /// the window is empty. Near and far planes are not looked at.
+    bool meets(const Kelvar::Math::BoundingBox& box) const;
+
+    /// A window depth that no point of the box is in front of: the depth of its nearest corner. Minus
+    /// infinity for an undefined box and one that reaches behind the eye.
+    double nearestDepth(const Kelvar::Math::BoundingBox& box) const;
+
+    /// Pixels from the centre of the whole pick window, unclipped, to a point in window coordinates.
+    double distanceFromCentre(double windowX, double windowY) const;
+
+    /// A rectangle in the coordinates of the 2D passes, edges included, covers the centre of a pixel of the
+    /// window.
+    bool meets2d(double left, double bottom, double right, double top) const;
+
+    /// Pixels from the centre of the pick window to the nearest point of a rectangle in the coordinates of
+    /// the 2D passes.
+    double distance2d(double left, double bottom, double right, double top) const;
+
+    /// The volume that meets() tests against.
+    const OruVisViewVolume& volume() const { return volume_; }
+
+private:
+    void setWindow(const OruVisualization::SelectContext& context);
+
+    OruOglViewport viewport_;
+    int x_ = 0;
+    int y_ = 0;
+    int width_ = 0;
+    int height_ = 0;
+    double centreX_ = 0.0;
+    double centreY_ = 0.0;
+    Kelvar::Math::Matrix toWindow_;
+    OruVisViewVolume volume_;
+};

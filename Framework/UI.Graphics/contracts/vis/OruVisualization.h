@@ -1,0 +1,152 @@
+#pragma once
+
+#include "Scene/navigation/OruPropertyAdaptor.h"
+#include "contracts/core/OruModifiedWatcher.h"
+#include "contracts/core/OruProperties.h"
+#include "contracts/math/BoundingBox.h"
+#include "contracts/math/Matrix.h"
+#include "contracts/math/NumberFormat.h"
+#include "contracts/ogl/OruOglViewport.h"
+#include "contracts/vis/OruVisHitProperty.h"
+#include "contracts/vis/OruVisHitRecordList.h"
+#include "contracts/vis/kelvar_vis_api.h"
+
+#include <QHash>
+#include <QPoint>
+#include <QSize>
+
+#include <boost/shared_ptr.hpp>
+
+class IOruVisPropertyEdit;
+class OruOglCache;
+class OruOglGeometry;
+class OruOglText;
+class OruResource;
+
+/// A node of the property tree that can be drawn and picked.
+///
+/// Objects live in the frame of the model; the context's modelView and projection take that frame to the
+/// window. In the 2D passes the projection is the identity and modelView maps device pixels of the viewport,
+/// origin lower left, y up, pixel centres at whole numbers. A pass finds the matrices of its context loaded
+/// in OpenGL and leaves matrices and attributes as it found them. All operations run with the GL context
+/// current. This class itself draws nothing and has no extent; it also stands in for a type that nobody
+/// knows.
+class KELVAR_VIS_API OruVisualization : public OruProperties
+{
+public:
+    /// What the passes that draw get. Everything referred to belongs to the caller and outlives the pass.
+    class KELVAR_VIS_API DrawContext
+    {
+    public:
+        DrawContext(OruOglGeometry& geometryStore, OruOglCache& glCache, const OruResource& resources,
+                    const OruOglViewport& pixels, OruOglText& textRenderer,
+                    boost::shared_ptr<IOruVisPropertyEdit> propertyEditor,
+                    const Kelvar::Math::NumberFormat& numberFormat);
+        DrawContext(const DrawContext&) = default;
+        DrawContext& operator=(const DrawContext&) = delete;
+        virtual ~DrawContext();
+
+        OruOglGeometry& geometry;
+        OruOglCache& cache;
+        const OruResource& resource;
+        OruOglText& text;
+        OruOglViewport viewport;
+        boost::shared_ptr<IOruVisPropertyEdit> editor;
+        Kelvar::Math::NumberFormat format;
+        /// Both are the identity until the caller writes them.
+        Kelvar::Math::Matrix modelView;
+        Kelvar::Math::Matrix projection;
+    };
+
+    /// What the passes that pick get. Everything referred to belongs to the caller and outlives the pass.
+    class KELVAR_VIS_API SelectContext
+    {
+    public:
+        SelectContext(OruOglGeometry& geometryStore, OruOglCache& glCache, const OruResource& resources,
+                      const OruOglViewport& pixels, OruOglText& textRenderer,
+                      const Kelvar::Math::NumberFormat& numberFormat);
+        SelectContext(const SelectContext&) = delete;
+        SelectContext& operator=(const SelectContext&) = delete;
+        virtual ~SelectContext();
+
+        OruOglGeometry& geometry;
+        OruOglCache& cache;
+        const OruResource& resource;
+        OruOglText& text;
+        OruOglViewport viewport;
+        Kelvar::Math::NumberFormat format;
+        /// Both are the identity until the caller writes them.
+        Kelvar::Math::Matrix modelView;
+        Kelvar::Math::Matrix projection;
+        /// The pixel under the pointer, in window coordinates.
+        QPoint pickPoint;
+        /// Width and height of the pick window about it in pixels; anything below 1 picks nothing.
+        QSize pickSize;
+    };
+
+    /// When a list reaches an entry with its draw and select passes.
+    enum class Reach
+    {
+        /// In every pass.
+        Always,
+        /// Only when the entry's bounds meet the view, or the pick window under a pick. For opaque objects
+        /// that draw in 3D and keep what they may draw in 2D within their bounds as seen on the screen. Such
+        /// entries are drawn nearest first. While its bounds are undefined an entry is reached always.
+        WhenInView
+    };
+
+    /// A node on `modifiedGroup` whose type and first name are `typeText`.
+    OruVisualization(OruModifiedGroup& modifiedGroup, const QString& typeText);
+    OruVisualization(const OruVisualization&) = delete;
+    OruVisualization& operator=(const OruVisualization&) = delete;
+    ~OruVisualization() override;
+
+    /// Whether the passes draw and pick it and its bounds count; key "visible". It is updated and resized all
+    /// the same.
+    OruPropertyAdaptor<bool> visible;
+
+    /// What the hit names of this object mean.
+    QHash<unsigned int, OruVisHitProperty> hitProperties;
+
+    Reach reach() const { return reach_; }
+
+private:
+    virtual void reservedFirst();
+    virtual void reservedSecond();
+
+public:
+    /// Something in the node or below it may have changed: time to prepare what the passes need.
+    virtual void update(const DrawContext& context);
+
+    /// The viewport may have another size. The matrices of the context are not those of a frame.
+    virtual void resize(const DrawContext& context);
+
+    virtual void draw3d(const DrawContext& context);
+    virtual void draw2d(const DrawContext& context);
+
+    /// What lies in the pick window (OruVisPickVolume), as it is drawn.
+    virtual OruVisHitRecordList select3d(const SelectContext& context);
+    virtual OruVisHitRecordList select2d(const SelectContext& context);
+
+    /// Extent in the frame of the model; undefined for what has none. It may change only together with a
+    /// change of the node or of one below it (boundsChanged()), since lists remember it.
+    virtual Kelvar::Math::BoundingBox bounds() const;
+
+    /// Reports changes to the node and below it since its last reset().
+    virtual const OruModifiedWatcher& watcher() const;
+
+    /// Place in the stack of 2D objects of a list: larger is drawn later, over the others. Objects of one
+    /// order are drawn in list order.
+    virtual int drawOrder() const;
+
+protected:
+    /// Takes effect with the list's next pass.
+    void setReach(Reach reach);
+
+    /// Notes that bounds() gives another box from now on.
+    void boundsChanged();
+
+private:
+    OruModifiedWatcher watcher_;
+    Reach reach_ = Reach::Always;
+};
