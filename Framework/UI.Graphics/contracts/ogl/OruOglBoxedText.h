@@ -25,7 +25,8 @@ public:
     OruOglText* text;
 
     /// Draws a translucent shadow, shadowWidth pixels wide, beyond the box on the side away from its point,
-    /// so that it stays on the named side as well. Off after construction and after clear().
+    /// so that it stays on the named side as well; none along an axis on which the box is centred. Off after
+    /// construction and after clear().
     bool shadow = false;
 
     explicit OruOglBoxedText(OruOglText& boxedText);
@@ -51,6 +52,8 @@ public:
     void draw(const QPoint& point, const QString& string) const;
 
 private:
+    void drawText(const QPoint& lowerLeft, const QString& string) const;
+
     Qt::Alignment alignment_;
     QColor frame_;
     QColor fill_;

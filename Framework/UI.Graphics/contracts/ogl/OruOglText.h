@@ -35,8 +35,8 @@ public:
     OruOglText(const OruOglText&) = delete;
     OruOglText& operator=(const OruOglText&) = delete;
 
-    /// Starts a frame: the colour is white again, and glyph pages that no text used for 600 frames are
-    /// released. Needs the context only where there are such pages.
+    /// Starts a frame: colour and angle are those of a new text again, and glyph textures that no text used
+    /// for 600 frames are released. Needs the context only where there are such textures.
     void clear();
 
     /// The extent of a text in pixels: the widest line's advance by the number of lines times the line
@@ -54,6 +54,7 @@ public:
     /// Turns what is drawn from here on about its lower left point, counter-clockwise. Quarter turns stay
     /// crisp; 0 in a new text.
     void setAngle(const Kelvar::Math::Angle& angle);
+    const Kelvar::Math::Angle& angle() const { return angle_; }
 
     /// Draws with the box of size(text) starting at the pixel `lowerLeft` and growing right and up. An empty
     /// text draws nothing.
