@@ -1,0 +1,3 @@
+#include "contracts/vis/IOruVisEventHandler.h"
+
+IOruVisEventHandler::~IOruVisEventHandler() = default;

@@ -1,0 +1,3 @@
+#include "contracts/vis/OruVisHitLabelQualifier.h"
+
+OruVisHitLabelQualifier::~OruVisHitLabelQualifier() = default;

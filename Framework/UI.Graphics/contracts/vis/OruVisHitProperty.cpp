@@ -1,0 +1,3 @@
+#include "contracts/vis/OruVisHitProperty.h"
+
+OruVisHitProperty::IQualifier::~IQualifier() = default;
