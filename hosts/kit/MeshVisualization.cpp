@@ -1,0 +1,155 @@
+#include "hosts/kit/MeshVisualization.h"
+
+#include "contracts/core/OruDebugLogger.h"
+#include "contracts/core/OruText.h"
+#include "contracts/debug/logger.h"
+#include "contracts/ogl/OruOglFunctions.h"
+#include "contracts/ogl/OruOglGeometry.h"
+#include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisList.h"
+#include "contracts/vis/OruVisPickVolume.h"
+#include "hosts/kit/MeshEventHandler.h"
+
+#include <boost/make_shared.hpp>
+
+namespace hostkit {
+
+using Kelvar::Math::BoundingBox;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+
+namespace {
+
+const QColor markColour(255, 140, 0);
+/// Added to what the lights give, so that a mark shows on parts with colours of their own, too.
+constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
+
+} // namespace
+
+const QString MeshVisualization::typeString = QStringLiteral("hostkit.mesh");
+
+MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh)
+    : OruVisualization(modifiedGroup, typeString)
+    , color(*this, QStringLiteral("color"), mesh->colour, QString())
+    , marked(*this, QStringLiteral("marked"), false, QString())
+    , movable(*this, QStringLiteral("movable"), false, QString())
+    , offset(*this, QStringLiteral("offset"), Matrix(), QString())
+    , mesh_(std::move(mesh))
+    , handler_(boost::make_shared<MeshEventHandler>(*this))
+{
+    rename(mesh_->name);
+    setReach(Reach::WhenInView);
+    hitProperties.insert(hitName_.value(), OruVisHitProperty(this, {}));
+}
+
+MeshVisualization::~MeshVisualization() = default;
+
+void MeshVisualization::draw3d(const DrawContext& context)
+{
+    view_ = View{context.modelView, context.projection, context.viewport};
+    if (!upload(context.geometry)) {
+        return;
+    }
+    const Matrix at = place();
+    const bool moved = at != Matrix();
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | (marked.value() ? GL_LIGHTING_BIT : 0));
+    setAppearance();
+    if (moved) {
+        glPushMatrix();
+        glMultMatrixf(at.data());
+    }
+    buffer_->draw();
+    if (moved) {
+        glPopMatrix();
+    }
+    glPopAttrib();
+}
+
+OruVisHitRecordList MeshVisualization::select3d(const SelectContext& context)
+{
+    view_ = View{context.modelView, context.projection, context.viewport};
+    SelectContext own(context.geometry, context.cache, context.resource, context.viewport, context.text,
+                      context.format);
+    own.modelView = place() * context.modelView;
+    own.projection = context.projection;
+    own.pickPoint = context.pickPoint;
+    own.pickSize = context.pickSize;
+    OruVisHitRecordList hits;
+    if (const auto hit = mesh_->hierarchy.pick(OruVisPickVolume(own))) {
+        OruVisHitRecord record;
+        record.distance = hit->depth;
+        record.name = hitName();
+        hits.add(record, OruVisHitRecordList::Rank::Scene3d, hit->centreDistance, handler_, this);
+    }
+    return hits;
+}
+
+BoundingBox MeshVisualization::bounds() const
+{
+    BoundingBox box = mesh_->bounds;
+    const Matrix at = place();
+    if (at != Matrix()) {
+        box *= at;
+    }
+    return box;
+}
+
+/// False, and told once: the GL has no room for the mesh.
+bool MeshVisualization::upload(OruOglGeometry& geometry)
+{
+    if (buffer_ && buffer_->belongsTo(geometry)) {
+        return !buffer_->empty();
+    }
+    buffer_ = geometry.makeMesh();
+    OruOglMeshArrays arrays;
+    arrays.positions = &mesh_->positions.front().x;
+    arrays.normals = &mesh_->normals.front().x;
+    arrays.colors =
+        mesh_->colours.empty() ? nullptr : reinterpret_cast<const std::uint8_t*>(mesh_->colours.data());
+    arrays.vertexCount = mesh_->positions.size();
+    arrays.indices = mesh_->indices.data();
+    arrays.indexCount = mesh_->indices.size();
+    const bool done = buffer_->upload(arrays);
+    oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
+    return done;
+}
+
+void MeshVisualization::setAppearance() const
+{
+    if (mesh_->closed) {
+        glEnable(GL_CULL_FACE);
+    } else {
+        glDisable(GL_CULL_FACE);
+    }
+    if (marked.value()) {
+        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
+    }
+    glColor(marked.value() ? markColour : color.value());
+}
+
+Matrix MeshVisualization::place() const
+{
+    return dragged_ == Vector3() ? offset.value() : offset.value() * Matrix::translate(dragged_);
+}
+
+void MeshVisualization::moveBy(const QPoint& delta)
+{
+    const Vector3 centre =
+        bounds().center().project(view_.modelView, view_.projection, view_.viewport.data());
+    const Vector3 target(centre.x + static_cast<float>(delta.x()), centre.y + static_cast<float>(delta.y()),
+                         centre.z);
+    dragged_ += target.unProject(view_.modelView, view_.projection, view_.viewport.data()) -
+                centre.unProject(view_.modelView, view_.projection, view_.viewport.data());
+    boundsChanged();
+}
+
+void MeshVisualization::endMove(IOruVisPropertyEdit* editor)
+{
+    const QString text = oru::toString(place());
+    dragged_ = Vector3();
+    boundsChanged();
+    editor->editValue(dynamic_cast<OruVisList*>(parent()), this, offset.name(), text);
+}
+
+} // namespace hostkit
