@@ -1,0 +1,376 @@
+// The draw cycle: the order of the OpenGL calls, what a frame leaves behind, and what survives an exception.
+
+#include "Scene/core/OruSceneRenderContext.h"
+#include "Scene/core/OruSceneSelectContext.h"
+#include "contracts/ogl/OruOglGl.h"
+#include "tests/scene/SceneFixture.h"
+
+#include <map>
+#include <stdexcept>
+
+using namespace kelvartest;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines operator+(Lines left, const Lines& right)
+{
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+/// A recording in the words of the tables below: what the framework's helpers call gets one word each, the
+/// list's queries of stack depths are left out, and so is what setLighting does, but for its place.
+Lines essence(const Lines& recorded)
+{
+    static const std::map<std::string, std::string> words = {
+        {"glOrtho(-0.5, 159.5, -0.5, 119.5, -1, 1)", "ortho"},
+        {"glGetIntegerv(0xba2)", "viewport?"},
+        {"model view?", "model view?"},
+        {"glColor4ub(255, 255, 255, 255)", "white"},
+        {"glColor4ub(128, 128, 128, 255)", "gray"},
+    };
+    Lines result;
+    bool inLights = false;
+    for (const std::string& line : recorded) {
+        const auto word = words.find(line);
+        inLights = inLights && line != "draw3d";
+        if (inLights || (line.rfind("glGetIntegerv", 0) == 0 && word == words.end())) {
+            continue;
+        }
+        const bool matrix = line.rfind("load matrix", 0) == 0;
+        result.push_back(word != words.end() ? word->second : matrix ? "load matrix" : line);
+        if (line == "glEnable(GL_POLYGON_OFFSET_FILL)") {
+            inLights = true;
+            result.push_back("lights");
+        }
+    }
+    return result;
+}
+
+const Lines frameOpen = {"glPushAttrib(0xfffff)", "glMatrixMode(GL_PROJECTION)", "glPushMatrix()",
+                         "glMatrixMode(GL_MODELVIEW)", "glPushMatrix()"};
+const Lines frameClose = {"glMatrixMode(GL_PROJECTION)", "glPopMatrix()", "glMatrixMode(GL_MODELVIEW)",
+                          "glPopMatrix()", "glPopAttrib()"};
+const Lines unchangedUpdate = {"glPushAttrib(0xfffff)", "glPopAttrib()"};
+const Lines changedUpdate = {"glPushAttrib(0xfffff)", "update", "resize", "glPopAttrib()"};
+const Lines resizePass = {"glPushAttrib(0xfffff)", "resize", "glPopAttrib()"};
+const Lines viewing = {"glViewport(0, 0, 160, 120)",
+                       "glMatrixMode(GL_MODELVIEW)",
+                       "load matrix",
+                       "glMatrixMode(GL_PROJECTION)",
+                       "load matrix",
+                       "glMatrixMode(GL_MODELVIEW)"};
+const Lines clearing = {"glClearColor(0, 0, 0, 1)", "glClearStencil(0)", "glClear(0x4100)"};
+const Lines pass3d = {"glPushAttrib(0xfffff)",
+                      "glEnable(GL_DEPTH_TEST)",
+                      "glDepthFunc(GL_LESS)",
+                      "glEnable(GL_NORMALIZE)",
+                      "glEnable(GL_CULL_FACE)",
+                      "glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE)",
+                      "glEnable(GL_COLOR_MATERIAL)",
+                      "glShadeModel(GL_SMOOTH)",
+                      "glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1)",
+                      "glPolygonOffset(1, 1)",
+                      "glEnable(GL_POLYGON_OFFSET_FILL)",
+                      "lights",
+                      "draw3d",
+                      "glPopAttrib()"};
+const Lines pass2d = {"glPushAttrib(0xfffff)",
+                      "glDisable(GL_DEPTH_TEST)",
+                      "glDisable(GL_NORMALIZE)",
+                      "glDisable(GL_CULL_FACE)",
+                      "glDisable(GL_LIGHTING)",
+                      "glDisable(GL_POLYGON_OFFSET_FILL)",
+                      "glEnable(GL_COLOR_MATERIAL)",
+                      "glShadeModel(GL_SMOOTH)",
+                      "glMatrixMode(GL_PROJECTION)",
+                      "glLoadIdentity()",
+                      "glMatrixMode(GL_MODELVIEW)",
+                      "glLoadIdentity()",
+                      "ortho",
+                      "model view?",
+                      "draw2d",
+                      "glPopAttrib()"};
+const Lines strip = {"glBegin(GL_LINE_STRIP)",
+                     "glVertex2i(0, 0)",
+                     "glVertex2i(159, 0)",
+                     "glVertex2i(159, 119)",
+                     "glVertex2i(0, 119)",
+                     "glVertex2i(0, 0)",
+                     "glEnd()"};
+const Lines focusOpen = {"glMatrixMode(GL_PROJECTION)",
+                         "glPushMatrix()",
+                         "glLoadIdentity()",
+                         "viewport?",
+                         "ortho",
+                         "glMatrixMode(GL_MODELVIEW)",
+                         "glPushMatrix()",
+                         "glLoadIdentity()",
+                         "glPushAttrib(0x2001)",
+                         "glDisable(GL_LIGHTING)",
+                         "glDisable(GL_DEPTH_TEST)"};
+const Lines focusClose = {"glPopAttrib()", "glPopMatrix()", "glMatrixMode(GL_PROJECTION)", "glPopMatrix()",
+                          "glMatrixMode(GL_MODELVIEW)"};
+
+Lines focusFrame(bool stippled)
+{
+    return focusOpen + Lines{stippled ? "glEnable(GL_LINE_STIPPLE)" : "glDisable(GL_LINE_STIPPLE)"} +
+           Lines{"white", "glLineStipple(1, 0xaaaa)"} + strip + Lines{"gray", "glLineStipple(1, 0x5555)"} +
+           strip + focusClose;
+}
+
+class FrameGLTest : public SceneTest
+{
+protected:
+    /// The calls of one run of `operation`.
+    template <typename Operation>
+    Lines calls(Operation operation)
+    {
+        GlRecording recording;
+        operation();
+        return essence(recording.finish());
+    }
+    Lines drawCalls()
+    {
+        return calls([this] { scene.drawGl(ctx); });
+    }
+};
+
+TEST_F(FrameGLTest, FirstFrameUpdatesThenResizesThenDraws)
+{
+    EXPECT_THAT(drawCalls(),
+                ElementsAreArray(frameOpen + changedUpdate + resizePass + viewing + clearing + pass3d +
+                                 pass2d + focusFrame(false) + Lines{"glFinish()"} + frameClose));
+}
+
+TEST_F(FrameGLTest, LaterFramesDoOnlyWhatHasChanged)
+{
+    settle();
+    const Lines drawing =
+        viewing + clearing + pass3d + pass2d + focusFrame(false) + Lines{"glFinish()"} + frameClose;
+    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + unchangedUpdate + drawing));
+
+    probe.string().setValue(QStringLiteral("anything"), 1);
+    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + changedUpdate + drawing));
+
+    ctx.noDraw = true;
+    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + unchangedUpdate + viewing + frameClose));
+}
+
+TEST_F(FrameGLTest, RenderPassesCallOnTheirOwn)
+{
+    settle();
+    OruSceneRenderContext rc(ctx);
+    rc.focused = false;
+    EXPECT_THAT(calls([&] { scene.render.resize(rc); }), ElementsAreArray(resizePass));
+    EXPECT_THAT(calls([&] { scene.render.clear(); }), ElementsAreArray(clearing));
+    EXPECT_THAT(calls([&] { OruScene::setViewing(rc); }), ElementsAreArray(viewing));
+    EXPECT_THAT(calls([&] { scene.render.draw(rc); }),
+                ElementsAreArray(pass3d + pass2d + focusFrame(true) + Lines{"glFinish()"}));
+}
+
+TEST_F(FrameGLTest, SelectionPassInItsOrder)
+{
+    settle();
+    OruSceneSelectContext sc(ctx);
+    const Lines selection = {"glClearColor(1, 1, 1, 1)",
+                             "glClearStencil(0)",
+                             "glClear(0x4100)",
+                             "glPushAttrib(0xfffff)",
+                             "glEnable(GL_DEPTH_TEST)",
+                             "glDisable(GL_NORMALIZE)",
+                             "glDisable(GL_CULL_FACE)",
+                             "glDisable(GL_COLOR_MATERIAL)",
+                             "glShadeModel(GL_FLAT)",
+                             "glDisable(GL_LIGHTING)",
+                             "glDisable(GL_POLYGON_OFFSET_FILL)",
+                             "select3d",
+                             "glDisable(GL_DEPTH_TEST)",
+                             "glMatrixMode(GL_PROJECTION)",
+                             "glLoadIdentity()",
+                             "glMatrixMode(GL_MODELVIEW)",
+                             "glLoadIdentity()",
+                             "ortho",
+                             "model view?",
+                             "select2d",
+                             "glPopAttrib()",
+                             "glFinish()"};
+    EXPECT_THAT(calls([&] { scene.render.select(sc); }), ElementsAreArray(selection));
+}
+
+TEST_F(FrameGLTest, ViewportsWithoutAreaMakeNoCall)
+{
+    settle();
+    for (const QSize& size : {QSize(0, 10), QSize(10, 0), QSize(10, -3), QSize(-1, -1)}) {
+        SCOPED_TRACE(size.width() * 1000 + size.height());
+        ctx.viewport.width = size.width();
+        ctx.viewport.height = size.height();
+        const OruSceneRenderContext rc(ctx);
+        const OruSceneSelectContext sc(ctx);
+        EXPECT_THAT(calls([&] { scene.render.update(rc); }), IsEmpty());
+        EXPECT_THAT(calls([&] { scene.render.resize(rc); }), IsEmpty());
+        EXPECT_THAT(calls([&] { scene.render.draw(rc); }), IsEmpty());
+        EXPECT_THAT(calls([&] { EXPECT_EQ(scene.render.select(sc).size(), 0u); }), IsEmpty());
+        scene.drawGl(ctx);
+        EXPECT_EQ(gl.faults(), "");
+    }
+}
+
+TEST_F(FrameGLTest, ContextsOfThePasses)
+{
+    Matrix turned = Matrix::rotate(Vector3(0, 0, 1), 30.0f);
+    ASSERT_TRUE(scene.setViewpoint(ctx.viewpointName, turned));
+    std::map<std::string, std::pair<Matrix, Matrix>> seen;
+    probe.drawAction = [&](const std::string& pass, const OruVisualization::DrawContext& dc) {
+        seen[pass] = {dc.modelView, dc.projection};
+        EXPECT_EQ(dc.editor, editor) << pass;
+        EXPECT_EQ(dc.viewport.width, 160) << pass;
+    };
+    // A frame sends two resizes; the one that the new viewport asks for comes last.
+    ctx.modelView = Matrix::scale(2.0f);
+    scene.drawGl(ctx);
+    EXPECT_EQ(seen["update"].first, Matrix::scale(2.0f)) << "an update sees the view of the frame before";
+    EXPECT_EQ(seen["resize"].first, Matrix::Identity);
+    EXPECT_EQ(seen["draw3d"].first, turned);
+    EXPECT_NE(seen["draw3d"].second, Matrix::Identity);
+    EXPECT_EQ(seen["draw2d"].second, Matrix::Identity);
+    const Vector3 corner = seen["draw2d"].first.transform(Vector3(-0.5f, -0.5f, 0.0f));
+    EXPECT_NEAR(corner.x, -1.0f, 1e-6f);
+    EXPECT_NEAR(corner.y, -1.0f, 1e-6f);
+}
+
+TEST_F(FrameGLTest, WhatAFrameWritesIntoItsContext)
+{
+    probe.box = Kelvar::Math::BoundingBox(Vector3(0, 0, 0), Vector3(2, 4, 6));
+    const Matrix own = Matrix::scale(0.25f);
+    ctx.viewpointName.clear();
+    ctx.modelView = own;
+    ctx.projection = Matrix::scale(7.0f);
+    ctx.noDraw = true;
+    scene.drawGl(ctx);
+    EXPECT_EQ(ctx.modelView, own) << "no viewpoint name, no change of the view";
+    EXPECT_EQ(ctx.projection, Matrix::scale(7.0f));
+    EXPECT_EQ(ctx.bounds.max().z, 6.0f);
+    EXPECT_EQ(ctx.center.y, 2.0f);
+    ctx.viewpointName = QStringLiteral("viewpoint");
+    scene.drawGl(ctx);
+    EXPECT_EQ(ctx.modelView, Matrix::Identity) << "the stored view is the truth";
+}
+
+TEST_F(FrameGLTest, DrawFromWithinADrawIsDropped)
+{
+    settle();
+    int inner = 0;
+    probe.action = [&](const std::string& pass) {
+        if (pass == "draw3d") {
+            ++inner;
+            OruSceneEventContext other = ctx;
+            EXPECT_THAT(calls([&] { scene.drawGl(other); }), IsEmpty());
+        }
+    };
+    scene.drawGl(ctx);
+    EXPECT_EQ(inner, 1);
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+}
+
+TEST_F(FrameGLTest, DrawAfterAnExceptionSimplyWorks)
+{
+    settle();
+    const QImage good = gl.grab();
+    for (const std::string pass : {"update", "resize", "draw3d", "draw2d"}) {
+        SCOPED_TRACE(pass);
+        probe.string().setValue(QStringLiteral("stale"), QString::fromStdString(pass));
+        editor->calls.clear();
+        probe.action = [&](const std::string& current) {
+            if (current == pass) {
+                // What it pushes and does not pop has to go as well.
+                glPushAttrib(GL_ENABLE_BIT);
+                glMatrixMode(GL_PROJECTION);
+                glPushMatrix();
+                glMatrixMode(GL_MODELVIEW);
+                glPushMatrix();
+                throw std::runtime_error(pass);
+            }
+        };
+        EXPECT_THROW(scene.drawGl(ctx), std::runtime_error);
+        EXPECT_EQ(gl.faults(), "");
+        EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+        probe.action = nullptr;
+        scene.drawGl(ctx);
+        EXPECT_EQ(gl.grab(), good);
+    }
+}
+
+TEST_F(FrameGLTest, EditorsThatThrowLeaveTheSceneUsable)
+{
+    settle();
+    for (const std::string call : {"begin", "end"}) {
+        SCOPED_TRACE(call);
+        editor->action = [&](const std::string& current) {
+            if (current == call) {
+                throw std::runtime_error(call);
+            }
+        };
+        EXPECT_THROW(scene.drawGl(ctx), std::runtime_error);
+        editor->action = nullptr;
+        editor->calls.clear();
+        probe.passes.clear();
+        scene.drawGl(ctx);
+        EXPECT_THAT(editor->calls, ElementsAre("begin", "end")) << "no session was left open";
+        EXPECT_THAT(probe.passes, ElementsAre("draw3d", "draw2d")) << "no draw was left running";
+    }
+}
+
+TEST_F(FrameGLTest, TheFirstExceptionIsTheOneThatTheHostSees)
+{
+    settle();
+    probe.action = [](const std::string& pass) {
+        if (pass == "draw3d") {
+            throw std::runtime_error("draw");
+        }
+    };
+    editor->action = [](const std::string& call) {
+        if (call == "end") {
+            throw std::logic_error("end");
+        }
+    };
+    EXPECT_THROW(scene.drawGl(ctx), std::runtime_error);
+}
+
+TEST_F(FrameGLTest, SessionsSpanFromPressToRelease)
+{
+    settle();
+    ctx.mouse.press(OruMouse::ButtonView, Kelvar::UI::Toolkit::ModifierNone, QPoint(5, 5));
+    scene.mousePress(ctx);
+    scene.drawGl(ctx);
+    EXPECT_TRUE(scene.setViewpoint(ctx.viewpointName, Matrix::scale(3.0f)));
+    scene.mousePress(ctx);
+    scene.mouseRelease(ctx);
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "edit matrix")) << "the outer press is still open";
+    scene.mouseRelease(ctx);
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "edit matrix", "end"));
+    scene.mouseRelease(ctx);
+    EXPECT_EQ(editor->calls.size(), 3u) << "a release without a press opens and closes nothing";
+    scene.drawGl(ctx);
+    EXPECT_EQ(editor->calls.size(), 5u) << "and leaves the count usable";
+}
+
+TEST_F(FrameGLTest, EditorChangedWithinASessionHearsTheEnd)
+{
+    settle();
+    boost::shared_ptr<NotingEditor> second(new NotingEditor);
+    scene.mousePress(ctx);
+    scene.render.setCustomEditor(second);
+    scene.mouseRelease(ctx);
+    EXPECT_THAT(editor->calls, ElementsAre("begin"));
+    EXPECT_THAT(second->calls, ElementsAre("end"));
+}
+
+} // namespace
