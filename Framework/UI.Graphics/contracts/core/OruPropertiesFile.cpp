@@ -12,6 +12,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cctype>
+#include <iterator>
 #include <memory>
 
 namespace {
@@ -103,12 +105,30 @@ bool readText(const QString& file, QByteArray& text, QString* error)
     return true;
 }
 
+/// Where the parser stopped; at an illegal word it has read on, so that is taken back to where the word
+/// starts.
+int offsetOf(const QJsonParseError& problem, const QByteArray& text)
+{
+    int offset = problem.offset;
+    if (problem.error != QJsonParseError::IllegalValue) {
+        return offset;
+    }
+    const auto stepBack = [&](int (*belongs)(int)) {
+        while (offset > 0 && belongs(static_cast<unsigned char>(text.at(offset - 1)))) {
+            --offset;
+        }
+    };
+    stepBack(std::isspace);
+    stepBack(std::isalpha);
+    return offset;
+}
+
 bool parse(const QString& file, const QByteArray& text, QJsonObject& document, QString* error)
 {
     QJsonParseError problem;
     const QJsonDocument parsed = QJsonDocument::fromJson(text, &problem);
     if (problem.error != QJsonParseError::NoError) {
-        return failAt(error, file, oru::jsonPosition(text, problem.offset), problem.errorString());
+        return failAt(error, file, oru::jsonPosition(text, offsetOf(problem, text)), problem.errorString());
     }
     if (!parsed.isObject()) {
         return failAt(error, file, oru::jsonPosition(text, oru::jsonOffset(text, QStringList())),

@@ -1,0 +1,374 @@
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruModifiedWatcher.h"
+#include "contracts/core/OruProperties.h"
+#include "contracts/core/OruPropertiesFile.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+/// Makes children of type "leaf" and "branch"; the maker of "refused" gives a child whose insertion fails.
+struct Branch : OruProperties
+{
+    Branch(OruModifiedGroup& sharedGroup, const QString& name)
+        : OruProperties(sharedGroup)
+    {
+        rename(name);
+        setType("branch");
+    }
+    using OruProperties::insert;
+    bool insert(OruProperties* child, bool member) override
+    {
+        ++inserts;
+        return child->type() != "refused" && OruProperties::insert(child, member);
+    }
+    OruProperties* makeChild(const QString& childName, const QString& childType) override
+    {
+        if (childType == "branch") {
+            return new Branch(group, childName);
+        }
+        if (childType != "leaf" && childType != "refused") {
+            return nullptr;
+        }
+        auto* child = new OruProperties(group);
+        child->setType(childType);
+        return child;
+    }
+    int inserts = 0;
+};
+
+struct OruPropertiesFileTest : testing::Test
+{
+    QTemporaryDir folder;
+    QString file = folder.path() + "/tree.json";
+    OruModifiedGroup group;
+    Branch root{group, "root"};
+    QString error;
+
+    void write(const QByteArray& text)
+    {
+        QFile out(file);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write(text);
+    }
+    std::string read()
+    {
+        QFile in(file);
+        return in.open(QIODevice::ReadOnly) ? in.readAll().toStdString() : std::string();
+    }
+    /// A file whose tree has these members after its name.
+    void writeTree(const QByteArray& members)
+    {
+        write("{\"format\": \"kelvar property tree\", \"version\": 1, \"tree\": {\"name\": \"root\"" +
+              members + "}}");
+    }
+    bool load(OruProperties& node) { return OruPropertiesFile::load(node, file, &error); }
+    bool save(const OruProperties& node) { return OruPropertiesFile::save(node, file, &error); }
+};
+
+QString textOf(OruProperties& node, const char* key)
+{
+    QString text;
+    node.string().getValue(key, text, "(undefined)");
+    return text;
+}
+
+} // namespace
+
+TEST_F(OruPropertiesFileTest, WritesAFormThatPeopleCanRead)
+{
+    root.string().setValue("zoom", 1.1);
+    root.string().setValue("pick", 3);
+    root.string().setUnit("pick", "px");
+    root.flags = OruProperties::DefaultContent;
+    root.insert(new Branch(group, "child"), false);
+    ASSERT_TRUE(save(root)) << error.toStdString();
+    EXPECT_EQ(read(), R"({
+    "format": "kelvar property tree",
+    "version": 1,
+    "tree": {
+        "name": "root",
+        "type": "branch",
+        "flags": 256,
+        "values": {
+            "pick": {
+                "value": "3",
+                "unit": "px"
+            },
+            "zoom": "1.1"
+        },
+        "children": [
+            {
+                "name": "child",
+                "type": "branch"
+            }
+        ]
+    }
+}
+)");
+}
+
+TEST_F(OruPropertiesFileTest, TenThousandNodesComeBackThroughInsertAndMakeChild)
+{
+    for (int i = 0; i < 100; ++i) {
+        auto* branch = new Branch(group, QString("branch %1").arg(i));
+        root.insert(branch, false);
+        for (int j = 0; j < 99; ++j) {
+            auto* leaf = new OruProperties(group);
+            leaf->rename(QString::fromUtf8("Blatt \u00e4\" %1").arg(j));
+            leaf->setType("leaf");
+            leaf->string().setValue("value", 0.1 * i * j);
+            leaf->string().setUnit("value", QString::fromUtf8("\u00b5m"));
+            branch->insert(leaf, false);
+        }
+    }
+    root.flags = 0x180;
+    ASSERT_TRUE(save(root)) << error.toStdString();
+    const std::string saved = read();
+    Branch copy(group, "root");
+    ASSERT_TRUE(load(copy)) << error.toStdString();
+    EXPECT_EQ(copy.inserts, 100);
+    EXPECT_EQ(copy.at(7)->size(), 99u);
+    EXPECT_EQ(copy.flags, 0x180);
+    ASSERT_TRUE(save(copy));
+    EXPECT_TRUE(read() == saved) << "a second save differs";
+}
+
+TEST_F(OruPropertiesFileTest, MergesIntoWhatIsThere)
+{
+    Branch kept(group, "kept");
+    root.insert(&kept, true);
+    root.string().setValue("mine", "stays");
+    root.string().setValue("both", "old");
+    root.string().setUnit("both", "mm");
+    kept.string().setValue("deep", "old");
+    const OruModifiedWatcher watcher(root);
+    watcher.reset();
+    writeTree(R"(, "values": {"both": "new", "extra": "more"},
+        "children": [{"name": "made", "type": "leaf", "values": {"a": "1"}},
+                     {"name": "kept", "values": {"deep": {"value": "new", "unit": "s"}}}])");
+    ASSERT_TRUE(load(root)) << error.toStdString();
+    EXPECT_TRUE(watcher.modified());
+    EXPECT_EQ(textOf(root, "mine"), QString("stays"));
+    EXPECT_EQ(textOf(root, "both"), QString("new"));
+    EXPECT_EQ(textOf(root, "extra"), QString("more"));
+    EXPECT_EQ(root.string().getUnit("both", ""), QString("mm")) << "a unit that the file does not give stays";
+    EXPECT_EQ(root.at(0), &kept);
+    EXPECT_EQ(textOf(kept, "deep"), QString("new"));
+    EXPECT_EQ(kept.string().getUnit("deep", ""), QString("s"));
+    ASSERT_NE(root.find("made"), nullptr);
+    EXPECT_EQ(textOf(*root.find("made"), "a"), QString("1"));
+}
+
+TEST_F(OruPropertiesFileTest, ValuesKeepEveryDigit)
+{
+    struct Case
+    {
+        const char* json;
+        const char* text;
+    };
+    const Case cases[] = {{"\"9223372036854775807\"", "9223372036854775807"},
+                          {"9223372036854775807", "9223372036854775807"},
+                          {"-9007199254740993", "-9007199254740993"},
+                          {"0.1", "0.1"},
+                          {"5e-324", "5e-324"},
+                          {"18446744073709551615", "18446744073709551616"},
+                          {"3", "3"},
+                          {"true", "true"},
+                          {"{\"value\": false}", "false"},
+                          {"\"nan\"", "nan"},
+                          {"\"-inf\"", "-inf"},
+                          {"\"\"", ""},
+                          {"\" a\\nb\\u0001\\\"\\\\ \"", " a\nb\x01\"\\ "}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.json);
+        writeTree(QByteArray(", \"values\": {\"key\": ") + row.json + "}");
+        ASSERT_TRUE(load(root)) << error.toStdString();
+        EXPECT_EQ(textOf(root, "key"), QString(row.text));
+        ASSERT_TRUE(save(root));
+        Branch copy(group, "root");
+        ASSERT_TRUE(load(copy)) << error.toStdString();
+        EXPECT_EQ(textOf(copy, "key"), QString(row.text));
+    }
+}
+
+TEST_F(OruPropertiesFileTest, WhatIsUnknownSurvivesLoadAndSave)
+{
+    const QByteArray unknown = R"({
+    "format": "kelvar property tree",
+    "version": 1,
+    "tree": {
+        "name": "root",
+        "type": "branch",
+        "values": {
+            "key": {
+                "value": "1",
+                "comment": "by hand"
+            },
+            "nobody reads this": "x"
+        },
+        "children": [
+            {
+                "name": "first",
+                "type": "from elsewhere",
+                "children": [
+                    {
+                        "name": "below",
+                        "values": {
+                            "a": 9007199254740993
+                        }
+                    }
+                ]
+            },
+            {
+                "name": "leaf",
+                "type": "leaf",
+                "colours": []
+            },
+            {
+                "name": "no",
+                "type": "refused"
+            }
+        ],
+        "note": {
+            "big": 9007199254740993,
+            "list": [
+                null,
+                0.1,
+                false
+            ]
+        }
+    },
+    "author": "someone"
+}
+)";
+    write(unknown);
+    ASSERT_TRUE(load(root)) << error.toStdString();
+    EXPECT_EQ(root.size(), 1u);
+    ASSERT_TRUE(save(root));
+    EXPECT_EQ(read(), unknown.toStdString());
+    ASSERT_TRUE(load(root));
+    ASSERT_TRUE(save(root));
+    EXPECT_EQ(read(), unknown.toStdString()) << "nothing is kept twice";
+
+    root.insert(new Branch(group, "first"), false);
+    ASSERT_TRUE(save(root));
+    EXPECT_THAT(read(), testing::Not(testing::HasSubstr("from elsewhere"))) << "a real child took the name";
+}
+
+TEST_F(OruPropertiesFileTest, RefusesBadContentWithItsPlaceAndLeavesTheTree)
+{
+    const QByteArray head = "{\"format\": \"kelvar property tree\",\n \"version\": 1,\n \"tree\": ";
+    struct Case
+    {
+        const char* what;
+        QByteArray text;
+        const char* place;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"empty", "", "1:1", ""},
+        {"not JSON", "<xml/>", "1:", ""},
+        {"truncated", head + "{\"name\": \"ro", "3:22", "unterminated"},
+        {"garbage behind", head + "{}} x", "3:14", "garbage"},
+        {"broken UTF-8", head + "{\"name\": \"\xff\"}}", "3:", ""},
+        {"damaged line", "{\n\n  \"format\": tru\n}", "3:13", "illegal"},
+        {"nested too deeply", QByteArray("[").repeated(100000), "1:", "deep"},
+        {"an array", " [1]", "1:2", "must be an object"},
+        {"another format", "{\n \"format\": \"x\"}", "2:12", "\"format\""},
+        {"no format", " {}", "1:2", "\"format\""},
+        {"no version", "{\"format\": \"kelvar property tree\"}", "1:1", "\"version\""},
+        {"version not whole", "{\"format\": \"kelvar property tree\", \"version\": 1.5}", "1:47",
+         "\"version\""},
+        {"too new", "{\"format\": \"kelvar property tree\",\n\"version\": 2}", "2:12", "newer"},
+        {"no tree", "{\"format\": \"kelvar property tree\", \"version\": 1}", "1:1", "must be an object"},
+        {"tree a text", head + "\"x\"}", "3:10", "must be an object"},
+        {"type not a text", head + "{\"type\": 1}}", "3:19", "\"type\""},
+        {"another type", head + "{\"type\": \"leaf\"}}", "3:19", "\"branch\""},
+        {"flags too large", head + "{\"flags\": 65536}}", "3:20", "\"flags\""},
+        {"flags negative", head + "{\"flags\": -1}}", "3:20", "\"flags\""},
+        {"values an array", head + "{\"values\": []}}", "3:21", "\"values\""},
+        {"value null", head + "{\"values\": {\"good\": \"1\", \"b\\u0061d\":\n null}}}", "4:2", "\"bad\""},
+        {"value an array", head + "{\"values\": {\"good\": \"1\", \"bad\": [1]}}}", "3:42", "\"bad\""},
+        {"value object without value", head + "{\"values\": {\"bad\": {\"unit\": \"m\"}}}}", "3:29",
+         "\"bad\""},
+        {"unit not a text", head + "{\"values\": {\"bad\": {\"value\": 1, \"unit\": 2}}}}", "3:50",
+         "\"unit\""},
+        {"children an object", head + "{\"values\": {\"good\": \"1\"}, \"children\": {}}}", "3:48",
+         "\"children\""},
+        {"child a text", head + "{\"children\": [\"x\"]}}", "3:24", "\"name\""},
+        {"child without name", head + "{\"children\": [{}]}}", "3:24", "\"name\""},
+        {"name with slash", head + "{\"children\": [{\"name\": \"a/b\"}]}}", "3:33", "'/'"},
+        {"name twice", head + "{\"children\": [{\"name\": \"a\", \"type\": \"leaf\"},\n{\"name\": \"a\"}]}}",
+         "4:10", "second child"},
+        {"child of another type", head + "{\"children\": [{\"name\": \"child\", \"type\": \"leaf\"}]}}",
+         "3:50", "\"branch\""},
+        {"bad below good",
+         head + "{\"values\": {\"good\": \"1\"}, \"children\": [{\"name\": \"\xc3\xa4[]{}\\\"\\\\\", "
+                "\"children\": [\n"
+                "{\"name\": \"b\", \"flags\": \"x\"}]}]}}",
+         "4:24", "\"flags\""},
+    };
+    auto* child = new Branch(group, "child");
+    root.insert(child, false);
+    root.string().setValue("good", "old");
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.what);
+        write(row.text);
+        error.clear();
+        const std::uint64_t before = root.subtreeRevision();
+        EXPECT_FALSE(load(root));
+        EXPECT_THAT(error.toStdString(), testing::StartsWith(file.toStdString() + ":" + row.place));
+        EXPECT_THAT(error.toStdString(), testing::ContainsRegex(":[0-9]+:[0-9]+: ..*"));
+        EXPECT_THAT(error.toStdString(), testing::HasSubstr(row.reason));
+        EXPECT_EQ(root.subtreeRevision(), before);
+    }
+    EXPECT_FALSE(OruPropertiesFile::load(root, file, nullptr)) << "nobody asks for the reason";
+}
+
+TEST_F(OruPropertiesFileTest, RefusesFilesThatItCannotReadOrThatAreTooLarge)
+{
+    EXPECT_FALSE(OruPropertiesFile::load(root, folder.path() + "/none", &error));
+    EXPECT_THAT(error.toStdString(), testing::StartsWith((folder.path() + "/none: ").toStdString()));
+    EXPECT_FALSE(OruPropertiesFile::load(root, folder.path(), &error));
+    EXPECT_FALSE(OruPropertiesFile::load(root, "/dev/zero", &error));
+    EXPECT_THAT(error.toStdString(), testing::StartsWith("/dev/zero:1:1: larger than"));
+}
+
+TEST_F(OruPropertiesFileTest, ToleratesAByteOrderMarkAndMissingMembers)
+{
+    write("\xEF\xBB\xBF{\"format\": \"kelvar property tree\", \"version\": 1, \"tree\": {}}");
+    EXPECT_TRUE(load(root)) << error.toStdString();
+    write("\xEF\xBB\xBF{\"format\": 1}");
+    EXPECT_FALSE(load(root));
+    EXPECT_THAT(error.toStdString(), testing::HasSubstr(":1:12: "));
+}
+
+TEST_F(OruPropertiesFileTest, FailedSaveLeavesTheFileAlone)
+{
+    ASSERT_TRUE(save(root));
+    const std::string before = read();
+    Branch deep(group, "deep");
+    OruProperties* last = &deep;
+    for (int i = 0; i < OruPropertiesFile::MaximumDepth + 1; ++i) {
+        auto* next = new Branch(group, "next");
+        last->insert(next, false);
+        last = next;
+    }
+    EXPECT_FALSE(save(deep));
+    EXPECT_THAT(error.toStdString(), testing::HasSubstr("deeper"));
+    EXPECT_EQ(read(), before);
+    EXPECT_FALSE(OruPropertiesFile::save(root, folder.path() + "/none/tree.json", &error));
+    EXPECT_THAT(error.toStdString(), testing::HasSubstr("/none/tree.json: "));
+
+    last->parent()->erase(last);
+    ASSERT_TRUE(save(deep)) << error.toStdString();
+    Branch copy(group, "deep");
+    EXPECT_TRUE(load(copy)) << "the deepest tree that is written can be read: " << error.toStdString();
+}

@@ -1,0 +1,279 @@
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruProperties.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::vector<std::string> childNames(const OruProperties& node)
+{
+    std::vector<std::string> names;
+    for (unsigned int i = 0; i < node.size(); ++i) {
+        names.push_back(node.at(i)->name().toStdString());
+    }
+    return names;
+}
+
+using Names = std::vector<std::string>;
+
+/// Counts its destructions and the calls that reach it as a parent.
+struct Spy : OruProperties
+{
+    Spy(OruModifiedGroup& sharedGroup, const QString& name, Names& events)
+        : OruProperties(sharedGroup)
+        , log(events)
+    {
+        OruProperties::rename(name);
+    }
+    ~Spy() override { log.push_back("~" + name().toStdString()); }
+
+    bool remove(OruProperties* child) override
+    {
+        log.push_back("remove " + child->name().toStdString());
+        return OruProperties::remove(child);
+    }
+    void onDependentRename(const QString& oldName, const QString& newName) override
+    {
+        log.push_back(oldName.toStdString() + "->" + newName.toStdString());
+    }
+
+    Names& log;
+};
+
+struct OruPropertiesTest : testing::Test
+{
+    OruModifiedGroup group;
+    Names events;
+    Spy root{group, "root", events};
+    Spy list{group, "list", events};
+    Spy entry{group, "entry", events};
+    Spy loose{group, "loose", events};
+
+    OruPropertiesTest()
+    {
+        root.insert(&list, true);
+        list.insert(&entry, true);
+    }
+};
+
+} // namespace
+
+TEST_F(OruPropertiesTest, RefusedOperationsChangeNothing)
+{
+    OruProperties sameName(group);
+    sameName.rename("list");
+    struct Case
+    {
+        const char* what;
+        std::function<bool()> act;
+    };
+    const Case cases[] = {
+        {"insert null", [&] { return root.insert(nullptr, true); }},
+        {"insert itself", [&] { return loose.insert(&loose, true); }},
+        {"insert an ancestor", [&] { return entry.insert(&root, true); }},
+        {"insert a child with a parent", [&] { return root.insert(&entry, true); }},
+        {"insert twice", [&] { return root.insert(&list, true); }},
+        {"insert a sibling's name", [&] { return root.insert(&sameName, false); }},
+        {"remove null", [&] { return root.remove(nullptr); }},
+        {"remove a stranger", [&] { return OruProperties(group).remove(&loose); }},
+        {"remove a grandchild", [&] { return root.OruProperties::remove(&entry); }},
+        {"erase null", [&] { return root.erase(nullptr); }},
+        {"erase a grandchild", [&] { return root.erase(&entry); }},
+        {"rename to nothing", [&] { return list.rename(""); }},
+        {"rename with a slash", [&] { return list.rename("a/b"); }},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.what);
+        const std::uint64_t before = group.nextRevision();
+        const std::size_t nodeCount = events.size();
+        EXPECT_FALSE(row.act());
+        EXPECT_EQ(childNames(root), Names{"list"});
+        EXPECT_EQ(childNames(list), Names{"entry"});
+        EXPECT_EQ(sameName.parent(), nullptr);
+        EXPECT_LE(group.nextRevision(), before + 2);
+        EXPECT_LE(events.size(), nodeCount + 1);
+    }
+}
+
+TEST_F(OruPropertiesTest, ChildrenKeepTheirOrderAndAreFoundByNameAndPath)
+{
+    root.insert(&loose, true);
+    EXPECT_EQ(childNames(root), (Names{"list", "loose"}));
+    EXPECT_EQ(root.index(&loose), 1);
+    EXPECT_EQ(root.index(&entry), -1);
+    EXPECT_EQ(root.childByName("loose"), &loose);
+    EXPECT_EQ(root.childByName("entry"), nullptr);
+    EXPECT_EQ(root.find("list/entry"), &entry);
+    EXPECT_EQ(root.find(""), &root);
+    EXPECT_EQ(root.find("list/none"), nullptr);
+    EXPECT_EQ(root.find("list/"), nullptr);
+    EXPECT_EQ(entry.path(), QString("list/entry"));
+    EXPECT_EQ(root.find(entry.path()), &entry);
+    EXPECT_EQ(root.path(), QString());
+}
+
+TEST_F(OruPropertiesTest, RenameTellsTheParentAndKeepsTheNamesUnique)
+{
+    root.insert(&loose, true);
+    EXPECT_FALSE(loose.rename("list"));
+    EXPECT_TRUE(loose.rename("loose"));
+    EXPECT_TRUE(events.empty());
+    EXPECT_TRUE(loose.rename("tight"));
+    EXPECT_EQ(events, Names{"loose->tight"});
+    EXPECT_EQ(root.childByName("loose"), nullptr);
+    EXPECT_EQ(root.childByName("tight"), &loose);
+    EXPECT_TRUE(list.rename("loose")) << "the old name is free again";
+}
+
+TEST_F(OruPropertiesTest, RemoveNeverDeletesAndEraseDeletesWhatTheTreeOwns)
+{
+    auto owned = std::make_unique<Spy>(group, "owned", events);
+    list.insert(owned.get(), false);
+    EXPECT_TRUE(list.remove(owned.get()));
+    EXPECT_EQ(owned->parent(), nullptr);
+    EXPECT_EQ(events, Names{"remove owned"});
+    events.clear();
+
+    list.insert(owned.release(), false);
+    EXPECT_TRUE(list.erase(list.childByName("owned")));
+    EXPECT_TRUE(list.erase(&entry));
+    EXPECT_EQ(events, (Names{"remove owned", "~owned", "remove entry"}));
+    EXPECT_EQ(list.size(), 0u);
+    EXPECT_TRUE(loose.insert(&entry, true)) << "a member that was erased can go elsewhere";
+}
+
+TEST_F(OruPropertiesTest, DyingChildLeavesThroughItsParentsRemove)
+{
+    {
+        Spy child(group, "child", events);
+        list.insert(&child, true);
+    }
+    Spy* owned = new Spy(group, "owned", events);
+    list.insert(owned, false);
+    delete owned;
+    EXPECT_EQ(events, (Names{"~child", "remove child", "~owned", "remove owned"}));
+    EXPECT_EQ(childNames(list), Names{"entry"});
+}
+
+TEST_F(OruPropertiesTest, ParentDeletesWhatItOwnsLastFirstAndOrphansMembers)
+{
+    auto parent = std::make_unique<Spy>(group, "parent", events);
+    parent->insert(new Spy(group, "first", events), false);
+    parent->insert(&loose, true);
+    parent->insert(new Spy(group, "second", events), false);
+    root.insert(parent.get(), true);
+    parent.reset();
+    EXPECT_EQ(events, (Names{"~parent", "remove parent", "~second", "~first"}));
+    EXPECT_EQ(loose.parent(), nullptr);
+    EXPECT_TRUE(root.insert(&loose, true));
+}
+
+TEST_F(OruPropertiesTest, MembersDieBeforeTheirNode)
+{
+    struct Owner : Spy
+    {
+        Owner(OruModifiedGroup& sharedGroup, Names& events)
+            : Spy(sharedGroup, "owner", events)
+        {
+            insert(&a, true);
+            insert(&b, true);
+        }
+        Spy a{group, "a", log};
+        Spy b{group, "b", log};
+    };
+    std::make_unique<Owner>(group, events).reset();
+    EXPECT_EQ(events, (Names{"~b", "remove b", "~a", "remove a", "~owner"}));
+}
+
+TEST_F(OruPropertiesTest, CopyTakesTheContentAndNotThePlace)
+{
+    entry.setType("kind");
+    entry.flags = OruProperties::DefaultContent | 1;
+    entry.string().setValue("length", 2.5);
+    entry.string().setUnit("length", "mm");
+    entry.insert(&loose, true);
+
+    const OruProperties copy(entry);
+    EXPECT_EQ(copy.name(), QString("entry"));
+    EXPECT_EQ(copy.type(), QString("kind"));
+    EXPECT_EQ(copy.flags, OruProperties::DefaultContent | 1);
+    EXPECT_EQ(copy.string().getUnit("length", ""), QString("mm"));
+    EXPECT_EQ(copy.parent(), nullptr);
+    EXPECT_EQ(copy.size(), 0u);
+    EXPECT_EQ(&copy.group, &group);
+
+    double length = 0.0;
+    entry.string().setValue("length", 3.5);
+    copy.string().getValue("length", length, 0.0);
+    EXPECT_EQ(length, 2.5) << "the stores are apart";
+}
+
+TEST_F(OruPropertiesTest, AssignmentTakesValuesAndUnitsOnly)
+{
+    loose.setType("loose kind");
+    loose.flags = 7;
+    loose.string().setValue("gone", 1);
+    entry.string().setValue("length", 2.5);
+    entry.string().setUnit("length", "mm");
+    root.insert(&loose, true);
+    static_cast<OruProperties&>(loose) = entry;
+    EXPECT_EQ(loose.name(), QString("loose"));
+    EXPECT_EQ(loose.type(), QString("loose kind"));
+    EXPECT_EQ(loose.flags, 7);
+    EXPECT_EQ(loose.parent(), &root);
+    EXPECT_EQ(loose.string().keys(), QStringList("length"));
+    EXPECT_EQ(loose.string().getUnit("length", ""), QString("mm"));
+}
+
+TEST(OruPropertiesString, TypedReadsFallBackWhereTheTextDoesNotFit)
+{
+    OruModifiedGroup group;
+    OruProperties node(group);
+    OruPropertiesString& store = node.string();
+    store.setValue("word", "seven");
+    store.setValue("number", 7);
+    int number = 0;
+    EXPECT_EQ(store.getValue("word", number, -1), QString("seven"));
+    EXPECT_EQ(number, -1);
+    EXPECT_EQ(store.getValue("number", number, -1), QString("7"));
+    EXPECT_EQ(number, 7);
+    EXPECT_TRUE(store.getValue("missing", number, -2).isNull());
+    EXPECT_EQ(number, -2);
+    bool flag = false;
+    store.getValue("word", flag, true);
+    EXPECT_TRUE(flag);
+    QString text;
+    EXPECT_TRUE(node.getValue("missing", text, "fallback").isNull());
+    EXPECT_EQ(text, QString("fallback"));
+    EXPECT_EQ(node.setValue("word", "eight"), QString("eight"));
+    EXPECT_EQ(store.getValue("word", text, ""), QString("eight"));
+}
+
+TEST(OruPropertiesString, KeysUnitsAndSlotsThroughARemoval)
+{
+    OruModifiedGroup group;
+    OruProperties node(group);
+    OruPropertiesString& store = node.string();
+    const OruPropertiesString::Slot* slot = &store.slot("b");
+    EXPECT_FALSE(store.defined("b")) << "a slot alone defines nothing";
+    store.setValue("b", "");
+    store.setValue("a", true);
+    for (int i = 0; i < 100; ++i) {
+        store.setValue(QString("k%1").arg(i), i);
+    }
+    EXPECT_TRUE(store.defined("b")) << "an empty text is a value";
+    EXPECT_EQ(store.keys().mid(0, 2), (QStringList{"a", "b"}));
+    store.setUnit("b", "px");
+    EXPECT_EQ(store.getUnit("b", "none"), QString("px"));
+    EXPECT_EQ(store.getUnit("unknown", "none"), QString("none"));
+    EXPECT_TRUE(store.remove("b"));
+    EXPECT_FALSE(store.remove("b"));
+    EXPECT_FALSE(store.defined("b"));
+    EXPECT_EQ(store.getUnit("b", "none"), QString());
+    EXPECT_EQ(&store.slot("b"), slot) << "the slot stays where it is";
+}

@@ -1,0 +1,191 @@
+#include "Scene/navigation/OruPropertyAdaptor.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+using Kelvar::UI::Toolkit::KeyModifier;
+
+namespace {
+
+QString textOf(const OruProperties& node, const char* key)
+{
+    QString text;
+    node.string().getValue(key, text, "(undefined)");
+    return text;
+}
+
+/// One type's default, another value, their texts, and what a read yields when the key is gone.
+template <typename T>
+void checkType(const char* what, const T& initial, const char* initialText, const T& other, const T& fallback)
+{
+    SCOPED_TRACE(what);
+    OruModifiedGroup group;
+    OruProperties node(group);
+    OruPropertyAdaptor<T> adaptor(node, "key", initial, QString());
+    EXPECT_EQ(textOf(node, "key"), QString(initialText));
+    EXPECT_EQ(adaptor.value(), initial);
+    adaptor.setValue(other);
+    EXPECT_EQ(adaptor.value(), other);
+    EXPECT_EQ((OruPropertyAdaptor<T>(node, "key", initial, QString()).value()), other);
+    node.setValue("key", initialText);
+    EXPECT_EQ(adaptor.value(), initial);
+    node.string().remove("key");
+    EXPECT_EQ(adaptor.value(), fallback);
+}
+
+struct OruPropertyAdaptorTest : testing::Test
+{
+    OruModifiedGroup group;
+    OruProperties node{group};
+};
+
+} // namespace
+
+TEST_F(OruPropertyAdaptorTest, EveryTypeWritesReadsAndFallsBack)
+{
+    checkType<double>("double", 1.1, "1.1", -0.25, 0.0);
+    checkType<float>("float", 0.1f, "0.1", 3e38f, 0.0f);
+    checkType<int>("int", 46, "46", -7, 0);
+    checkType<bool>("bool", true, "true", false, false);
+    checkType<QString>("text", "a b", "a b", "", QString());
+    checkType<QColor>("colour", Qt::black, "#ff000000", QColor(1, 2, 3, 4), QColor());
+    checkType<OruMouse::Button>("button", OruMouse::ButtonView, "3", OruMouse::ButtonPick,
+                                static_cast<OruMouse::Button>(0));
+    checkType<KeyModifier>("modifier", Kelvar::UI::Toolkit::ModifierSecond, "2",
+                           static_cast<KeyModifier>(1 << 20), Kelvar::UI::Toolkit::ModifierNone);
+    checkType<Matrix>("matrix", Matrix::Identity, "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1",
+                      Matrix::rotate(Vector3(1, 2, 3), 40.0f), Matrix::Identity);
+}
+
+TEST_F(OruPropertyAdaptorTest, DefinedKeyWinsOverTheDefault)
+{
+    node.string().setValue("key", 2.5);
+    const std::uint64_t before = node.revision();
+    const OruPropertyAdaptor<double> adaptor(node, "key", 1.1, QString());
+    EXPECT_EQ(node.revision(), before) << "the store is left alone";
+    EXPECT_EQ(adaptor.value(), 2.5);
+    EXPECT_EQ(adaptor.name(), QString("key"));
+}
+
+TEST_F(OruPropertyAdaptorTest, UnitOfTheConstructorOnlyFillsAnEmptyOne)
+{
+    struct Case
+    {
+        const char* stored;
+        const char* given;
+        const char* result;
+    };
+    const Case cases[] = {{"", "mm", "mm"}, {"cm", "mm", "cm"}, {"cm", "", "cm"}, {"", "", ""}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(std::string("stored '") + row.stored + "', given '" + row.given + "'");
+        OruProperties owner(group);
+        owner.string().setValue("key", 1);
+        owner.string().setUnit("key", row.stored);
+        const OruPropertyAdaptor<int> adaptor(owner, "key", 1, row.given);
+        EXPECT_EQ(adaptor.getUnit(), QString(row.result));
+        EXPECT_EQ(owner.string().getUnit("key", ""), QString(row.result));
+    }
+}
+
+/// Only a read from the store is noticed to turn an unparsable text into the fallback, so a store that is
+/// changed without a trace tells the two kinds of read apart.
+TEST_F(OruPropertyAdaptorTest, ReadsTheStoreOnlyWhenItMust)
+{
+    const OruPropertyAdaptor<int> adaptor(node, "key", 5, QString());
+    EXPECT_EQ(adaptor.value(), 5);
+    auto& slot = const_cast<OruPropertiesString::Slot&>(node.string().slot("key"));
+    slot.text = "6";
+    EXPECT_EQ(adaptor.value(), 5) << "cached";
+    node.string().setValue("neighbour", 1);
+    EXPECT_EQ(adaptor.value(), 5) << "another key changed";
+    group.lock();
+    EXPECT_EQ(adaptor.value(), 6) << "locked";
+    slot.text = "7";
+    EXPECT_EQ(adaptor.value(), 7) << "still locked";
+    group.unlock();
+    slot.text = "8";
+    EXPECT_EQ(adaptor.value(), 7) << "cached again";
+    node.string().setValue("key", 9);
+    EXPECT_EQ(adaptor.value(), 9) << "changed";
+    node.string().setCachable("key", false);
+    slot.text = "10";
+    EXPECT_EQ(adaptor.value(), 10);
+    slot.text = "11";
+    EXPECT_EQ(adaptor.value(), 11) << "not cachable";
+}
+
+TEST_F(OruPropertyAdaptorTest, TwoAdaptorsOfOneKeySeeEachOther)
+{
+    OruPropertyAdaptor<int> a(node, "key", 1, QString());
+    const OruPropertyAdaptor<int> b(node, "key", 2, QString());
+    EXPECT_EQ(b.value(), 1);
+    a.setValue(3);
+    EXPECT_EQ(b.value(), 3);
+}
+
+TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)
+{
+    auto owner = std::make_unique<OruProperties>(group);
+    OruPropertyAdaptor<int> adaptor(*owner, "key", 5, "mm");
+    OruPropertyAdaptor<int> target(node, "target", 1, "cm");
+    owner->string().setValue("key", 6);
+    EXPECT_EQ(adaptor.value(), 6);
+    owner->string().setValue("key", 7);
+    owner.reset();
+    EXPECT_EQ(adaptor.value(), 6) << "the last one that it saw";
+    adaptor.setValue(8);
+    adaptor.setUnit("km");
+    EXPECT_EQ(adaptor.value(), 6);
+    EXPECT_EQ(adaptor.getUnit(), QString());
+    target = adaptor;
+    EXPECT_EQ(target.value(), 6);
+    EXPECT_EQ(target.getUnit(), QString("cm"));
+}
+
+TEST_F(OruPropertyAdaptorTest, CopyStaysBoundToTheSourcesNode)
+{
+    OruPropertyAdaptor<int> source(node, "key", 5, QString());
+    const std::uint64_t before = node.revision();
+    OruPropertyAdaptor<int> copy(source);
+    EXPECT_EQ(node.revision(), before);
+    copy.setValue(6);
+    EXPECT_EQ(source.value(), 6);
+    EXPECT_EQ(textOf(node, "key"), QString("6"));
+}
+
+TEST_F(OruPropertyAdaptorTest, AssignmentMovesValueAndUnitUnderTheLeftKey)
+{
+    struct Case
+    {
+        const char* leftUnit;
+        const char* rightUnit;
+        const char* result;
+    };
+    const Case cases[] = {{"cm", "mm", "mm"}, {"cm", "", "cm"}, {"", "mm", "mm"}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(std::string(row.leftUnit) + " = " + row.rightUnit);
+        OruProperties owner(group);
+        OruPropertyAdaptor<int> left(owner, "left", 1, row.leftUnit);
+        const OruPropertyAdaptor<int> right(owner, "right", 2, row.rightUnit);
+        owner.string().setValue("right", 3);
+        EXPECT_EQ(&(left = right), &left);
+        EXPECT_EQ(textOf(owner, "left"), QString("3")) << "the right side was read, not its stale copy";
+        EXPECT_EQ(left.getUnit(), QString(row.result));
+        EXPECT_EQ(left.name(), QString("left"));
+        EXPECT_EQ(textOf(owner, "right"), QString("3"));
+    }
+}
+
+TEST_F(OruPropertyAdaptorTest, SelfAssignmentWritesNothing)
+{
+    OruPropertyAdaptor<int> adaptor(node, "key", 5, QString());
+    node.string().remove("key");
+    const std::uint64_t before = node.revision();
+    const OruPropertyAdaptor<int>& same = adaptor;
+    adaptor = same;
+    EXPECT_EQ(node.revision(), before);
+    EXPECT_FALSE(node.string().defined("key"));
+}
