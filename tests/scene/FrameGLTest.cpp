@@ -12,7 +12,6 @@ using namespace kelvartest;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
 namespace {
@@ -32,7 +31,7 @@ Lines essence(const Lines& recorded)
     static const std::map<std::string, std::string> words = {
         {"glOrtho(-0.5, 159.5, -0.5, 119.5, -1, 1)", "ortho"},
         {"glGetIntegerv(0xba2)", "viewport?"},
-        {"model view?", "model view?"},
+        {"glGetFloatv(0xba6)", "model view?"},
         {"glColor4ub(255, 255, 255, 255)", "white"},
         {"glColor4ub(128, 128, 128, 255)", "gray"},
     };
@@ -44,7 +43,7 @@ Lines essence(const Lines& recorded)
         if (inLights || (line.rfind("glGetIntegerv", 0) == 0 && word == words.end())) {
             continue;
         }
-        const bool matrix = line.rfind("load matrix", 0) == 0;
+        const bool matrix = line.rfind("glLoadMatrixf", 0) == 0;
         result.push_back(word != words.end() ? word->second : matrix ? "load matrix" : line);
         if (line == "glEnable(GL_POLYGON_OFFSET_FILL)") {
             inLights = true;
@@ -126,6 +125,16 @@ Lines focusFrame(bool stippled)
            strip + focusClose;
 }
 
+/// One line each, so that a difference shows as one.
+std::string text(const Lines& lines)
+{
+    std::string joined;
+    for (const std::string& line : lines) {
+        joined += line + '\n';
+    }
+    return joined;
+}
+
 class FrameGLTest : public SceneTest
 {
 protected:
@@ -145,9 +154,8 @@ protected:
 
 TEST_F(FrameGLTest, FirstFrameUpdatesThenResizesThenDraws)
 {
-    EXPECT_THAT(drawCalls(),
-                ElementsAreArray(frameOpen + changedUpdate + resizePass + viewing + clearing + pass3d +
-                                 pass2d + focusFrame(false) + Lines{"glFinish()"} + frameClose));
+    EXPECT_EQ(text(drawCalls()), text(frameOpen + changedUpdate + resizePass + viewing + clearing + pass3d +
+                                      pass2d + focusFrame(false) + Lines{"glFinish()"} + frameClose));
 }
 
 TEST_F(FrameGLTest, LaterFramesDoOnlyWhatHasChanged)
@@ -155,13 +163,13 @@ TEST_F(FrameGLTest, LaterFramesDoOnlyWhatHasChanged)
     settle();
     const Lines drawing =
         viewing + clearing + pass3d + pass2d + focusFrame(false) + Lines{"glFinish()"} + frameClose;
-    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + unchangedUpdate + drawing));
+    EXPECT_EQ(text(drawCalls()), text(frameOpen + unchangedUpdate + drawing));
 
     probe.string().setValue(QStringLiteral("anything"), 1);
-    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + changedUpdate + drawing));
+    EXPECT_EQ(text(drawCalls()), text(frameOpen + changedUpdate + drawing));
 
     ctx.noDraw = true;
-    EXPECT_THAT(drawCalls(), ElementsAreArray(frameOpen + unchangedUpdate + viewing + frameClose));
+    EXPECT_EQ(text(drawCalls()), text(frameOpen + unchangedUpdate + viewing + frameClose));
 }
 
 TEST_F(FrameGLTest, RenderPassesCallOnTheirOwn)
@@ -169,11 +177,11 @@ TEST_F(FrameGLTest, RenderPassesCallOnTheirOwn)
     settle();
     OruSceneRenderContext rc(ctx);
     rc.focused = false;
-    EXPECT_THAT(calls([&] { scene.render.resize(rc); }), ElementsAreArray(resizePass));
-    EXPECT_THAT(calls([&] { scene.render.clear(); }), ElementsAreArray(clearing));
-    EXPECT_THAT(calls([&] { OruScene::setViewing(rc); }), ElementsAreArray(viewing));
-    EXPECT_THAT(calls([&] { scene.render.draw(rc); }),
-                ElementsAreArray(pass3d + pass2d + focusFrame(true) + Lines{"glFinish()"}));
+    EXPECT_EQ(text(calls([&] { scene.render.resize(rc); })), text(resizePass));
+    EXPECT_EQ(text(calls([&] { scene.render.clear(); })), text(clearing));
+    EXPECT_EQ(text(calls([&] { OruScene::setViewing(rc); })), text(viewing));
+    EXPECT_EQ(text(calls([&] { scene.render.draw(rc); })),
+              text(pass3d + pass2d + focusFrame(true) + Lines{"glFinish()"}));
 }
 
 TEST_F(FrameGLTest, SelectionPassInItsOrder)
@@ -202,7 +210,7 @@ TEST_F(FrameGLTest, SelectionPassInItsOrder)
                              "select2d",
                              "glPopAttrib()",
                              "glFinish()"};
-    EXPECT_THAT(calls([&] { scene.render.select(sc); }), ElementsAreArray(selection));
+    EXPECT_EQ(text(calls([&] { scene.render.select(sc); })), text(selection));
 }
 
 TEST_F(FrameGLTest, ViewportsWithoutAreaMakeNoCall)

@@ -147,7 +147,7 @@ TEST(OruProcessTimesTest, TextOfTheFrameRate)
         const char* text;
     } rows[] = {
         {0.0, "fps(high)"}, {1.0 / 32.0, "fps(high)"}, {1.0 / 31.9, "fps(  32)"}, {0.1, "fps(  10)"},
-        {2.0, "fps(   0)"}, {0.001, "fps(high)"},      {1.0 / 3.0, "fps(   3)"},
+        {4.0, "fps(   0)"}, {0.001, "fps(high)"},      {1.0 / 3.0, "fps(   3)"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(OruProcessTimes::frameRateText(row.seconds).toStdString(), row.text) << row.seconds;

@@ -1,0 +1,60 @@
+#include "Scene/navigation/OruSceneMouseMappings.h"
+#include "contracts/core/OruModifiedGroup.h"
+
+#include <gmock/gmock.h>
+
+#include <utility>
+
+namespace {
+
+const struct
+{
+    const char* key;
+    const char* initial;
+} rows[] = {{"rotateBut", "3"}, {"rotateMod", "0"}, {"panBut", "3"},     {"panMod", "1"},
+            {"zoomBut", "3"},   {"zoomMod", "2"},   {"boxZoomBut", "2"}, {"boxZoomMod", "0"}};
+
+QString stored(const OruProperties& node, const char* key)
+{
+    QString text;
+    return node.getValue(key, text, QString());
+}
+
+TEST(OruSceneMouseMappingsTest, AssignmentWritesAllEightKeysIntoItsOwnStore)
+{
+    OruModifiedGroup group;
+    OruSceneMouseMappings source(group);
+    EXPECT_EQ(source.type(), "scene.mouse_mappings");
+    int number = -1000;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.key);
+        EXPECT_EQ(stored(source, row.key), row.initial);
+        EXPECT_EQ(source.string().getUnit(row.key, "none"), "none");
+        source.setValue(row.key, QString::number(++number));
+    }
+    OruSceneMouseMappings assigned(group);
+    OruSceneMouseMappings moveAssigned(group);
+    EXPECT_EQ(&(assigned = source), &assigned);
+    EXPECT_EQ(&(moveAssigned = std::move(source)), &moveAssigned);
+    for (const OruProperties* left : {&assigned, &moveAssigned}) {
+        number = -1000;
+        for (const auto& row : rows) {
+            EXPECT_EQ(stored(*left, row.key), QString::number(++number)) << row.key;
+        }
+    }
+    EXPECT_EQ(static_cast<int>(assigned.boxZoomMod.value()), number);
+}
+
+TEST(OruSceneMouseMappingsTest, CopiesAndMovesStayWithTheSourcesNode)
+{
+    OruModifiedGroup group;
+    OruSceneMouseMappings source(group);
+    OruSceneMouseMappings copy(source);
+    OruSceneMouseMappings moved(std::move(source));
+    copy.panMod.setValue(Kelvar::UI::Toolkit::ModifierSecond);
+    EXPECT_EQ(moved.panMod.value(), Kelvar::UI::Toolkit::ModifierSecond);
+    EXPECT_EQ(stored(source, "panMod"), "2"); // NOLINT(bugprone-use-after-move): a move is a copy
+    EXPECT_EQ(stored(copy, "panMod"), "1");
+}
+
+} // namespace
