@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace hostkit {
 
@@ -441,13 +442,21 @@ TriangleHierarchy TriangleHierarchy::build(std::vector<Vector3> const& positions
 
 std::optional<Hit> TriangleHierarchy::pick(OruVisPickVolume const& volume) const
 {
+    if (triangles_.empty() || volume.empty())
+        return std::nullopt;
+    Query query(volume);
+    auto const testLeaf = [&](std::size_t leaf) {
+        std::size_t const last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
+        for (std::size_t i = leaf * trianglesPerLeaf; i < last; ++i) {
+            uint32_t const* corners = indices_ + 3 * std::size_t{triangles_[i]};
+            query.test(positions_[corners[0]], positions_[corners[1]], positions_[corners[2]], triangles_[i]);
+        }
+    };
     struct Subtree
     {
         std::size_t node, firstLeaf, leafCount;
     };
-    if (triangles_.empty() || volume.empty())
-        return std::nullopt;
-    Query query(volume);
+    // One entry a level and one more: the tree is balanced.
     std::array<Subtree, 64> waiting;
     waiting[0] = {0, 0, leafCountFor(triangles_.size())};
     for (std::size_t count = 1; count > 0;) {
@@ -455,12 +464,7 @@ std::optional<Hit> TriangleHierarchy::pick(OruVisPickVolume const& volume) const
         if (!query.mayImprove(boxes_[node]))
             continue;
         if (leafCount == 1) {
-            std::size_t const last = std::min((firstLeaf + 1) * trianglesPerLeaf, triangles_.size());
-            for (std::size_t i = firstLeaf * trianglesPerLeaf; i < last; ++i) {
-                uint32_t const* corners = indices_ + 3 * std::size_t{triangles_[i]};
-                query.test(positions_[corners[0]], positions_[corners[1]], positions_[corners[2]],
-                           triangles_[i]);
-            }
+            testLeaf(firstLeaf);
             continue;
         }
         std::size_t const half = leafCount / 2;

@@ -20,7 +20,9 @@ namespace hostkit {
 /// order, about 10 bytes a triangle; a pick allocates nothing and writes nothing, so threads may pick at the
 /// same time.
 ///
-/// Own code rather than Embree: see docs/performance.md for both measured.
+/// Own code rather than Embree: for a million triangles Embree's tree takes 4 to 9 times the memory and its
+/// picks, though quicker, are as far below what a person notices; and coverage and depth are computed here in
+/// double from the window's matrix, pixel by pixel, as the mesh is drawn.
 class TriangleHierarchy
 {
 public:
