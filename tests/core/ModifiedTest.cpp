@@ -2,6 +2,7 @@
 #include "contracts/core/OruModifiedWatcher.h"
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruViewPtr.h"
+#include "tests/core/QtPrint.h"
 
 #include <gtest/gtest.h>
 

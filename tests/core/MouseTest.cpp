@@ -1,4 +1,5 @@
 #include "contracts/core/OruMouse.h"
+#include "tests/core/QtPrint.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include "contracts/core/OruModifiedWatcher.h"
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesFile.h"
+#include "tests/core/QtPrint.h"
 
 #include <QFile>
 #include <QTemporaryDir>

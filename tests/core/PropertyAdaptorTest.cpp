@@ -1,4 +1,5 @@
 #include "Scene/navigation/OruPropertyAdaptor.h"
+#include "tests/core/QtPrint.h"
 
 #include <gtest/gtest.h>
 

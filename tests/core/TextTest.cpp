@@ -1,4 +1,5 @@
 #include "contracts/core/OruText.h"
+#include "tests/core/QtPrint.h"
 
 #include <QLocale>
 
