@@ -123,7 +123,8 @@ TEST(OruSceneRenderContextTest, CopiesAndMovesCarryEverything)
     // The move constructor left the source's string with it, so this has something to move.
     OruSceneRenderContext moveAssigned{OruSceneEventContext()};
     moveAssigned = std::move(source); // NOLINT(bugprone-use-after-move)
-    for (const OruSceneRenderContext* rc : {&copy, &moved, &assigned, &moveAssigned}) {
+    for (const OruSceneRenderContext* rc :
+         {&copy, &moved, &std::as_const(assigned), &std::as_const(moveAssigned)}) {
         expectTaken(*rc, event);
         EXPECT_FALSE(rc->focused);
     }

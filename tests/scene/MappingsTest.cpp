@@ -29,7 +29,7 @@ TEST(OruSceneMouseMappingsTest, AssignmentWritesAllEightKeysIntoItsOwnStore)
     for (const auto& row : rows) {
         SCOPED_TRACE(row.key);
         EXPECT_EQ(stored(source, row.key), row.initial);
-        EXPECT_EQ(source.string().getUnit(row.key, "none"), "none");
+        EXPECT_EQ(source.string().getUnit(row.key, QString()), QString());
         source.setValue(row.key, QString::number(++number));
     }
     OruSceneMouseMappings assigned(group);
