@@ -10,7 +10,8 @@
 #include "contracts/core/OruViewPtr.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
 
-#include <utility>
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -42,6 +43,14 @@ bool tellHost(boost::shared_ptr<IOruSceneController> host, Call call)
 const OruVisualization* liveVisualization(const Record& record)
 {
     return record.hasHandler() ? record.visualization : nullptr;
+}
+
+/// A length in pixels, truncated towards zero. What is beyond an int becomes the nearest one, and what is no
+/// number 0.
+int wholePixels(float length)
+{
+    const float largest = 2147483520.0f;
+    return std::isnan(length) ? 0 : static_cast<int>(std::clamp(length, -largest, largest));
 }
 
 /// The resets that are under way, innermost first. A handler may call reset from the call that a reset sends
@@ -112,14 +121,14 @@ OruSceneController::~OruSceneController() = default;
 void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& newController,
                                OruSceneRender& render)
 {
-    if (hostController.get() == newController.get()) {
-        return;
-    }
     // The argument may be a pointer that a call below changes.
     const boost::shared_ptr<IOruSceneController> next = newController;
     if (ResetScope* const outer = ResetScope::find(*this)) {
         outer->superseded = true;
         hostController = next;
+        return;
+    }
+    if (hostController.get() == next.get()) {
         return;
     }
     ResetScope scope(*this);
@@ -148,7 +157,7 @@ bool OruSceneController::hitTop(OruSceneRender& render, const OruSceneEventConte
 
     OruSceneSelectContext sc(ctx);
     sc.pickPoint = ctx.mouse.curpos();
-    const int edge = static_cast<int>(render.pickSize.value());
+    const int edge = wholePixels(render.pickSize.value());
     sc.pickSize = QSize(edge, edge);
     OruScene::setViewing(sc);
     const OruVisHitRecordList hits = render.select(sc);
@@ -237,20 +246,22 @@ bool OruSceneController::OnMouseUp(OruSceneRender& render, const OruSceneEventCo
     }
     CurrentHitRecord released;
     const bool found = hitTop(render, ctx, released);
+    // A copy, since a call may come back with events of its own.
+    const CurrentHitRecord held = downHit;
     bool changed = false;
-    if (found && released.hit.name != downHit.hit.name) {
-        changed = drop(render, released);
+    if (found && released.hit.name != held.hit.name) {
+        changed = drop(render, held, released);
     }
-    changed = release(render) || changed;
+    changed = release(render, held) || changed;
     downHit = CurrentHitRecord();
     return changed;
 }
 
 /// Tells the held object's handler and the host; the object under the pointer gets no call of its own. The
 /// host's answer to a drop does not count.
-bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& released)
+bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& held,
+                              const CurrentHitRecord& released)
 {
-    const CurrentHitRecord held = downHit;
     // A target without a handler has nothing that stands for its life, so the object itself is watched.
     const bool targetHadHandler = released.hasHandler();
     const oru::view_ptr<const OruProperties> target =
@@ -269,9 +280,8 @@ bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& re
     return byHandler;
 }
 
-bool OruSceneController::release(OruSceneRender& render)
+bool OruSceneController::release(OruSceneRender& render, const CurrentHitRecord& held)
 {
-    const CurrentHitRecord held = downHit;
     const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnRelease(held.hit, editor.get());

@@ -87,8 +87,8 @@ private:
     bool hitTop(OruSceneRender& render, const OruSceneEventContext& ctx, CurrentHitRecord& record);
     bool leaveHovered(OruSceneRender& render, QString& tooltip);
     bool enterHovered(OruSceneRender& render, QString& tooltip);
-    bool drop(OruSceneRender& render, const CurrentHitRecord& released);
-    bool release(OruSceneRender& render);
+    bool drop(OruSceneRender& render, const CurrentHitRecord& held, const CurrentHitRecord& released);
+    bool release(OruSceneRender& render, const CurrentHitRecord& held);
     bool clickEmpty(bool withModifier);
     bool clickObject(OruSceneRender& render, const CurrentHitRecord& clicked, bool withModifier);
 

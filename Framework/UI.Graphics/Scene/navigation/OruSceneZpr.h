@@ -52,8 +52,8 @@ public:
     /// Zooms by the vertical part of a drag. False: there was none, or the scale came out as 0.
     bool zoom(const OruSceneEventContext& ctx, Kelvar::Math::Matrix& view) const;
 
-    /// Zooms by one wheel event, however far the wheel turned. False: it did not turn, or the scale would be
-    /// 0 or infinite.
+    /// Zooms by one wheel event, however far the wheel turned. False: it did not turn, or `zoomWheelFactor`
+    /// is 0.
     bool zoomWheel(const OruSceneEventContext& ctx, Kelvar::Math::Matrix& view) const;
 
     /// Scales the picture by `factor` about the context's `center`. False: the factor is 0.

@@ -68,6 +68,9 @@ BoundingBox boxToShow(const OruSceneEventContext& ctx)
 /// The scale that brings the limiting extent of a box to 2 * fitFactor; 0 where no scale can.
 float fitScale(const OruSceneEventContext& ctx, const BoundingBox& box)
 {
+    if (ctx.viewport.empty()) {
+        return 0.0f;
+    }
     const float aspect = static_cast<float>(ctx.viewport.width) / static_cast<float>(ctx.viewport.height);
     const float height = box.height();
     const float width = box.width() / aspect;
