@@ -49,8 +49,9 @@ HostScene::HostScene(const QString& fonts, const QString& images, const QString&
 
 void HostScene::setSize(const QSize& pixels)
 {
-    context_.viewport = OruOglViewport(0, 0, pixels.width(), pixels.height());
-    stale_ = true;
+    const OruOglViewport viewport(0, 0, pixels.width(), pixels.height());
+    stale_ = stale_ || viewport != context_.viewport;
+    context_.viewport = viewport;
 }
 
 void HostScene::addModel(const Model& model)

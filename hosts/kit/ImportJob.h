@@ -1,0 +1,50 @@
+#pragma once
+
+#include "hosts/kit/Model.h"
+#include "hosts/kit/Progress.h"
+
+#include <QStringList>
+
+#include <atomic>
+#include <exception>
+#include <thread>
+#include <vector>
+
+namespace hostkit {
+
+/// Loads models on a thread of its own, one file after the other, while the program stays alive.
+class ImportJob
+{
+public:
+    /// Starts at once.
+    explicit ImportJob(const QStringList& files);
+
+    /// Stops the work and waits for it to end.
+    ~ImportJob();
+    ImportJob(const ImportJob&) = delete;
+    ImportJob& operator=(const ImportJob&) = delete;
+
+    bool finished() const { return finished_.load(std::memory_order_acquire); }
+
+    /// The share of all files that is done, 0 to 1.
+    float share() const;
+
+    void cancel() { progress_.cancel(); }
+
+    /// The models in the order of the files; waits for the end. Throws what the import threw:
+    /// ModelImporter::Error, Progress::Cancelled. To be called once.
+    std::vector<Model> take();
+
+private:
+    void work(const QStringList& files);
+
+    const float fileCount_;
+    Progress progress_;
+    std::atomic<int> filesDone_{0};
+    std::atomic<bool> finished_{false};
+    std::vector<Model> models_;
+    std::exception_ptr error_;
+    std::thread thread_;
+};
+
+} // namespace hostkit

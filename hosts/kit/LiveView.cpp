@@ -1,0 +1,237 @@
+#include "hosts/kit/LiveView.h"
+
+#include "hosts/kit/GlPlatform.h"
+#include "hosts/kit/WindowCoordinates.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyleHints>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <array>
+#include <exception>
+#include <iostream>
+
+namespace hostkit {
+
+namespace {
+
+struct ButtonRow
+{
+    Qt::MouseButton qt;
+    OruMouse::Button scene;
+};
+
+constexpr std::array<ButtonRow, 3> buttonRows = {{
+    {Qt::LeftButton, OruMouse::ButtonPick},
+    {Qt::RightButton, OruMouse::ButtonContext},
+    {Qt::MiddleButton, OruMouse::ButtonView},
+}};
+
+struct ModifierRow
+{
+    Qt::KeyboardModifier qt;
+    unsigned int bit;
+};
+
+constexpr std::array<ModifierRow, 4> modifierRows = {{
+    {Qt::ControlModifier, 1},
+    {Qt::ShiftModifier, 2},
+    {Qt::AltModifier, 4},
+    {Qt::MetaModifier, 8},
+}};
+
+unsigned int wordOf(Qt::KeyboardModifiers modifiers)
+{
+    unsigned int word = 0;
+    for (const ModifierRow& row : modifierRows) {
+        word |= modifiers.testFlag(row.qt) ? row.bit : 0;
+    }
+    return word;
+}
+
+QPointF positionOf(const QMouseEvent& event)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return event.localPos();
+#else
+    return event.position();
+#endif
+}
+
+} // namespace
+
+LiveView::LiveView(const QString& fonts, const QString& images, const QString& user)
+    : fonts_(fonts)
+    , images_(images)
+    , user_(user)
+{
+    setFormat(GlPlatform::format());
+}
+
+LiveView::~LiveView()
+{
+    makeCurrent();
+    input_.reset();
+    host_.reset();
+    doneCurrent();
+}
+
+void LiveView::run(const std::function<bool(HostScene&)>& action)
+{
+    feed([&] { return action(*host_); });
+}
+
+void LiveView::initializeGL()
+{
+    host_ = std::make_unique<HostScene>(fonts_, images_, user_);
+    input_ = std::make_unique<InputFeed>(*host_);
+    input_->setDragThreshold(qRound(QGuiApplication::styleHints()->startDragDistance() * devicePixelRatio()));
+    host_->setSize(framebuffer());
+    if (ready_) {
+        ready_(*host_);
+    }
+}
+
+void LiveView::paintGL()
+{
+    try {
+        host_->setSize(framebuffer());
+        host_->draw();
+    } catch (const std::exception& error) {
+        std::cerr << "draw: " << error.what() << std::endl;
+    }
+}
+
+bool LiveView::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Enter:
+        feed([this] { return input_->enter(true); });
+        break;
+    case QEvent::Leave:
+        feed([this] { return input_->enter(false); });
+        break;
+    case QEvent::UngrabMouse:
+        feed([this] { return input_->cancel(); });
+        break;
+    default:
+        break;
+    }
+    return QOpenGLWindow::event(event);
+}
+
+void LiveView::mousePressEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::press);
+}
+
+void LiveView::mouseReleaseEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::release);
+}
+
+void LiveView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::doubleClick);
+}
+
+void LiveView::mouseMoveEvent(QMouseEvent* event)
+{
+    for (const ButtonRow& row : buttonRows) {
+        if (input_ && input_->held(row.scene) && !event->buttons().testFlag(row.qt)) {
+            feed([this] { return input_->cancel(); }); // the release went elsewhere
+        }
+    }
+    if (!move_) {
+        QTimer::singleShot(0, this, [this] { flushMove(); });
+    }
+    move_ = Move{pixelOf(positionOf(*event)), wordOf(event->modifiers())};
+}
+
+void LiveView::wheelEvent(QWheelEvent* event)
+{
+    feed([&] {
+        return input_->wheel(event->angleDelta().y(), wordOf(event->modifiers()), pixelOf(event->position()));
+    });
+}
+
+void LiveView::keyPressEvent(QKeyEvent* event)
+{
+    feed([&] { return input_->keyPress(event->key(), wordOf(event->modifiers())); });
+}
+
+void LiveView::keyReleaseEvent(QKeyEvent* event)
+{
+    feed([&] { return input_->keyRelease(event->key(), wordOf(event->modifiers())); });
+}
+
+void LiveView::focusInEvent(QFocusEvent*)
+{
+    feed([this] { return input_->focus(true); });
+}
+
+void LiveView::focusOutEvent(QFocusEvent*)
+{
+    feed([this] {
+        const bool repaint = input_->cancel();
+        return input_->focus(false) || repaint;
+    });
+}
+
+void LiveView::hideEvent(QHideEvent*)
+{
+    feed([this] { return input_->cancel(); });
+}
+
+/// Every road into the scene: what was moved before comes first, the context is current, nothing is thrown
+/// into the event loop.
+void LiveView::feed(const std::function<bool()>& action)
+{
+    if (!host_) {
+        return;
+    }
+    flushMove();
+    makeCurrent();
+    try {
+        host_->setSize(framebuffer());
+        if (action()) {
+            update();
+        }
+    } catch (const std::exception& error) {
+        std::cerr << "event: " << error.what() << std::endl;
+        update();
+    }
+}
+
+void LiveView::feedButton(QMouseEvent* event, PointerAction action)
+{
+    for (const ButtonRow& row : buttonRows) {
+        if (event->button() == row.qt) {
+            feed([&] {
+                return (*input_.*action)(row.scene, wordOf(event->modifiers()), pixelOf(positionOf(*event)));
+            });
+        }
+    }
+}
+
+void LiveView::flushMove()
+{
+    if (const std::optional<Move> move = std::exchange(move_, std::nullopt)) {
+        feed([&] { return input_->move(move->modifiers, move->pixel); });
+    }
+}
+
+QSize LiveView::framebuffer() const
+{
+    return WindowCoordinates::devicePixels(size(), devicePixelRatio());
+}
+
+QPoint LiveView::pixelOf(const QPointF& position) const
+{
+    return WindowCoordinates::pixelAt(position, devicePixelRatio(), framebuffer());
+}
+
+} // namespace hostkit
