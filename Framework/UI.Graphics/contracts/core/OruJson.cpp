@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -97,6 +98,11 @@ private:
     QStringList order_;
 };
 
+bool isOneOf(char character, const char* characters)
+{
+    return character != '\0' && std::strchr(characters, character);
+}
+
 /// Walks over the text of a valid document.
 class Scanner
 {
@@ -144,7 +150,7 @@ private:
 
     void skipBlanks()
     {
-        while (offset_ < text_.size() && QByteArray(" \t\r\n").contains(at())) {
+        while (offset_ < text_.size() && isOneOf(at(), " \t\r\n")) {
             ++offset_;
         }
     }
@@ -178,7 +184,7 @@ private:
             depth += at() == '{' || at() == '[' ? 1 : 0;
             depth -= at() == '}' || at() == ']' ? 1 : 0;
             ++offset_;
-        } while (depth > 0 || !QByteArray(",}]").contains(at()));
+        } while (depth > 0 || !isOneOf(at(), ",}]"));
     }
 
     const QByteArray& text_;

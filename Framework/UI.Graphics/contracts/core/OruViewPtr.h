@@ -12,8 +12,8 @@ class view_anchor
 {
 public:
     view_anchor() = default;
-    view_anchor(const view_anchor&) {}
-    view_anchor& operator=(const view_anchor&) { return *this; }
+    view_anchor(const view_anchor&) = delete;
+    view_anchor& operator=(const view_anchor&) = delete;
     ~view_anchor()
     {
         if (alive_) {
