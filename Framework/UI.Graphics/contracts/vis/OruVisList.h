@@ -41,7 +41,6 @@ public:
     /// The same for a node that is a visualization; any other is refused.
     bool insert(OruProperties* child, bool member) override;
     bool remove(OruProperties* child) override;
-    bool erase(OruProperties* child) override;
 
     /// The entry `name`, made of type `type` at the end of the list when missing. An unknown type gives a
     /// plain visualization of that type text. Throws std::invalid_argument for a name that the tree refuses.

@@ -69,11 +69,13 @@ bool OruVisTriadLayout::place(const Request& request)
     }
     const QSize isometric = boxSize(request.texts[Isometric]);
     const double below = isometric.isEmpty() ? 0.0 : isometric.height() + gap;
-    // What lies around the tips of the axes, and so the longest axis for half of the viewport.
-    const double aroundX = gap + largest.width();
-    const double aroundY = gap + largest.height();
-    const double longest = std::min(request.viewport.width() / 4.0 - aroundX,
-                                    (request.viewport.height() / 2.0 - below) / 2.0 - aroundY);
+    // What lies around the tips of the axes, a pixel for rounding included, and so the longest axis for half
+    // of the viewport.
+    const double aroundX = gap + largest.width() + 1.0;
+    const double aroundY = gap + largest.height() + 1.0;
+    const double roomX = request.viewport.width() / 2.0 - request.margin;
+    const double roomY = request.viewport.height() / 2.0 - request.margin - below;
+    const double longest = std::min(roomX / 2.0 - aroundX, roomY / 2.0 - aroundY);
     const double length = std::min(static_cast<double>(request.length), longest);
     if (!(length > 0.0) || length < request.length / 3.0 || !std::isfinite(request.margin)) {
         return false;
