@@ -81,7 +81,15 @@ LiveView::~LiveView()
 
 void LiveView::run(const std::function<bool(HostScene&)>& action)
 {
-    feed([&] { return action(*host_); });
+    if (!host_) {
+        return;
+    }
+    flushMove();
+    makeCurrent();
+    host_->setSize(framebuffer());
+    if (action(*host_)) {
+        update();
+    }
 }
 
 void LiveView::initializeGL()
@@ -186,20 +194,11 @@ void LiveView::hideEvent(QHideEvent*)
     feed([this] { return input_->cancel(); });
 }
 
-/// Every road into the scene: what was moved before comes first, the context is current, nothing is thrown
-/// into the event loop.
+/// The road of every event: nothing is thrown into the event loop.
 void LiveView::feed(const std::function<bool()>& action)
 {
-    if (!host_) {
-        return;
-    }
-    flushMove();
-    makeCurrent();
     try {
-        host_->setSize(framebuffer());
-        if (action()) {
-            update();
-        }
+        run([&](HostScene&) { return action(); });
     } catch (const std::exception& error) {
         std::cerr << "event: " << error.what() << std::endl;
         update();

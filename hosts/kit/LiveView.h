@@ -29,8 +29,8 @@ public:
     /// Called once, when the scene has been made and may be filled, its OpenGL context current.
     void setReadyListener(const std::function<void(HostScene&)>& listener) { ready_ = listener; }
 
-    /// Does something to the scene with its context current and repaints if the answer is true. Nothing
-    /// happens before the scene exists.
+    /// Does something to the scene with its context current and repaints if the answer is true; what it
+    /// throws passes through. Nothing happens before the scene exists.
     void run(const std::function<bool(HostScene&)>& action);
 
 protected:

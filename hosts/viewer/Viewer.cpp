@@ -1,0 +1,257 @@
+#include "hosts/viewer/Viewer.h"
+
+#include "contracts/vis/OruVisTriad.h"
+#include "hosts/kit/GlPlatform.h"
+#include "hosts/kit/ImportJob.h"
+#include "hosts/kit/InputFeed.h"
+#include "hosts/kit/LiveView.h"
+#include "hosts/kit/ModelImporter.h"
+#include "hosts/kit/OffscreenView.h"
+#include "hosts/kit/WindowCoordinates.h"
+#include "hosts/viewer/LoadingReport.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QSaveFile>
+#include <QTimer>
+
+#include <algorithm>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <optional>
+
+using hostkit::HostScene;
+using hostkit::Model;
+
+namespace {
+
+/// A drag is fed as that many moves, as a hand would make it.
+constexpr int movesPerDrag = 16;
+
+constexpr int pollMilliseconds = 20;
+
+/// A hidden window is no larger than this; pictures do not depend on its size.
+const QSize largestHidden(2048, 2048);
+
+volatile std::sig_atomic_t interrupted = 0;
+
+/// While it lives, an interrupt from the terminal is noted instead of ending the program.
+class InterruptScope
+{
+public:
+    InterruptScope()
+    {
+        previous_ = std::signal(SIGINT, [](int) { interrupted = 1; });
+    }
+    ~InterruptScope() { std::signal(SIGINT, previous_); }
+    InterruptScope(const InterruptScope&) = delete;
+    InterruptScope& operator=(const InterruptScope&) = delete;
+
+private:
+    void (*previous_)(int);
+};
+
+QString imageFolders()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/../share/Kelvar/resources:") +
+           QStringLiteral(KELVAR_RESOURCES);
+}
+
+QString titleOf(const QStringList& models)
+{
+    QStringList names;
+    for (const QString& model : models) {
+        names.append(QFileInfo(model).fileName());
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+std::vector<Model> takeModels(hostkit::ImportJob& job)
+{
+    try {
+        return job.take();
+    } catch (const hostkit::ModelImporter::Error& error) {
+        throw Viewer::Failure(Viewer::BadInput, QString::fromUtf8(error.what()));
+    } catch (const hostkit::Progress::Cancelled&) {
+        throw Viewer::Failure(Viewer::Stopped, QStringLiteral("loading was stopped"));
+    } catch (const std::bad_alloc&) {
+        throw Viewer::Failure(Viewer::BadInput, QStringLiteral("the models do not fit into memory"));
+    }
+}
+
+void playDrag(hostkit::InputFeed& input, const ViewerOptions::Gesture& drag, const QSize& size)
+{
+    const auto pixel = [&](const QPointF& at) { return hostkit::WindowCoordinates::pixelAt(at, 1.0, size); };
+    input.press(drag.button, drag.modifiers, pixel(drag.from));
+    for (int i = 1; i <= movesPerDrag; ++i) {
+        const QPointF way = QPointF(drag.to - drag.from) * i / movesPerDrag;
+        input.move(drag.modifiers, pixel(QPointF(drag.from) + way));
+    }
+    input.release(drag.button, drag.modifiers, pixel(drag.to));
+}
+
+} // namespace
+
+Viewer::Viewer(const ViewerOptions& options)
+    : options_(options)
+    , images_(imageFolders())
+{}
+
+Viewer::ExitCode Viewer::run()
+{
+    return options_.outFile.isEmpty() ? showWindow() : makePicture();
+}
+
+Viewer::ExitCode Viewer::makePicture()
+{
+    const std::vector<Model> models = loadModels();
+    hostkit::OffscreenView view(options_.size.boundedTo(largestHidden));
+    const int largest = hostkit::GlPlatform::largestPicture();
+    if (std::max(options_.size.width(), options_.size.height()) > largest) {
+        throw Failure(NoOutput,
+                      QStringLiteral("a picture can be %1 pixels wide and high at most").arg(largest));
+    }
+    HostScene host(QString(), images_, QString());
+    host.setSize(options_.size);
+    fill(host, models);
+    saveState(host);
+    writePicture(host.picture(options_.size));
+    return Done;
+}
+
+std::vector<Model> Viewer::loadModels() const
+{
+    const InterruptScope interrupts;
+    hostkit::ImportJob job(options_.models);
+    LoadingReport report(titleOf(options_.models));
+    while (!job.finished()) {
+        if (interrupted) {
+            job.cancel();
+        }
+        report.tell(job.share());
+        std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
+    }
+    return takeModels(job);
+}
+
+Viewer::ExitCode Viewer::showWindow()
+{
+    std::optional<InterruptScope> interrupts(std::in_place);
+    const QString title = titleOf(options_.models);
+    std::exception_ptr failure;
+    bool loaded = false;
+
+    hostkit::LiveView view(QString(), images_, QString());
+    view.setTitle(title);
+    view.resize((QSizeF(options_.size) / view.devicePixelRatio()).toSize());
+
+    hostkit::ImportJob job(options_.models);
+    LoadingReport report(title);
+    QTimer poll;
+    const auto finish = [&](HostScene& host) {
+        fill(host, takeModels(job));
+        loaded = true;
+        interrupts.reset();
+        view.setTitle(title);
+        return true;
+    };
+    const auto look = [&] {
+        try {
+            if (interrupted) {
+                job.cancel();
+            }
+            if (!job.finished()) {
+                report.tell(job.share());
+                if (report.due()) {
+                    view.setTitle(
+                        QStringLiteral("%1 - loading %2 %").arg(title).arg(qRound(job.share() * 100)));
+                }
+                return;
+            }
+            poll.stop();
+            view.run(finish);
+        } catch (...) {
+            failure = std::current_exception();
+            QCoreApplication::quit();
+        }
+    };
+    QObject::connect(&poll, &QTimer::timeout, look);
+    view.setReadyListener([&](HostScene&) { poll.start(pollMilliseconds); });
+    view.show();
+    QCoreApplication::exec();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    if (!loaded) {
+        throw Failure(Stopped, QStringLiteral("loading was stopped"));
+    }
+    view.run([this](HostScene& host) {
+        saveState(host);
+        return false;
+    });
+    return Done;
+}
+
+void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
+{
+    host.setDropListener([](const QString& source, const QString& target) {
+        std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
+                  << std::endl;
+    });
+    for (const Model& model : models) {
+        host.addModel(model);
+    }
+    host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
+    host.changed();
+
+    QString error;
+    if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
+        throw Failure(BadInput, error);
+    }
+    for (const auto& setting : options_.settings) {
+        if (!host.setValue(setting.first, setting.second, &error)) {
+            throw Failure(BadInput, QStringLiteral("--set %1: %2").arg(setting.first, error));
+        }
+    }
+    if (!options_.position.isEmpty()) {
+        host.showFrom(options_.position);
+    } else if (options_.stateFile.isEmpty()) {
+        host.showFrom(QStringLiteral("iso"));
+    }
+    playGestures(host);
+}
+
+void Viewer::playGestures(HostScene& host) const
+{
+    hostkit::InputFeed input(host);
+    const OruOglViewport& viewport = host.context().viewport;
+    for (const ViewerOptions::Gesture& gesture : options_.gestures) {
+        if (gesture.wheelSteps == 0) {
+            playDrag(input, gesture, QSize(viewport.width, viewport.height));
+        } else {
+            input.wheel(gesture.wheelSteps * hostkit::InputFeed::wheelStep, 0,
+                        QPoint(viewport.width / 2, viewport.height / 2));
+        }
+    }
+}
+
+void Viewer::saveState(const HostScene& host) const
+{
+    QString error;
+    if (!options_.saveStateFile.isEmpty() && !host.save(options_.saveStateFile, &error)) {
+        throw Failure(NoOutput, error);
+    }
+}
+
+void Viewer::writePicture(const QImage& picture) const
+{
+    if (picture.isNull()) {
+        throw Failure(NoOutput, QStringLiteral("the picture could not be drawn"));
+    }
+    QSaveFile file(options_.outFile);
+    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
+        throw Failure(NoOutput, options_.outFile + QStringLiteral(": ") + file.errorString());
+    }
+    std::cout << qPrintable(QFileInfo(options_.outFile).absoluteFilePath()) << std::endl;
+}

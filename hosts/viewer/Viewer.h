@@ -1,0 +1,49 @@
+#pragma once
+
+#include "hosts/kit/HostScene.h"
+#include "hosts/viewer/ViewerOptions.h"
+
+#include <vector>
+
+/// The program: loads the models, sets the scene up as the options ask and shows it, in a window or as a
+/// picture.
+class Viewer
+{
+public:
+    /// Why the program ended.
+    enum ExitCode
+    {
+        Done = 0,
+        WrongUsage = 1,
+        BadInput = 2,
+        NoOutput = 3,
+        Stopped = 130
+    };
+
+    /// Something that ends the program; what() is for the user.
+    struct Failure : std::runtime_error
+    {
+        Failure(ExitCode exitCode, const QString& text)
+            : std::runtime_error(text.toStdString())
+            , code(exitCode)
+        {}
+        ExitCode code;
+    };
+
+    explicit Viewer(const ViewerOptions& options);
+
+    /// Needs a QGuiApplication that GlPlatform has prepared. Throws Failure.
+    ExitCode run();
+
+private:
+    ExitCode makePicture();
+    ExitCode showWindow();
+    std::vector<hostkit::Model> loadModels() const;
+    void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
+    void playGestures(hostkit::HostScene& host) const;
+    void saveState(const hostkit::HostScene& host) const;
+    void writePicture(const QImage& picture) const;
+
+    ViewerOptions options_;
+    QString images_;
+};

@@ -1,0 +1,234 @@
+#include "hosts/viewer/ViewerOptions.h"
+
+#include "hosts/kit/HostScene.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr int mostPixels = 65536;
+constexpr int mostWheelSteps = 1000;
+
+[[noreturn]] void fail(const QString& text)
+{
+    throw ViewerOptions::Error(text.toStdString());
+}
+
+struct ButtonName
+{
+    const char* name;
+    OruMouse::Button button;
+};
+
+constexpr std::array<ButtonName, 6> buttonNames = {{
+    {"left", OruMouse::ButtonPick},
+    {"middle", OruMouse::ButtonView},
+    {"right", OruMouse::ButtonContext},
+    {"pick", OruMouse::ButtonPick},
+    {"view", OruMouse::ButtonView},
+    {"context", OruMouse::ButtonContext},
+}};
+
+struct ModifierName
+{
+    const char* name;
+    unsigned int bit;
+};
+
+constexpr std::array<ModifierName, 2> modifierNames = {{{"ctrl", 1}, {"shift", 2}}};
+
+/// The row of a table that bears a name, or null.
+template <typename Table>
+auto rowNamed(const Table& table, const QString& name) -> decltype(&*table.begin())
+{
+    const auto row = std::find_if(table.begin(), table.end(),
+                                  [&](const auto& entry) { return name == QLatin1String(entry.name); });
+    return row == table.end() ? nullptr : &*row;
+}
+
+/// Two numbers joined by `separator`.
+bool readPair(const QString& text, QChar separator, int& first, int& second)
+{
+    const QStringList parts = text.split(separator);
+    bool good[2] = {false, false};
+    if (parts.size() == 2) {
+        first = parts[0].toInt(&good[0]);
+        second = parts[1].toInt(&good[1]);
+    }
+    return good[0] && good[1];
+}
+
+QPoint readPoint(const QString& text)
+{
+    int x = 0;
+    int y = 0;
+    if (!readPair(text, QLatin1Char(','), x, y)) {
+        fail(QStringLiteral("\"%1\" is not a position such as 640,400").arg(text));
+    }
+    return QPoint(x, y);
+}
+
+void readSize(ViewerOptions& options, const QStringList& values)
+{
+    int width = 0;
+    int height = 0;
+    const bool good = readPair(values[0], QLatin1Char('x'), width, height);
+    if (!good || std::min(width, height) < 1 || std::max(width, height) > mostPixels) {
+        fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(values[0]));
+    }
+    options.size = QSize(width, height);
+}
+
+void readPosition(ViewerOptions& options, const QStringList& values)
+{
+    const QStringList known = hostkit::HostScene::positions();
+    if (!known.contains(values[0])) {
+        fail(QStringLiteral("\"%1\" is not a position; there are %2")
+                 .arg(values[0], known.join(QStringLiteral(", "))));
+    }
+    options.position = values[0];
+}
+
+void readDrag(ViewerOptions& options, const QStringList& values)
+{
+    ViewerOptions::Gesture drag;
+    QStringList parts = values[0].toLower().split(QLatin1Char('+'));
+    const ButtonName* button = rowNamed(buttonNames, parts.takeFirst());
+    if (!button) {
+        fail(QStringLiteral("\"%1\" does not start with left, middle or right").arg(values[0]));
+    }
+    drag.button = button->button;
+    for (const QString& part : parts) {
+        const ModifierName* modifier = rowNamed(modifierNames, part);
+        if (!modifier) {
+            fail(QStringLiteral("\"%1\" is not a modifier; there are ctrl and shift").arg(part));
+        }
+        drag.modifiers |= modifier->bit;
+    }
+    drag.from = readPoint(values[1]);
+    drag.to = readPoint(values[2]);
+    options.gestures.push_back(drag);
+}
+
+void readWheel(ViewerOptions& options, const QStringList& values)
+{
+    ViewerOptions::Gesture turn;
+    bool good = false;
+    turn.wheelSteps = values[0].toInt(&good);
+    if (!good || turn.wheelSteps == 0 || std::abs(turn.wheelSteps) > mostWheelSteps) {
+        fail(QStringLiteral("\"%1\" is not a number of wheel steps").arg(values[0]));
+    }
+    options.gestures.push_back(turn);
+}
+
+void readSetting(ViewerOptions& options, const QStringList& values)
+{
+    const int equals = values[0].indexOf(QLatin1Char('='));
+    if (equals < 1) {
+        fail(QStringLiteral("\"%1\" is not of the form path/key=value").arg(values[0]));
+    }
+    options.settings.emplace_back(values[0].left(equals), values[0].mid(equals + 1));
+}
+
+struct Option
+{
+    const char* name;
+    /// How many values follow, and what the help calls them.
+    int count;
+    const char* values;
+    const char* help;
+    void (*read)(ViewerOptions&, const QStringList&);
+};
+
+const std::array<Option, 11> optionTable = {{
+    {"--size", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
+    {"--position", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit", readPosition},
+    {"--drag", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
+     "drag with left, middle or right, and ctrl or shift; pixels from the upper left", readDrag},
+    {"--wheel", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
+    {"--state", 1, "FILE", "load settings and view from a file",
+     [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
+    {"--save-state", 1, "FILE", "save settings and view to a file at the end",
+     [](ViewerOptions& o, const QStringList& v) { o.saveStateFile = v[0]; }},
+    {"--set", 1, "PATH/KEY=VALUE", "set a property, such as render/textInfo=true", readSetting},
+    {"--out", 1, "PNG", "write a picture instead of opening a window",
+     [](ViewerOptions& o, const QStringList& v) { o.outFile = v[0]; }},
+    {"--default-model", 1, "FILE", "the model to show when no MODEL is named",
+     [](ViewerOptions& o, const QStringList& v) { o.defaultModel = v[0]; }},
+    {"--help", 0, "", "tell this", [](ViewerOptions& o, const QStringList&) { o.showHelp = true; }},
+    {"--version", 0, "", "tell the version",
+     [](ViewerOptions& o, const QStringList&) { o.showVersion = true; }},
+}};
+
+/// Takes the option at the head of `rest`, and its values, off the list.
+void readOption(ViewerOptions& options, QStringList& rest)
+{
+    QString name = rest.takeFirst();
+    QStringList values;
+    const int equals = name.indexOf(QLatin1Char('='));
+    if (equals > 0) {
+        values.append(name.mid(equals + 1));
+        name.truncate(equals);
+    }
+    const Option* option = rowNamed(optionTable, name);
+    if (!option) {
+        fail(QStringLiteral("there is no option %1").arg(name));
+    }
+    while (values.size() < option->count && !rest.isEmpty()) {
+        values.append(rest.takeFirst());
+    }
+    if (values.size() != option->count) {
+        fail(option->count == 0 ? QStringLiteral("%1 takes no value").arg(name)
+                                : QStringLiteral("%1 needs %2").arg(name, QLatin1String(option->values)));
+    }
+    option->read(options, values);
+}
+
+} // namespace
+
+ViewerOptions ViewerOptions::parse(const QStringList& arguments)
+{
+    ViewerOptions options;
+    QStringList rest = arguments;
+    while (!rest.isEmpty()) {
+        if (rest.first() == QLatin1String("--")) {
+            options.models += rest.mid(1);
+            break;
+        }
+        if (rest.first().startsWith(QLatin1Char('-')) && rest.first().size() > 1) {
+            readOption(options, rest);
+        } else {
+            options.models.append(rest.takeFirst());
+        }
+    }
+    if (options.models.isEmpty() && !options.defaultModel.isEmpty()) {
+        options.models.append(options.defaultModel);
+    }
+    if (options.models.isEmpty() && !options.showHelp && !options.showVersion) {
+        fail(QStringLiteral("no MODEL is named"));
+    }
+    return options;
+}
+
+QString ViewerOptions::help()
+{
+    QString text = QStringLiteral("Usage: view MODEL... [options]\n\n"
+                                  "Shows models of any format that assimp reads.\n\n");
+    for (const Option& option : optionTable) {
+        const QString head =
+            QStringLiteral("  %1 %2").arg(QLatin1String(option.name), QLatin1String(option.values));
+        text += head.trimmed().size() > 24 ? head + QStringLiteral("\n%1").arg(QString(), 28)
+                                           : head.leftJustified(28);
+        text += QLatin1String(option.help) + QLatin1Char('\n');
+    }
+    text += QStringLiteral(
+        "\nState and settings come first, then the position, then drags and turns of the wheel in\n"
+        "their order.\n\n"
+        "In the window: left turns, middle turns, middle with Ctrl moves, middle with Shift and the\n"
+        "wheel zoom, right draws a zoom box; F fits, I, X, Y, Z look from a standard position, with\n"
+        "Shift from the other side.\n\n"
+        "Exit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
+        "display or the output cannot be written, 130 stopped.\n");
+    return text;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "contracts/core/OruMouse.h"
+
+#include <QPoint>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+/// What a command line asks the viewer for.
+struct ViewerOptions
+{
+    /// A command line that makes no sense; what() says why, in one line.
+    struct Error : std::runtime_error
+    {
+        using std::runtime_error::runtime_error;
+    };
+
+    /// Something done with the mouse: a drag, or turns of the wheel in the middle of the view.
+    struct Gesture
+    {
+        OruMouse::Button button = OruMouse::ButtonPick;
+        unsigned int modifiers = 0;
+        /// In pixels of the picture from its upper left corner, y downwards.
+        QPoint from;
+        QPoint to;
+        /// Steps of the wheel; other than 0 for a turn of the wheel, 0 for a drag.
+        int wheelSteps = 0;
+    };
+
+    /// Reads the arguments behind the program's name. Throws Error.
+    static ViewerOptions parse(const QStringList& arguments);
+
+    /// The text for --help.
+    static QString help();
+
+    QStringList models;
+    QString defaultModel;
+    QSize size{1280, 800};
+    /// A name that HostScene::showFrom knows; empty: not given.
+    QString position;
+    /// In the order of the command line.
+    std::vector<Gesture> gestures;
+    /// Path and value of each property to set.
+    std::vector<std::pair<QString, QString>> settings;
+    QString stateFile;
+    QString saveStateFile;
+    QString outFile;
+    bool showHelp = false;
+    bool showVersion = false;
+};

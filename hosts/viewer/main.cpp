@@ -1,0 +1,49 @@
+#include "hosts/kit/GlPlatform.h"
+#include "hosts/viewer/Viewer.h"
+
+#include <QGuiApplication>
+
+#include <iostream>
+
+namespace {
+
+int complain(int code, const char* text)
+{
+    std::cerr << "view: " << text << std::endl;
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        QStringList arguments;
+        for (int i = 1; i < argc; ++i) {
+            arguments.append(QString::fromLocal8Bit(argv[i]));
+        }
+        const ViewerOptions options = ViewerOptions::parse(arguments);
+        if (options.showHelp) {
+            std::cout << qPrintable(ViewerOptions::help());
+            return Viewer::Done;
+        }
+        if (options.showVersion) {
+            std::cout << "view " << KELVAR_VERSION << std::endl;
+            return Viewer::Done;
+        }
+        if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+            return complain(Viewer::NoOutput, "there is no display; ./view brings one along");
+        }
+        hostkit::GlPlatform::prepare();
+        int noArguments = 1;
+        QGuiApplication application(noArguments, argv);
+        return Viewer(options).run();
+    } catch (const ViewerOptions::Error& error) {
+        std::cerr << "view: " << error.what() << "; --help tells the options" << std::endl;
+        return Viewer::WrongUsage;
+    } catch (const Viewer::Failure& failure) {
+        return complain(failure.code, failure.what());
+    } catch (const std::exception& error) {
+        return complain(Viewer::NoOutput, error.what());
+    }
+}
