@@ -3,6 +3,12 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 
+namespace {
+
+constexpr float offCentre = 0.125f;
+
+} // namespace
+
 OruOgl2D::OruOgl2D(const OruOglViewport& viewport)
     : viewport_(viewport)
 {}
@@ -23,6 +29,9 @@ void OruOgl2D::begin() const
     glPushMatrix();
     glLoadIdentity();
     gluOrtho2D(viewport_);
+    // A line two pixels wide along pixel centres would end on centres too, and which of them it then covers
+    // depends on whether the framebuffer is upside down. A small step off the centres decides it.
+    glTranslatef(offCentre, offCentre, 0.0f);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
     glLoadIdentity();

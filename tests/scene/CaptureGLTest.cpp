@@ -1,0 +1,188 @@
+// The capture: what the image shows, and what it leaves behind in OpenGL and in the scene.
+
+#include "contracts/core/OruDebugLogger.h"
+#include "contracts/debug/logger.h"
+#include "contracts/ogl/OruOglGl.h"
+#include "tests/debug/RecordingSink.h"
+#include "tests/scene/SceneFixture.h"
+
+#include <stdexcept>
+
+using namespace kelvartest;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+class CaptureGLTest : public SceneTest
+{
+protected:
+    CaptureGLTest()
+        : sink(std::make_shared<RecordingSink>())
+    {
+        oru::debug_logger::debuglogger().setSink(sink);
+        probe.drawAction = [](const std::string& pass, const OruVisualization::DrawContext&) {
+            if (pass == "draw3d") {
+                drawTriangle();
+            }
+        };
+    }
+    ~CaptureGLTest() override { oru::debug_logger::debuglogger().setSink(nullptr); }
+
+    static void drawTriangle()
+    {
+        glDisable(GL_LIGHTING);
+        glBegin(GL_TRIANGLES);
+        glColor3f(1.0f, 0.5f, 0.0f);
+        glVertex3f(-0.6f, -0.6f, 0.0f);
+        glVertex3f(0.7f, -0.5f, 0.0f);
+        glVertex3f(0.1f, 0.8f, 0.0f);
+        glEnd();
+    }
+
+    OruSceneEventContext sized(int width, int height) const
+    {
+        OruSceneEventContext other = ctx;
+        other.viewport.width = width;
+        other.viewport.height = height;
+        return other;
+    }
+
+    static GLint state(GLenum name)
+    {
+        GLint value = 0;
+        glGetIntegerv(name, &value);
+        return value;
+    }
+
+    std::shared_ptr<RecordingSink> sink;
+};
+
+TEST_F(CaptureGLTest, ImageIsTheFrameOfAWindowOfThatSize)
+{
+    ctx.tooltip = QStringLiteral("captured");
+    ctx.mouse.move(QPoint(30, 90), Kelvar::UI::Toolkit::ModifierNone);
+    ctx.boxZoom = OruOglViewport();
+    ctx.boxZoom.x = 20;
+    ctx.boxZoom.y = 20;
+    ctx.boxZoom.width = 40;
+    ctx.boxZoom.height = -15;
+    for (const QSize& size : {QSize(160, 120), QSize(97, 61), QSize(400, 300)}) {
+        SCOPED_TRACE(size.width());
+        gl.makeCurrent();
+        QImage image;
+        ASSERT_TRUE(scene.drawGl(sized(size.width(), size.height()), image));
+        EXPECT_EQ(image.size(), size);
+        EXPECT_EQ(image.format(), QImage::Format_RGB888);
+
+        GlContext window(size);
+        OruScene other{QString(), QString(), QString()};
+        Probe twin(other.group);
+        twin.drawAction = probe.drawAction;
+        other.render.visualizations.insert(&twin, true);
+        OruSceneEventContext onScreen = sized(size.width(), size.height());
+        other.drawGl(onScreen);
+        const QImage expected = window.grab();
+        EXPECT_EQ(image, expected);
+        other.render.visualizations.remove(&twin);
+    }
+    gl.makeCurrent();
+    GlRecorder::instance().resetBalance();
+}
+
+TEST_F(CaptureGLTest, LeavesSceneContextAndOpenGlAsTheyWere)
+{
+    settle();
+    glReadBuffer(GL_BACK);
+    glPixelStorei(GL_PACK_ALIGNMENT, 2);
+    const GLint drawBuffer = state(GL_DRAW_BUFFER);
+    const GLint readBuffer = state(GL_READ_BUFFER);
+    OruSceneEventContext other = sized(64, 48);
+    other.bounds = Kelvar::Math::BoundingBox();
+    const Kelvar::Math::Matrix view = Kelvar::Math::Matrix::scale(0.1f);
+    other.modelView = view;
+    QImage image;
+    ASSERT_TRUE(scene.drawGl(other, image));
+    EXPECT_THAT(probe.passes, ElementsAre("resize", "draw3d", "draw2d", "resize", "draw3d", "draw2d"));
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+    EXPECT_EQ(other.modelView, view);
+    EXPECT_FALSE(other.bounds.defined());
+    EXPECT_EQ(state(GL_DRAW_BUFFER), drawBuffer);
+    EXPECT_EQ(state(GL_READ_BUFFER), readBuffer);
+    EXPECT_EQ(state(GL_PACK_ALIGNMENT), 2);
+    EXPECT_EQ(state(GL_FRAMEBUFFER_BINDING), 0);
+    probe.passes.clear();
+    ASSERT_TRUE(scene.drawGl(ctx, image));
+    EXPECT_THAT(probe.passes, ElementsAre("draw3d", "draw2d", "draw3d", "draw2d")) << "the same size";
+}
+
+TEST_F(CaptureGLTest, SizesThatOpenGlRefuses)
+{
+    settle();
+    for (const QSize& size : {QSize(0, 10), QSize(10, -1), QSize(1 << 20, 10)}) {
+        SCOPED_TRACE(size.width());
+        sink->lines.clear();
+        QImage image(3, 3, QImage::Format_RGB888);
+        image.fill(Qt::red);
+        const QImage before = image;
+        EXPECT_FALSE(scene.drawGl(sized(size.width(), size.height()), image));
+        EXPECT_EQ(image, before);
+        ASSERT_EQ(sink->lines.size(), 1u);
+        EXPECT_THAT(sink->lines[0], HasSubstr("unable to correctly initialize pbuffer/rbuffer extensions!"));
+        EXPECT_EQ(state(GL_FRAMEBUFFER_BINDING), 0);
+        EXPECT_EQ(gl.faults(), "");
+    }
+}
+
+TEST_F(CaptureGLTest, ExceptionsReachTheHostAndLeaveNothingBehind)
+{
+    settle();
+    const GLint drawBuffer = state(GL_DRAW_BUFFER);
+    const auto healthy = probe.drawAction;
+    for (const int failing : {1, 2}) {
+        SCOPED_TRACE(failing);
+        int draws = 0;
+        sink->lines.clear();
+        editor->calls.clear();
+        probe.action = [&](const std::string& pass) {
+            if (pass == "draw3d" && ++draws == failing) {
+                throw std::runtime_error("draw");
+            }
+        };
+        QImage image;
+        EXPECT_THROW(scene.drawGl(sized(64, 48), image), std::runtime_error);
+        ASSERT_EQ(sink->lines.size(), 1u);
+        EXPECT_THAT(sink->lines[0],
+                    HasSubstr("failed to correctly render to the render buffer for a screen grab!"));
+        EXPECT_EQ(state(GL_FRAMEBUFFER_BINDING), 0);
+        EXPECT_EQ(state(GL_DRAW_BUFFER), drawBuffer);
+        EXPECT_EQ(gl.faults(), "");
+        EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+        probe.action = nullptr;
+        probe.passes.clear();
+        scene.drawGl(ctx);
+        if (failing == 1) {
+            EXPECT_THAT(probe.passes, ElementsAre("resize", "draw3d", "draw2d"))
+                << "the next draw comes back from the size of the capture";
+        }
+    }
+}
+
+TEST_F(CaptureGLTest, BeforeTheFirstDrawAndFromWithinOne)
+{
+    QImage image;
+    ASSERT_TRUE(scene.drawGl(sized(32, 32), image));
+    EXPECT_EQ(image.size(), QSize(32, 32));
+    EXPECT_EQ(image.pixelColor(16, 16), QColor(255, 128, 0));
+    bool result = false;
+    probe.action = [&](const std::string& pass) {
+        if (pass == "draw2d") {
+            QImage inner;
+            result = scene.drawGl(sized(32, 32), inner);
+        }
+    };
+    scene.drawGl(ctx);
+    EXPECT_TRUE(result) << "its draws were dropped, its image is without a scene";
+}
+
+} // namespace
