@@ -168,6 +168,7 @@ int OruOglFont::kerning(std::uint32_t left, std::uint32_t right) const
 OruOglFont::Layout OruOglFont::layout(const QString& text) const
 {
     Layout result;
+    result.size = QSize(0, 0);
     if (text.isEmpty()) {
         return result;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "contracts/ogl/kelvar_ogl_api.h"
+
 #include <QPoint>
 #include <QSize>
 #include <QString>
@@ -13,7 +15,7 @@ class OruResource;
 
 /// A font at one size, rasterised by FreeType: measures and lays out text and makes the bitmaps of its
 /// glyphs. Without OpenGL. All lengths are whole pixels, y upwards.
-class OruOglFont
+class KELVAR_OGL_API OruOglFont
 {
 public:
     /// Stands for a character that the font lacks: a box that the font itself need not have.

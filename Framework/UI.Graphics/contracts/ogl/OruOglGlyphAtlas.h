@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/ogl/OruOglFont.h"
+#include "contracts/ogl/kelvar_ogl_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +11,7 @@
 
 /// The glyphs of one font in texture pages (GL_ALPHA), each uploaded at its first use. Needs the GL context
 /// for glyph(), for endFrame() where a page has grown old, and for its destruction unless it has no pages.
-class OruOglGlyphAtlas
+class KELVAR_OGL_API OruOglGlyphAtlas
 {
 public:
     /// Where a glyph lies: the texture, its place there in texels (the top row first) and its place from the

@@ -27,6 +27,30 @@ const void* bufferOffset(std::size_t bytes)
     return static_cast<const char*>(nullptr) + bytes;
 }
 
+// Arrays that a host may have left enabled; a mesh enables those of its own.
+constexpr GLenum clientArrays[] = {
+    GL_NORMAL_ARRAY, GL_COLOR_ARRAY,     GL_SECONDARY_COLOR_ARRAY, GL_TEXTURE_COORD_ARRAY,
+    GL_INDEX_ARRAY,  GL_EDGE_FLAG_ARRAY, GL_FOG_COORD_ARRAY,
+};
+
+// The caller's arrays and buffer bindings, put aside for the length of a scope in which none is enabled.
+class ClientArrayScope
+{
+public:
+    ClientArrayScope()
+    {
+        glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+        for (const GLenum array : clientArrays) {
+            glDisableClientState(array);
+        }
+        // Generic attribute 0 would take the place of the positions.
+        glDisableVertexAttribArray(0);
+    }
+    ~ClientArrayScope() { glPopClientAttrib(); }
+    ClientArrayScope(const ClientArrayScope&) = delete;
+    ClientArrayScope& operator=(const ClientArrayScope&) = delete;
+};
+
 // Binds a buffer and puts the caller's binding back.
 class ArrayBufferBinding
 {
@@ -142,7 +166,7 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
         return;
     }
     const std::size_t drawn = std::min(count, indexCount_ - first);
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    const ClientArrayScope arrays;
     glBindBuffer(GL_ARRAY_BUFFER, buffer_);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer_);
     glEnableClientState(GL_VERTEX_ARRAY);
@@ -158,7 +182,6 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
     glDrawElements(lines_ ? GL_LINES : GL_TRIANGLES, static_cast<GLsizei>(drawn),
                    shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
                    bufferOffset(indexOffset() + first * indexSize()));
-    glPopClientAttrib();
 }
 
 bool OruOglMeshBuffer::empty() const

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "contracts/ogl/OruOglFunctions.h"
+#include "contracts/ogl/OruOglGl.h"
+
+#include "tests/ogl/GlStateProbe.h"
+#include "tests/support/GlContext.h"
+#include "tests/support/GlRecorder.h"
+
+#include <QColor>
+#include <QImage>
+
+#include <gmock/gmock.h>
+
+namespace kelvartest {
+
+/// A black window of 160 by 120 pixels with its pixel centres at whole numbers. Each test must leave no GL
+/// error, no unbalanced stack and no GL object of its own behind.
+class OglFixture : public ::testing::Test
+{
+protected:
+    static constexpr int width = 160;
+    static constexpr int height = 120;
+    const OruOglViewport window{0, 0, width, height};
+
+    OglFixture()
+    {
+        glViewport(window);
+        glMatrixMode(GL_MODELVIEW);
+        gluOrtho2D(window);
+        wipe();
+    }
+
+    // Behind the objects of the test, which belong to derived classes.
+    ~OglFixture() override
+    {
+        EXPECT_EQ(context.faults(), "");
+        EXPECT_EQ(GlRecorder::instance().liveObjects(), objectsBefore_);
+    }
+
+    static void wipe() { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); }
+
+    /// The colour of the pixel at (x, y), y upwards.
+    static QColor pixel(const QImage& image, int x, int y) { return image.pixel(x, image.height() - 1 - y); }
+
+    /// The smallest rectangle, y upwards, that holds all pixels that are not black; null without any.
+    static QRect lit(const QImage& image);
+
+    GlContext context{QSize(width, height)};
+
+private:
+    int objectsBefore_ = GlRecorder::instance().liveObjects();
+};
+
+inline QRect OglFixture::lit(const QImage& image)
+{
+    QRect found;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (pixel(image, x, y) != QColor(Qt::black)) {
+                found |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return found;
+}
+
+} // namespace kelvartest

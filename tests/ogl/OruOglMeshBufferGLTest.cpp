@@ -1,0 +1,161 @@
+#include "contracts/ogl/OruOglGeometry.h"
+
+#include "tests/ogl/OglFixture.h"
+
+#include <vector>
+
+using kelvartest::glStateText;
+
+namespace {
+
+// Two triangles that make the square of the pixels 10 to 19, in two colours if asked for.
+struct Square
+{
+    std::vector<float> positions{9.5f, 9.5f, 0, 19.5f, 9.5f, 0, 19.5f, 19.5f, 0, 9.5f, 19.5f, 0};
+    std::vector<float> normals{0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
+    std::vector<std::uint8_t> colors{255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255};
+    std::vector<std::uint32_t> indices{0, 1, 2, 0, 2, 3};
+
+    OruOglMeshArrays arrays() const
+    {
+        OruOglMeshArrays result;
+        result.positions = positions.data();
+        result.normals = normals.data();
+        result.vertexCount = positions.size() / 3;
+        result.indices = indices.data();
+        result.indexCount = indices.size();
+        return result;
+    }
+};
+
+class OruOglMeshBufferGLTest : public kelvartest::OglFixture
+{
+protected:
+    QRect drawn(const std::function<void()>& draw)
+    {
+        wipe();
+        draw();
+        return lit(context.grab());
+    }
+
+    OruModifiedGroup group;
+    OruOglGeometry geometry{group};
+    Square square;
+};
+
+TEST_F(OruOglMeshBufferGLTest, DrawsAllOrAPart)
+{
+    glColor(QColor(Qt::green));
+    const auto mesh = geometry.makeMesh();
+    EXPECT_TRUE(mesh->empty());
+    EXPECT_EQ(drawn([&] { mesh->draw(); }), QRect()) << "nothing uploaded";
+    ASSERT_TRUE(mesh->upload(square.arrays()));
+    EXPECT_EQ(mesh->byteCount(), 4 * 24U + 6 * 2U);
+    EXPECT_EQ(drawn([&] { mesh->draw(); }), QRect(10, 10, 10, 10));
+    const QImage image = context.grab();
+    EXPECT_EQ(pixel(image, 15, 12), QColor(Qt::green)) << "the current colour";
+    EXPECT_EQ(drawn([&] { mesh->draw(6, 3); }), QRect()) << "behind the end";
+    drawn([&] { mesh->draw(3, 1000); });
+    EXPECT_EQ(pixel(context.grab(), 18, 11), QColor(Qt::black)) << "the second triangle alone";
+    EXPECT_EQ(pixel(context.grab(), 11, 18), QColor(Qt::green));
+
+    OruOglMeshArrays arrays = square.arrays();
+    arrays.colors = square.colors.data();
+    arrays.primitive = OruOglMeshArrays::Primitive::Lines;
+    ASSERT_TRUE(mesh->upload(arrays)) << "again, with other content";
+    EXPECT_GE(drawn([&] { mesh->draw(); }).width(), 9);
+    EXPECT_EQ(pixel(context.grab(), 15, 12), QColor(Qt::black)) << "lines, not triangles";
+    EXPECT_EQ(pixel(context.grab(), 14, 14), QColor(Qt::red)) << "colours of its own";
+}
+
+TEST_F(OruOglMeshBufferGLTest, LargeMeshesKeepWideIndices)
+{
+    Square large;
+    large.positions.insert(large.positions.begin(), 3 * 0x10000, 0.0f);
+    large.normals.resize(large.positions.size(), 1.0f);
+    for (std::uint32_t& index : large.indices) {
+        index += 0x10000;
+    }
+    const auto mesh = geometry.makeMesh();
+    ASSERT_TRUE(mesh->upload(large.arrays()));
+    EXPECT_EQ(drawn([&] { mesh->draw(); }), QRect(10, 10, 10, 10));
+}
+
+TEST_F(OruOglMeshBufferGLTest, RefusesWhatCanNotBeDrawn)
+{
+    const struct
+    {
+        const char* name;
+        std::function<void(OruOglMeshArrays&)> damage;
+    } rows[] = {
+        {"no positions", [](OruOglMeshArrays& a) { a.positions = nullptr; }},
+        {"no vertices", [](OruOglMeshArrays& a) { a.vertexCount = 0; }},
+        {"no indices", [](OruOglMeshArrays& a) { a.indexCount = 0; }},
+        {"index out of range", [](OruOglMeshArrays& a) { a.vertexCount = 3; }},
+    };
+    const auto mesh = geometry.makeMesh();
+    for (const auto& row : rows) {
+        ASSERT_TRUE(mesh->upload(square.arrays()));
+        OruOglMeshArrays arrays = square.arrays();
+        row.damage(arrays);
+        EXPECT_FALSE(mesh->upload(arrays)) << row.name;
+        EXPECT_TRUE(mesh->empty()) << row.name;
+        EXPECT_EQ(mesh->byteCount(), 0U) << row.name;
+    }
+}
+
+TEST_F(OruOglMeshBufferGLTest, ArraysAndBindingsOfTheHostStay)
+{
+    const float somewhere[] = {0, 0, 0};
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    for (const auto set : {&glVertexPointer, &glColorPointer, &glTexCoordPointer}) {
+        set(3, GL_FLOAT, 0, somewhere);
+    }
+    const std::string before = glStateText();
+    glColor(QColor(Qt::green));
+    const auto mesh = geometry.makeMesh();
+    ASSERT_TRUE(mesh->upload(square.arrays()));
+    EXPECT_EQ(drawn([&] { mesh->draw(); }), QRect(10, 10, 10, 10));
+    EXPECT_EQ(pixel(context.grab(), 15, 15), QColor(Qt::green)) << "not the host's colour array";
+    glColor4f(1, 1, 1, 1);
+    EXPECT_EQ(glStateText(), before);
+}
+
+TEST_F(OruOglMeshBufferGLTest, BuffersGoWithTheirOwners)
+{
+    auto store = std::make_unique<OruOglGeometry>(group);
+    auto kept = store->makeMesh();
+    auto dropped = store->makeMesh();
+    ASSERT_TRUE(kept->upload(square.arrays()) && dropped->upload(square.arrays()));
+    EXPECT_EQ(store->bufferCount(), 2U);
+    {
+        kelvartest::GlRecording recording;
+        dropped.reset();
+        EXPECT_THAT(recording.finish(), ::testing::IsEmpty()) << "a mesh may go without a context";
+    }
+    store->collect();
+    EXPECT_EQ(store->bufferCount(), 1U);
+    EXPECT_TRUE(kept->belongsTo(*store));
+    EXPECT_FALSE(kept->belongsTo(geometry));
+
+    store.reset();
+    EXPECT_TRUE(kept->empty());
+    kept->draw();
+    EXPECT_FALSE(kept->upload(square.arrays())) << "the store is gone";
+}
+
+TEST_F(OruOglMeshBufferGLTest, AStoreWithoutBuffersCallsNothing)
+{
+    kelvartest::GlRecording recording;
+    {
+        OruOglGeometry unused(group);
+        const auto mesh = unused.makeMesh();
+        mesh->draw();
+        EXPECT_EQ(unused.type(), OruOglGeometry::typeString);
+    }
+    EXPECT_THAT(recording.finish(), ::testing::IsEmpty());
+}
+
+} // namespace

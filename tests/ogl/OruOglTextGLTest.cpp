@@ -1,0 +1,281 @@
+#include "contracts/core/OruResource.h"
+#include "contracts/ogl/OruOglBoxedText.h"
+#include "contracts/ogl/OruOglCache.h"
+#include "contracts/ogl/OruOglGlyphAtlas.h"
+#include "contracts/ogl/OruOglText.h"
+
+#include "tests/ogl/OglFixture.h"
+
+#include <QDir>
+
+#include <functional>
+#include <set>
+
+using Kelvar::Math::Angle;
+using kelvartest::glStateText;
+using kelvartest::HostileState;
+
+namespace {
+
+class OruOglTextGLTest : public kelvartest::OglFixture
+{
+protected:
+    QImage drawn(const std::function<void()>& draw)
+    {
+        wipe();
+        draw();
+        return context.grab();
+    }
+
+    // The same picture in a host's worst state, which must come back untouched.
+    void expectSameInHostileState(const std::function<void()>& draw)
+    {
+        const QImage plain = drawn(draw);
+        wipe();
+        const HostileState host;
+        const std::string before = glStateText();
+        draw();
+        EXPECT_EQ(glStateText(), before);
+        EXPECT_EQ(context.grab(), plain);
+    }
+
+    OruResource resource{QString(), QString(), QString()};
+    OruOglCache cache{resource};
+    OruOglText text{cache, 7, OruOglText::defaultFace};
+    OruOglBoxedText boxed{text};
+};
+
+TEST_F(OruOglTextGLTest, TextFillsItsBoxCrisply)
+{
+    const QString label = QStringLiteral("HIlE");
+    const QImage image = drawn([&] { text.draw(QPoint(20, 30), label); });
+    const QRect box(QPoint(20, 30), text.size(label));
+    EXPECT_TRUE(box.contains(lit(image)));
+    EXPECT_EQ(lit(image).top(), 30 + text.descent()) << "letters stand on the baseline";
+    EXPECT_GE(lit(image).height(), 9);
+    EXPECT_EQ(image.copy(box.left(), height - box.bottom() - 1, box.width(), box.height()),
+              drawn([&] {
+                  text.draw(QPoint(71, 52), label);
+              }).copy(71, height - 52 - box.height(), box.width(), box.height()))
+        << "the same pixels wherever it stands";
+}
+
+TEST_F(OruOglTextGLTest, LinesRunDownwards)
+{
+    const QImage image = drawn([&] { text.draw(QPoint(10, 10), QStringLiteral("I\nIIIIIIII")); });
+    const int line = text.lineHeight();
+    EXPECT_LT(lit(image.copy(0, height - 10 - 2 * line, width, line)).width(), 5) << "first line on top";
+    EXPECT_GT(lit(image.copy(0, height - 10 - line, width, line)).width(), 20);
+}
+
+TEST_F(OruOglTextGLTest, ColourAndFrame)
+{
+    const QString blocks = QString::fromUtf8("\u2588\u2588");
+    const auto colour = [&] { return pixel(drawn([&] { text.draw(QPoint(20, 30), blocks); }), 26, 37); };
+    EXPECT_EQ(colour(), QColor(Qt::white));
+    text.setColor(QColor(10, 200, 30));
+    EXPECT_EQ(colour(), QColor(10, 200, 30));
+    text.setColor(QColor(200, 100, 0, 128));
+    EXPECT_NEAR(colour().red(), 100, 1) << "mixed with black by its alpha";
+    text.clear();
+    EXPECT_EQ(colour(), QColor(Qt::white)) << "a new frame";
+}
+
+TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
+{
+    const QString label = QStringLiteral("pick me");
+    text.setSelectMode(true);
+    glColor(QColor(1, 2, 3));
+    const QImage image = drawn([&] { text.draw(QPoint(20, 30), label); });
+    EXPECT_EQ(lit(image), QRect(QPoint(20, 30), text.size(label)));
+    EXPECT_EQ(pixel(image, 25, 35), QColor(1, 2, 3));
+    EXPECT_EQ(lit(drawn([&] { boxed.draw(QPoint(20, 30), label); })),
+              QRect(QPoint(20, 30), boxed.size(label)));
+    text.setSelectMode(false);
+    EXPECT_NE(lit(drawn([&] { text.draw(QPoint(20, 30), label); })), lit(image));
+}
+
+TEST_F(OruOglTextGLTest, QuarterTurnsKeepThePixels)
+{
+    const QString label = QStringLiteral("Turn");
+    const QImage level = drawn([&] { text.draw(QPoint(60, 60), label); });
+    text.setAngle(Angle(90.0));
+    const QImage upwards = drawn([&] { text.draw(QPoint(60, 60), label); });
+    const QSize size = text.size(label);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x) {
+            ASSERT_EQ(pixel(level, 60 + x, 60 + y), pixel(upwards, 60 - y, 60 + x)) << x << ", " << y;
+        }
+    }
+    EXPECT_EQ(drawn([&] { boxed.draw(QPoint(60, 60), label); }), drawn([&] {
+                  text.setAngle(Angle());
+                  boxed.draw(QPoint(60, 60), label);
+              }))
+        << "a box stays level";
+}
+
+TEST_F(OruOglTextGLTest, TheStateOfTheHostNeitherMattersNorChanges)
+{
+    text.setColor(Qt::yellow);
+    boxed.shadow = true;
+    expectSameInHostileState([&] { text.draw(QPoint(5, 5), QStringLiteral("state")); });
+    expectSameInHostileState([&] { boxed.draw(QPoint(50, 50), QStringLiteral("state")); });
+    text.setSelectMode(true);
+    glColor(QColor(Qt::cyan));
+    text.draw(QPoint(0, 0), QString());
+    boxed.draw(QPoint(0, 0), QString());
+    text.draw(QPoint(100000, -100000), QStringLiteral("far outside"));
+}
+
+TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
+{
+    const QPoint point(80, 60);
+    const QString label = QStringLiteral("Ag");
+    const QSize size = boxed.size(label);
+    const int left = point.x() - size.width();
+    const int below = point.y() - size.height();
+    const struct
+    {
+        const char* name;
+        int alignment;
+        QPoint corner;
+        QPoint shadow; // a pixel that only the shadow reaches
+    } rows[] = {
+        {"left, bottom", 65, {left, below}, {left - 2, below + 5}},
+        {"right, bottom", 66, {point.x(), below}, {point.x() + size.width() + 1, below + 5}},
+        {"right, top", 34, point, {point.x() + 10, point.y() + size.height() + 1}},
+        {"left, top", 33, {left, point.y()}, {left - 1, point.y() + 5}},
+        {"centred", Qt::AlignCenter, {80 - size.width() / 2, 60 - size.height() / 2}, {-1, -1}},
+        {"no side named", 0, point, {-1, -1}},
+    };
+    glClearColor(QColor(100, 100, 100));
+    for (const auto& row : rows) {
+        boxed.clear();
+        boxed.setColor(QColor(255, 0, 0), QColor(0, 0, 255));
+        boxed.setAlignment(QFlag(row.alignment));
+        const QImage image = drawn([&] { boxed.draw(point, label); });
+        const QRect box(row.corner, size);
+        EXPECT_EQ(pixel(image, box.left(), box.top()), QColor(255, 0, 0)) << row.name;
+        EXPECT_EQ(pixel(image, box.right(), box.bottom()), QColor(255, 0, 0)) << row.name;
+        EXPECT_EQ(pixel(image, box.left() + 1, box.top() + 1), QColor(0, 0, 255)) << row.name;
+        EXPECT_EQ(pixel(image, box.left() - 1, box.top() + 5), QColor(100, 100, 100)) << row.name;
+        EXPECT_EQ(pixel(image, box.left() + 5, box.bottom() + 1), QColor(100, 100, 100)) << row.name;
+        if (row.shadow.x() >= 0) {
+            boxed.shadow = true;
+            const QImage shadowed = drawn([&] { boxed.draw(point, label); });
+            EXPECT_LT(pixel(shadowed, row.shadow.x(), row.shadow.y()).red(), 100) << row.name;
+            EXPECT_EQ(pixel(shadowed, point.x() - (row.corner.x() < point.x() ? 0 : 1), box.center().y()),
+                      QColor(100, 100, 100))
+                << row.name << ": the shadow stays on the side of the box";
+        }
+    }
+    glClearColor(QColor(Qt::black));
+}
+
+TEST_F(OruOglTextGLTest, GlyphPagesAreSharedGrowAndGoWithDisuse)
+{
+    OruOglText same(cache, 7, OruOglText::defaultFace);
+    text.draw(QPoint(0, 0), QStringLiteral("shared"));
+    same.draw(QPoint(0, 0), QStringLiteral("shared"));
+    EXPECT_EQ(cache.textureCount(), 1U);
+
+    OruOglText large(cache, 100, OruOglText::defaultFace);
+    QString many;
+    for (int character = 0x100; character < 0x300; ++character) {
+        many += QChar(character);
+    }
+    large.draw(QPoint(0, 0), many);
+    EXPECT_GT(cache.textureCount(), 2U) << "a page that is full is followed by another one";
+
+    for (std::uint64_t frame = 0; frame <= OruOglGlyphAtlas::pageLife; ++frame) {
+        text.draw(QPoint(0, 0), QStringLiteral("kept"));
+        text.clear();
+        large.clear();
+    }
+    EXPECT_EQ(cache.textureCount(), 1U);
+    EXPECT_FALSE(lit(drawn([&] { large.draw(QPoint(0, 0), QStringLiteral("I")); })).isNull()) << "comes back";
+}
+
+class OruOglImageGLTest : public OruOglTextGLTest
+{
+protected:
+    OruOglImageGLTest()
+    {
+        QImage image(5, 3, QImage::Format_ARGB32);
+        image.fill(qRgba(0, 255, 0, 255));
+        image.setPixel(0, 0, qRgba(255, 0, 255, 255));
+        image.setPixel(4, 2, qRgba(255, 0, 0, 0));
+        image.save(file);
+    }
+
+    ~OruOglImageGLTest() override { QFile::remove(file); }
+
+    // Draws the texture at 5 by 3 pixels over blue.
+    QImage shown(const OruOglTexture& texture)
+    {
+        glPushAttrib(OruOglAllAttribBits);
+        glColor(QColor(Qt::blue));
+        glRecti(0, 0, 20, 20);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        glEnable(GL_TEXTURE_2D);
+        glBindTexture(GL_TEXTURE_2D, texture.name);
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+        glBegin(GL_QUADS);
+        const float corners[][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+        for (const auto& corner : corners) {
+            glTexCoord2fv(corner);
+            glVertex2f(2.5f + 5.0f * corner[0], 2.5f + 3.0f * corner[1]);
+        }
+        glEnd();
+        glPopAttrib();
+        return context.grab();
+    }
+
+    const QString file = QDir::temp().filePath(QStringLiteral("kelvar_ogl_image_test.png"));
+};
+
+TEST_F(OruOglImageGLTest, ImagesOfAnySizeWithTransparency)
+{
+    EXPECT_EQ(cache.imageSize(file), QSize(5, 3));
+    const std::string before = glStateText();
+    const OruOglTexture* plain = cache.image(file);
+    const OruOglTexture* keyed = cache.image(file, QColor(255, 0, 255));
+    EXPECT_EQ(glStateText(), before);
+    ASSERT_TRUE(plain && keyed);
+    EXPECT_EQ(plain->size, QSize(5, 3));
+    EXPECT_NE(plain->name, keyed->name);
+    EXPECT_EQ(cache.image(file), plain) << "kept";
+
+    const QImage image = shown(*plain);
+    EXPECT_EQ(pixel(image, 3, 5), QColor(255, 0, 255)) << "upright: the first line is the topmost";
+    EXPECT_EQ(pixel(image, 5, 4), QColor(0, 255, 0));
+    EXPECT_EQ(pixel(image, 7, 3), QColor(0, 0, 255)) << "the image's own alpha";
+    EXPECT_EQ(pixel(shown(*keyed), 3, 5), QColor(0, 0, 255)) << "the transparent colour";
+}
+
+TEST_F(OruOglImageGLTest, AFileThatIsNotThereIsAskedForOnce)
+{
+    EXPECT_EQ(cache.image(file + QStringLiteral("x")), nullptr);
+    EXPECT_EQ(cache.imageSize(QStringLiteral("none.png")), QSize(0, 0));
+    QFile::copy(file, file + QStringLiteral("x"));
+    EXPECT_EQ(cache.image(file + QStringLiteral("x")), nullptr);
+    cache.clear();
+    EXPECT_NE(cache.image(file + QStringLiteral("x")), nullptr);
+    QFile::remove(file + QStringLiteral("x"));
+}
+
+TEST_F(OruOglImageGLTest, WithoutTexturesNothingIsCalled)
+{
+    kelvartest::GlRecording recording;
+    {
+        OruOglCache unused(resource);
+        OruOglText quiet(unused, 7, OruOglText::defaultFace);
+        EXPECT_GT(quiet.size(QStringLiteral("measured")).width(), 20);
+        quiet.clear();
+        quiet.draw(QPoint(0, 0), QString());
+    }
+    EXPECT_THAT(recording.finish(), ::testing::IsEmpty());
+}
+
+} // namespace
