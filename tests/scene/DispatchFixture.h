@@ -153,11 +153,11 @@ protected:
             boost::shared_ptr<Handler> handler;
             const OruVisualization* object;
         } known[] = {
-            {'A', 7, a, one.get()},           // an object
-            {'B', 9, b, two.get()},           // another one
-            {'S', 7, b, two.get()},           // another one under the same name
-            {'N', 11, nullptr, two.get()},    // one without a handler
-            {'I', 0xFFFFFF, b, two.get()},    // one under the name of no object
+            {'A', 7, a, one.get()},        // an object
+            {'B', 9, b, two.get()},        // another one
+            {'S', 7, b, two.get()},        // another one under the same name
+            {'N', 11, nullptr, two.get()}, // one without a handler
+            {'I', 0xFFFFFF, b, two.get()}, // one under the name of no object
         };
         for (const auto& row : known) {
             if (row.key == under) {
