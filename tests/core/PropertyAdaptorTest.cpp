@@ -118,15 +118,6 @@ TEST_F(OruPropertyAdaptorTest, ReadsTheStoreOnlyWhenItMust)
     EXPECT_EQ(adaptor.value(), 11) << "not cachable";
 }
 
-TEST_F(OruPropertyAdaptorTest, TwoAdaptorsOfOneKeySeeEachOther)
-{
-    OruPropertyAdaptor<int> a(node, "key", 1, QString());
-    const OruPropertyAdaptor<int> b(node, "key", 2, QString());
-    EXPECT_EQ(b.value(), 1);
-    a.setValue(3);
-    EXPECT_EQ(b.value(), 3);
-}
-
 TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)
 {
     auto owner = std::make_unique<OruProperties>(group);
