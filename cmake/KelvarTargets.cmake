@@ -14,7 +14,7 @@ function(kelvar_compile_options target)
 endfunction()
 
 # One shared library of the framework: alias, output name, version, and an export header that is generated as
-# FOLDER/MACRO-lowercased next to the sources' include root.
+# FOLDER/MACRO-lowercased next to the sources' include root. Installed, it finds its siblings beside it.
 #   kelvar_library(<target> ALIAS <name> OUTPUT <name> FOLDER <folder under the include root>
 #                  EXPORT <macro> SOURCES ... PUBLIC <libraries> PRIVATE <libraries>)
 function(kelvar_library target)
@@ -22,7 +22,8 @@ function(kelvar_library target)
     add_library(${target} SHARED ${ARG_SOURCES})
     add_library(Kelvar::${ARG_ALIAS} ALIAS ${target})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME "${ARG_OUTPUT}" VERSION ${PROJECT_VERSION}
-                                               SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME "${ARG_ALIAS}")
+                                               SOVERSION ${PROJECT_VERSION_MAJOR} EXPORT_NAME "${ARG_ALIAS}"
+                                               INSTALL_RPATH "$ORIGIN")
     string(TOLOWER ${ARG_EXPORT} header)
     generate_export_header(${target} BASE_NAME ${ARG_EXPORT} EXPORT_MACRO_NAME ${ARG_EXPORT}
                            EXPORT_FILE_NAME ${CMAKE_BINARY_DIR}/include/${ARG_FOLDER}/${header}.h)
@@ -31,7 +32,12 @@ function(kelvar_library target)
                          $<BUILD_INTERFACE:${CMAKE_BINARY_DIR}/include>
                          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/Kelvar>)
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+    # What a library uses it must name. The sanitizers leave their run time to the program.
+    if(NOT KELVAR_SANITIZE)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     kelvar_compile_options(${target})
+    kelvar_install_library(${target} ${ARG_FOLDER})
 endfunction()
 
 # One GoogleTest program. LOGIC programs need no OpenGL context; GL programs bring up a real one (llvmpipe
