@@ -95,8 +95,9 @@ private:
 class SceneTest : public ::testing::Test
 {
 protected:
-    SceneTest()
-        : scene(QString(), QString(), QString())
+    explicit SceneTest(const QSize& size = QSize(160, 120))
+        : gl(size)
+        , scene(QString(), QString(), QString())
         , probe(scene.group)
         , editor(new NotingEditor)
     {
@@ -117,7 +118,7 @@ protected:
         editor->calls.clear();
     }
 
-    GlContext gl{QSize(160, 120)};
+    GlContext gl;
     OruScene scene;
     Probe probe;
     boost::shared_ptr<NotingEditor> editor;

@@ -1,0 +1,468 @@
+// The twelve inputs: which gesture, dispatch or view change each one means, and what it answers.
+
+#include "tests/core/QtPrint.h"
+#include "tests/math/MathMatchers.h"
+#include "tests/scene/DispatchFixture.h"
+
+#include <stdexcept>
+
+using namespace kelvartest;
+using Kelvar::Math::BoundingBox;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+using Kelvar::UI::Toolkit::KeyModifier;
+using ::testing::ElementsAre;
+
+namespace {
+
+using Event = bool (OruScene::*)(OruSceneEventContext&);
+
+constexpr OruMouse::Button pickButton = OruMouse::ButtonPick;
+constexpr OruMouse::Button contextButton = OruMouse::ButtonContext;
+constexpr OruMouse::Button viewButton = OruMouse::ButtonView;
+constexpr KeyModifier noModifier = Kelvar::UI::Toolkit::ModifierNone;
+constexpr KeyModifier first = Kelvar::UI::Toolkit::ModifierFirst;
+constexpr KeyModifier secondModifier = Kelvar::UI::Toolkit::ModifierSecond;
+
+/// Events over a host's context that a draw has brought up to date.
+class EventsGLTest : public DispatchTest
+{
+protected:
+    EventsGLTest()
+    {
+        ctx.projection = Matrix::scale(Vector3(0.75f, 1.0f, -0.1f));
+        start = Matrix::rotate(Vector3(1.0f, 2.0f, 3.0f), 30.0f) * Matrix::scale(0.5f);
+        renew();
+    }
+
+    /// The state that each row of a table starts from: nothing held, the view stored, nobody told.
+    void renew()
+    {
+        scene.setMode(3);
+        scene.controller() = OruSceneController();
+        scene.controller().reset(host, scene.render);
+        scene.mappings = OruSceneMouseMappings(scene.group);
+        ctx.mouse = OruMouse();
+        ctx.keyModifiers = 0;
+        ctx.tooltip.clear();
+        ctx.boxZoom = OruOglViewport();
+        ctx.bounds = BoundingBox(Vector3(-1.0f, -1.0f, -1.0f), Vector3(2.0f, 1.0f, 1.0f));
+        ctx.center = Vector3(5.0f, 5.0f, 5.0f);
+        ctx.modelView = start;
+        scene.setViewpoint(ctx.viewpointName, start);
+        under = '-';
+        log = CallLog();
+        editor->calls.clear();
+    }
+
+    /// Presses `button` at (40, 30) and moves on to (52, 70).
+    void drag(OruMouse::Button button, KeyModifier modifier)
+    {
+        ctx.mouse.press(button, modifier, QPoint(40, 30));
+        ctx.mouse.move(QPoint(52, 70), modifier);
+    }
+
+    Matrix stored() const { return scene.viewpoint(ctx.viewpointName); }
+
+    Matrix start;
+};
+
+enum class Gesture
+{
+    None,
+    Hover,
+    Zoom,
+    Pan,
+    Rotate,
+    Box
+};
+
+struct GestureRow
+{
+    const char* name;
+    int mode;
+    OruMouse::Button button;
+    KeyModifier modifier;
+    const char* mapped; ///< gestures that are put on the button View without a modifier
+    Gesture gesture;
+};
+
+const GestureRow gestureRows[] = {
+    {"mode 3", 3, pickButton, noModifier, "", Gesture::Rotate},
+    {"mode 1", 1, pickButton, noModifier, "", Gesture::Zoom},
+    {"mode 2", 2, pickButton, noModifier, "", Gesture::Pan},
+    {"mode 6", 6, pickButton, noModifier, "", Gesture::Box},
+    {"mode 4", 4, pickButton, noModifier, "", Gesture::Hover},
+    {"mode 5", 5, pickButton, noModifier, "", Gesture::Hover},
+    {"mode -1", -1, pickButton, noModifier, "", Gesture::Hover},
+    {"mode wants no modifier", 1, pickButton, first, "", Gesture::None},
+    {"default rotate", 6, viewButton, noModifier, "", Gesture::Rotate},
+    {"default pan", 3, viewButton, first, "", Gesture::Pan},
+    {"default zoom", 3, viewButton, secondModifier, "", Gesture::Zoom},
+    {"default box", 3, contextButton, noModifier, "", Gesture::Box},
+    {"box wants no modifier", 3, contextButton, first, "", Gesture::None},
+    {"unknown modifier", 3, viewButton, static_cast<KeyModifier>(7), "", Gesture::None},
+    {"zoom comes first", 3, viewButton, noModifier, "box pan zoom", Gesture::Zoom},
+    {"then pan", 3, viewButton, noModifier, "box pan", Gesture::Pan},
+    {"then rotate", 3, viewButton, noModifier, "box", Gesture::Rotate},
+};
+
+TEST_F(EventsGLTest, ButtonModifierAndModeMeanAGesture)
+{
+    for (const GestureRow& row : gestureRows) {
+        SCOPED_TRACE(row.name);
+        renew();
+        scene.setMode(row.mode);
+        for (const char* key : {"box", "pan", "zoom"}) {
+            if (QString(row.mapped).contains(key)) {
+                const QString prefix = key == std::string("box") ? "boxZoom" : key;
+                scene.mappings.setValue(prefix + "But", "3");
+                scene.mappings.setValue(prefix + "Mod", "0");
+            }
+        }
+        drag(row.button, row.modifier);
+        under = 'A';
+        OruSceneEventContext expected(ctx);
+        Matrix view = start;
+        if (row.gesture == Gesture::Rotate) {
+            expected.center = ctx.bounds.center();
+            scene.zpr.rotate(expected, view);
+        } else if (row.gesture == Gesture::Zoom) {
+            scene.zpr.zoom(expected, view);
+        } else if (row.gesture == Gesture::Pan) {
+            scene.zpr.pan(expected, view);
+        } else if (row.gesture == Gesture::Box) {
+            expected.boxZoom = OruOglViewport(40, 30, 12, 40);
+        }
+        const bool moves = row.gesture != Gesture::None && row.gesture != Gesture::Hover;
+        EXPECT_EQ(scene.mouseMove(ctx), moves);
+        EXPECT_THAT(ctx.modelView, NearMatrix(view, 0.0));
+        EXPECT_EQ(stored(), view);
+        EXPECT_EQ(ctx.center, expected.center);
+        EXPECT_EQ(ctx.boxZoom, expected.boxZoom);
+        EXPECT_EQ(log.text,
+                  row.gesture == Gesture::Hover ? "A.OnHoverEnter(7) host.OnHoverEnter(7,one)" : "");
+    }
+}
+
+struct MoveRow
+{
+    const char* name;
+    bool grabbed;
+    std::vector<OruMouse::Button> held;
+    KeyModifier modifier;
+    unsigned int keyModifiers;
+    bool viewChanged; ///< by the host
+    std::set<std::string> yes;
+    const char* told;
+    bool result;
+};
+
+#define DRAG "A.OnDrag(7,12,40) host.OnDrag(7,one,12,40)"
+#define ENTER "A.OnHoverEnter(7) host.OnHoverEnter(7,one)"
+
+const MoveRow moveRows[] = {
+    {"drag taken by the handler", true, {pickButton}, noModifier, 0, false, {"A.OnDrag"}, DRAG, true},
+    {"drag taken, the view is not written",
+     true,
+     {pickButton},
+     noModifier,
+     0,
+     true,
+     {"host.OnDrag"},
+     DRAG,
+     true},
+    {"drag left to the rotation", true, {pickButton}, noModifier, 0, false, {}, DRAG, true},
+    {"two buttons dispatch nothing",
+     true,
+     {pickButton, contextButton},
+     noModifier,
+     0,
+     false,
+     {"A.OnDrag"},
+     "",
+     true},
+    {"mouse modifier", true, {pickButton}, first, 0, false, {"A.OnDrag"}, "", false},
+    {"keyboard modifier", true, {pickButton}, noModifier, 4, false, {"A.OnDrag"}, "", true},
+    {"hover", false, {}, noModifier, 0, false, {}, ENTER, false},
+    {"hover with news", false, {}, noModifier, 0, false, {"host.OnHoverEnter"}, ENTER, true},
+    {"hover over a view that has changed", false, {}, noModifier, 0, true, {}, ENTER, true},
+    {"no hover with a modifier", false, {}, secondModifier, 0, false, {"A.OnHoverEnter"}, "", false},
+    {"no hover with a key, view written", false, {}, noModifier, 1, true, {}, "", true},
+};
+
+TEST_F(EventsGLTest, MoveDecidesFromTheTopDown)
+{
+    for (const MoveRow& row : moveRows) {
+        SCOPED_TRACE(row.name);
+        renew();
+        under = 'A';
+        if (row.grabbed) {
+            scene.controller().OnMouseDown(scene.render, ctx);
+        }
+        log.yes = row.yes;
+        for (const OruMouse::Button button : row.held) {
+            ctx.mouse.press(button, row.modifier, QPoint(40, 30));
+        }
+        ctx.mouse.move(QPoint(40, 30), row.modifier);
+        ctx.mouse.move(QPoint(52, 70), row.modifier);
+        ctx.keyModifiers = row.keyModifiers;
+        if (row.viewChanged) {
+            ctx.modelView = Matrix::scale(0.125f);
+        }
+        EXPECT_EQ(scene.mouseMove(ctx), row.result);
+        EXPECT_EQ(log.text, row.told);
+        const bool taken = row.grabbed && !row.yes.empty() && *row.told != '\0';
+        EXPECT_EQ(stored(), taken ? start : ctx.modelView);
+    }
+}
+
+TEST_F(EventsGLTest, BandIsMeasuredFromItsOwnButton)
+{
+    scene.setMode(6);
+    ctx.mouse.press(contextButton, noModifier, QPoint(100, 90));
+    ctx.mouse.press(pickButton, noModifier, QPoint(40, 50));
+    ctx.mouse.move(QPoint(30, 20), noModifier);
+    ctx.mouse.move(QPoint(30, 20), noModifier);
+    EXPECT_TRUE(scene.mouseMove(ctx));
+    EXPECT_EQ(ctx.boxZoom, OruOglViewport(40, 50, -10, -30));
+    scene.setMode(3);
+    ctx.mouse.release(pickButton, noModifier, QPoint(30, 20));
+    EXPECT_TRUE(scene.mouseMove(ctx));
+    EXPECT_EQ(ctx.boxZoom, OruOglViewport(100, 90, -70, -70));
+    EXPECT_EQ(ctx.modelView, start);
+}
+
+TEST_F(EventsGLTest, FocusAndCrossingDropTheTooltip)
+{
+    for (const Event event :
+         {&OruScene::focusIn, &OruScene::focusOut, &OruScene::mouseEnter, &OruScene::mouseLeave}) {
+        for (const char* tooltip : {"", "tip"}) {
+            for (const bool viewChanged : {false, true}) {
+                renew();
+                ctx.tooltip = *tooltip ? QString(tooltip) : QString();
+                ctx.modelView = viewChanged ? Matrix::scale(0.125f) : start;
+                EXPECT_EQ((scene.*event)(ctx), viewChanged || *tooltip);
+                EXPECT_TRUE(ctx.tooltip.isEmpty() && !ctx.tooltip.isNull());
+                EXPECT_EQ(stored(), ctx.modelView);
+            }
+        }
+    }
+}
+
+TEST_F(EventsGLTest, PressGrabsOrHovers)
+{
+    const struct
+    {
+        OruMouse::Button button;
+        KeyModifier modifier;
+        const char* told;
+        const char* grabbed;
+    } rows[] = {
+        {pickButton, noModifier, "", DRAG},     {pickButton, first, "", ""},
+        {contextButton, noModifier, ENTER, ""}, {contextButton, first, "", ""},
+        {viewButton, noModifier, "", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(::testing::Message() << row.button << " with " << row.modifier);
+        renew();
+        under = 'A';
+        log.yes = {"A.OnHoverEnter", "host.OnHoverEnter"};
+        ctx.boxZoom = OruOglViewport(1, 2, 3, 4);
+        ctx.modelView = Matrix::scale(0.125f);
+        ctx.mouse.press(row.button, row.modifier, QPoint(40, 30));
+        EXPECT_FALSE(scene.mousePress(ctx));
+        EXPECT_EQ(ctx.boxZoom, OruOglViewport());
+        EXPECT_EQ(stored(), start);
+        EXPECT_EQ(log.text, row.told);
+        log.text.clear();
+        ctx.mouse.move(QPoint(52, 70), noModifier);
+        scene.controller().OnMouseDrag(scene.render, ctx);
+        EXPECT_EQ(log.text, row.grabbed);
+        EXPECT_THAT(editor->calls, ElementsAre("begin"));
+        ctx.mouse.release(row.button, noModifier, QPoint(52, 70));
+        scene.mouseRelease(ctx);
+    }
+}
+
+struct ReleaseRow
+{
+    const char* name;
+    int mode;
+    OruMouse::Button button;
+    KeyModifier modifier;
+    OruOglViewport band;
+    bool claimed;
+    bool viewChanged;
+    bool due;
+    bool result;
+};
+
+const OruOglViewport goodBand(40, 30, 40, -40);
+const OruOglViewport smallBand(40, 30, 4, 4);
+
+const ReleaseRow releaseRows[] = {
+    {"box of the mappings", 3, contextButton, noModifier, goodBand, false, false, true, true},
+    {"box of the mode", 6, pickButton, noModifier, goodBand, false, false, true, true},
+    {"too small a box", 3, contextButton, noModifier, smallBand, false, false, true, false},
+    {"too small a box, view written all the same", 3, contextButton, noModifier, smallBand, false, true, true,
+     true},
+    {"claimed by the handler", 6, pickButton, noModifier, goodBand, true, true, false, true},
+    {"pick in another mode", 3, pickButton, noModifier, goodBand, false, true, false, false},
+    {"box button with a modifier", 3, contextButton, first, goodBand, false, true, false, false},
+    {"view button", 6, viewButton, noModifier, goodBand, false, true, false, false},
+};
+
+TEST_F(EventsGLTest, ReleaseEndsTheBox)
+{
+    for (const ReleaseRow& row : releaseRows) {
+        SCOPED_TRACE(row.name);
+        renew();
+        scene.setMode(row.mode);
+        under = row.claimed ? 'A' : '-';
+        ctx.mouse.press(row.button, row.modifier, QPoint(40, 30));
+        scene.mousePress(ctx);
+        log.yes = {"A.OnRelease"};
+        ctx.boxZoom = row.band;
+        ctx.modelView = row.viewChanged ? Matrix::scale(0.125f) : start;
+        Matrix view = ctx.modelView;
+        if (row.due) {
+            scene.zpr.zoomBox(ctx, view);
+        }
+        ctx.mouse.release(row.button, noModifier, QPoint(80, 10));
+        EXPECT_EQ(scene.mouseRelease(ctx), row.result);
+        EXPECT_EQ(ctx.boxZoom, row.due ? OruOglViewport() : row.band);
+        EXPECT_EQ(ctx.modelView, view);
+        EXPECT_EQ(stored(), row.due ? view : start);
+        EXPECT_EQ(editor->calls.back(), "end");
+    }
+}
+
+TEST_F(EventsGLTest, ClickOfThePickButtonAlone)
+{
+    for (const OruMouse::Button button : {pickButton, contextButton, viewButton}) {
+        for (const KeyModifier modifier : {noModifier, first, secondModifier}) {
+            SCOPED_TRACE(::testing::Message() << button << " with " << modifier);
+            renew();
+            under = 'A';
+            log.yes = {"A.OnClick"};
+            ctx.mouse.press(button, modifier, QPoint(40, 30));
+            ctx.mouse.release(button, modifier, QPoint(40, 30));
+            const bool clicks = button == pickButton && modifier != secondModifier;
+            EXPECT_EQ(scene.mouseClick(ctx), clicks);
+            EXPECT_EQ(log.text.empty(), !clicks);
+        }
+    }
+}
+
+TEST_F(EventsGLTest, WheelZoomsAndStores)
+{
+    for (const int delta : {0, 120, -1}) {
+        renew();
+        ctx.mouse.wheel(delta, noModifier, QPoint(40, 30));
+        Matrix view = start;
+        scene.zpr.zoomWheel(ctx, view);
+        EXPECT_EQ(scene.mouseWheel(ctx), delta != 0);
+        EXPECT_EQ(ctx.modelView, view);
+        EXPECT_EQ(stored(), view);
+    }
+    ctx.viewpointName = "no such";
+    ctx.mouse.wheel(1, noModifier, QPoint(40, 30));
+    EXPECT_FALSE(scene.mouseWheel(ctx)) << "the view has moved, but there is nowhere to store it";
+}
+
+TEST_F(EventsGLTest, KeysTurnTheView)
+{
+    const int none = -1;
+    const struct
+    {
+        int key;
+        int positions[4]; ///< by the word of modifiers
+    } rows[] = {{'F', {7, 7, 7, 7}},          {'I', {6, 6, 6, 6}},       {'X', {0, none, 1, none}},
+                {'Y', {2, none, 3, none}},    {'Z', {4, none, 5, none}}, {'x', {none, none, none, none}},
+                {0, {none, none, none, none}}};
+    for (const auto& row : rows) {
+        for (unsigned int word = 0; word < 4; ++word) {
+            SCOPED_TRACE(::testing::Message() << row.key << " with " << word);
+            renew();
+            ctx.key = row.key;
+            ctx.keyModifiers = word;
+            Matrix view = start;
+            const bool known = row.positions[word] != none;
+            if (known) {
+                scene.zpr.zoomTo(ctx, static_cast<OruSceneZpr::Position>(row.positions[word]), view);
+            }
+            // Pressed again the view stays and the answer, too.
+            for (int times = 0; times < 2; ++times) {
+                EXPECT_EQ(scene.keyPress(ctx), known);
+                EXPECT_EQ(ctx.modelView, view);
+                EXPECT_EQ(stored(), view);
+            }
+        }
+    }
+    ctx.viewport.height = 0;
+    ctx.key = 'F';
+    EXPECT_FALSE(scene.keyPress(ctx));
+}
+
+TEST_F(EventsGLTest, SessionOfEachEvent)
+{
+    using Calls = std::vector<std::string>;
+    const struct
+    {
+        const char* name;
+        Event event;
+        Calls calls;
+    } rows[] = {
+        {"focusIn", &OruScene::focusIn, {"begin", "end"}},
+        {"focusOut", &OruScene::focusOut, {"begin", "end"}},
+        {"mouseEnter", &OruScene::mouseEnter, {"begin", "end"}},
+        {"mouseLeave", &OruScene::mouseLeave, {"begin", "end"}},
+        {"mouseMove", &OruScene::mouseMove, {"begin", "end"}},
+        {"mouseWheel", &OruScene::mouseWheel, {"begin", "end"}},
+        {"mouseClick", &OruScene::mouseClick, {"begin", "end"}},
+        {"mouseDoubleClick", &OruScene::mouseDoubleClick, {}},
+        {"keyPress", &OruScene::keyPress, {"begin", "end"}},
+        {"keyRelease", &OruScene::keyRelease, {}},
+        {"mouseRelease without a press", &OruScene::mouseRelease, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        renew();
+        EXPECT_FALSE((scene.*row.event)(ctx));
+        EXPECT_EQ(editor->calls, row.calls);
+        scene.mousePress(ctx);
+        scene.mousePress(ctx);
+        editor->calls.clear();
+        (scene.*row.event)(ctx);
+        scene.mouseRelease(ctx);
+        const bool released = row.event == &OruScene::mouseRelease;
+        EXPECT_EQ(editor->calls, released ? Calls{"end"} : Calls{});
+        scene.mouseRelease(ctx);
+        EXPECT_EQ(editor->calls, Calls{"end"});
+    }
+}
+
+TEST_F(EventsGLTest, ExceptionsCloseTheSessionButForThePress)
+{
+    const auto fail = [] { throw std::runtime_error("of the test"); };
+    under = 'A';
+    log.reactions["A.OnHoverEnter"] = fail;
+    EXPECT_THROW(scene.mouseMove(ctx), std::runtime_error);
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+
+    renew();
+    ctx.mouse.press(pickButton, noModifier, QPoint(40, 30));
+    log.reactions["pick"] = fail;
+    EXPECT_THROW(scene.mousePress(ctx), std::runtime_error);
+    EXPECT_THAT(editor->calls, ElementsAre("begin"));
+    EXPECT_EQ(gl.faults(), "");
+
+    under = 'A';
+    scene.controller().OnMouseDown(scene.render, ctx);
+    log.reactions["A.OnRelease"] = fail;
+    EXPECT_THROW(scene.mouseRelease(ctx), std::runtime_error);
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+}
+
+} // namespace
