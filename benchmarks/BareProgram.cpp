@@ -1,0 +1,145 @@
+#include "benchmarks/BareProgram.h"
+
+#include "contracts/ogl/OruOglGl.h"
+
+#include <limits>
+
+namespace bench {
+
+namespace {
+
+const void* offset(std::size_t bytes)
+{
+    return reinterpret_cast<const void*>(bytes);
+}
+
+template <typename Index>
+void fillIndices(const std::vector<uint32_t>& indices)
+{
+    const std::vector<Index> converted(indices.begin(), indices.end());
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(converted.size() * sizeof(Index)),
+                 converted.data(), GL_STATIC_DRAW);
+}
+
+} // namespace
+
+BareProgram::~BareProgram()
+{
+    for (const Object& object : objects_) {
+        glDeleteBuffers(1, &object.vertices);
+        glDeleteBuffers(1, &object.indices);
+    }
+}
+
+void BareProgram::add(const Part& part)
+{
+    Object object{0,
+                  0,
+                  part.positions.size(),
+                  static_cast<int>(part.indices.size()),
+                  GL_UNSIGNED_INT,
+                  part.colour,
+                  !part.colours.empty(),
+                  part.closed};
+    const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
+    const std::size_t colourBlock = part.colours.size() * sizeof(uint32_t);
+    glGenBuffers(1, &object.vertices);
+    glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(2 * block + colourBlock), nullptr, GL_STATIC_DRAW);
+    glBufferSubData(GL_ARRAY_BUFFER, 0, static_cast<GLsizeiptr>(block), part.positions.data());
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(block), static_cast<GLsizeiptr>(block),
+                    part.normals.data());
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(2 * block), static_cast<GLsizeiptr>(colourBlock),
+                    part.colours.data());
+
+    glGenBuffers(1, &object.indices);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, object.indices);
+    if (object.vertexCount <= std::numeric_limits<uint16_t>::max()) {
+        object.indexType = GL_UNSIGNED_SHORT;
+        fillIndices<uint16_t>(part.indices);
+    } else {
+        glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(part.indices.size() * sizeof(uint32_t)),
+                     part.indices.data(), GL_STATIC_DRAW);
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    objects_.push_back(object);
+}
+
+void BareProgram::add(const hostkit::Model& model)
+{
+    for (const auto& part : model.parts) {
+        add({part->colour, part->positions, part->normals, part->colours, part->indices, part->closed});
+    }
+}
+
+void BareProgram::draw(const Kelvar::Math::Matrix& modelView, const Kelvar::Math::Matrix& projection,
+                       const QSize& pixels) const
+{
+    glPushAttrib(OruOglAllAttribBits);
+    glViewport(0, 0, pixels.width(), pixels.height());
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixf(projection.data());
+    glMatrixMode(GL_MODELVIEW);
+    setState();
+    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glLoadMatrixf(modelView.data());
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_NORMAL_ARRAY);
+    for (const Object& object : objects_) {
+        drawObject(object);
+    }
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glDisableClientState(GL_NORMAL_ARRAY);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glPopAttrib();
+    glFinish();
+}
+
+void BareProgram::setState()
+{
+    for (const GLenum capability : {GL_DEPTH_TEST, GL_NORMALIZE, GL_CULL_FACE, GL_COLOR_MATERIAL,
+                                    GL_POLYGON_OFFSET_FILL, GL_LIGHTING, GL_LIGHT0}) {
+        glEnable(capability);
+    }
+    glDepthFunc(GL_LESS);
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
+    glShadeModel(GL_SMOOTH);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    glPolygonOffset(1.0f, 1.0f);
+    const float everywhere[] = {0.2f, 0.2f, 0.2f, 1.0f};
+    const float black[] = {0.0f, 0.0f, 0.0f, 1.0f};
+    const float white[] = {1.0f, 1.0f, 1.0f, 1.0f};
+    const float direction[] = {0.25f, 0.4f, 1.0f, 0.0f};
+    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, everywhere);
+    glLightfv(GL_LIGHT0, GL_AMBIENT, black);
+    glLightfv(GL_LIGHT0, GL_DIFFUSE, white);
+    glLightfv(GL_LIGHT0, GL_SPECULAR, white);
+    // The direction goes through the model view matrix of this moment.
+    glLoadIdentity();
+    glLightfv(GL_LIGHT0, GL_POSITION, direction);
+}
+
+void BareProgram::drawObject(const Object& object)
+{
+    (object.closed ? glEnable : glDisable)(GL_CULL_FACE);
+    glColor4ub(static_cast<GLubyte>(object.colour.red()), static_cast<GLubyte>(object.colour.green()),
+               static_cast<GLubyte>(object.colour.blue()), static_cast<GLubyte>(object.colour.alpha()));
+    glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, object.indices);
+    const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
+    glVertexPointer(3, GL_FLOAT, 0, offset(0));
+    glNormalPointer(GL_FLOAT, 0, offset(block));
+    if (object.coloured) {
+        glEnableClientState(GL_COLOR_ARRAY);
+        glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(2 * block));
+    }
+    glDrawElements(GL_TRIANGLES, object.indexCount, object.indexType, offset(0));
+    if (object.coloured) {
+        glDisableClientState(GL_COLOR_ARRAY);
+    }
+}
+
+} // namespace bench

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QGuiApplication>
+#include <QSize>
+#include <QString>
+
+#include <ctime>
+#include <functional>
+#include <vector>
+
+namespace bench {
+
+/// What a piece of work took, in milliseconds: on the wall, of all processors by all threads of this process,
+/// the renderer's included, and by the calling thread alone. On a busy machine the last is the steadiest.
+struct Cost
+{
+    double wall = 0.0;
+    double processor = 0.0;
+    double caller = 0.0;
+};
+
+using Work = std::function<void()>;
+
+template <typename Callable>
+Cost measure(Callable&& work)
+{
+    const auto read = [](clockid_t clock) {
+        timespec time{};
+        clock_gettime(clock, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+    };
+    const auto now = [&] {
+        return Cost{read(CLOCK_MONOTONIC), read(CLOCK_PROCESS_CPUTIME_ID), read(CLOCK_THREAD_CPUTIME_ID)};
+    };
+    const Cost before = now();
+    work();
+    const Cost after = now();
+    return {after.wall - before.wall, after.processor - before.processor, after.caller - before.caller};
+}
+
+/// The costs of one piece of work, one a round.
+using Costs = std::vector<Cost>;
+
+/// Runs the pieces of work in turn, again and again, so that a busy machine is busy for all of them. One
+/// round more comes first and does not count. The result has the order of `works`.
+std::vector<Costs> interleave(int rounds, const std::vector<Work>& works);
+
+/// 0 without values.
+double median(std::vector<double> values);
+double median(const Costs& costs, double Cost::*part);
+
+/// Median over the rounds of what `costs` took in relation to what `base` took next to it.
+double medianRatio(const Costs& costs, const Costs& base, double Cost::*part);
+
+/// Prints one figure: name, value, unit, aim, with tabs between. No aim is given as "-".
+void report(const QString& name, double value, const QString& unit, const QString& aim = QStringLiteral("-"));
+
+/// The figures of one comparison with the bare program: its wall time, and both ratios to it.
+void reportRatios(const QString& name, const Costs& costs, const Costs& bare, const QString& aim);
+
+/// Most memory that this process had at any time, in MB of 10^6 bytes.
+double peakMemory();
+
+/// Bytes in use on the heap, and the process-wide address space that large blocks take.
+double heapBytes();
+
+/// The framebuffer that everything is drawn to.
+constexpr int frameWidth = 1280;
+constexpr int frameHeight = 800;
+inline QSize frameSize()
+{
+    return {frameWidth, frameHeight};
+}
+
+/// Runs the body of a benchmark program as its main: with an application that can make OpenGL windows. What
+/// the body throws ends the program with a line on the error stream and 1.
+int run(int argc, char** argv, const std::function<void(const QStringList& arguments)>& body);
+
+} // namespace bench

@@ -1,0 +1,147 @@
+#include "benchmarks/BenchScenes.h"
+
+#include "hosts/kit/MeshBuilder.h"
+#include "hosts/kit/ModelImporter.h"
+#include "hosts/kit/SampleMeshes.h"
+#include "benchmarks/Bench.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace bench {
+
+using hostkit::MeshSource;
+using hostkit::Model;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+
+namespace {
+
+struct GridScene
+{
+    const char* name;
+    int columns, rows, layers;
+    uint32_t triangles;
+};
+
+const GridScene gridScenes[] = {
+    {"1 object of 1,000,000 triangles", 1, 1, 1, 1000000},
+    {"1,000 objects of 500", 10, 10, 10, 500},
+    {"10,000 objects of 100", 25, 20, 20, 100},
+};
+
+const char* const engineName = "engine";
+
+/// From centre to centre; the spheres have a radius of about 1.
+constexpr float spacing = 2.5f;
+
+MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int number)
+{
+    MeshSource source;
+    source.name = QStringLiteral("sphere %1").arg(number);
+    source.colour = QColor::fromHsv(number * 47 % 360, 120, 230);
+    source.positions = sphere.positions;
+    for (Vector3& position : source.positions) {
+        position += place;
+    }
+    source.normals = sphere.normals;
+    source.indices = sphere.indices;
+    return source;
+}
+
+Arrays arraysOf(const Model& model)
+{
+    Arrays arrays;
+    for (const auto& part : model.parts) {
+        arrays.push_back(
+            {part->name, part->colour, part->positions, part->normals, part->colours, part->indices});
+    }
+    return arrays;
+}
+
+} // namespace
+
+QStringList sceneNames()
+{
+    QStringList names;
+    for (const GridScene& scene : gridScenes) {
+        names.append(QString::fromLatin1(scene.name));
+    }
+    return names << QString::fromLatin1(engineName);
+}
+
+Scene makeScene(const QString& name, const QString& engineFile)
+{
+    for (const GridScene& scene : gridScenes) {
+        if (name == QLatin1String(scene.name)) {
+            return {name, sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles)};
+        }
+    }
+    if (name != QLatin1String(engineName)) {
+        throw std::runtime_error("there is no scene " + name.toStdString());
+    }
+    hostkit::Progress progress;
+    return {name, arraysOf(hostkit::ModelImporter::load(engineFile, progress))};
+}
+
+Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles)
+{
+    const hostkit::SampleMesh sphere = hostkit::bumpySphere(triangles);
+    Arrays arrays;
+    for (int layer = 0; layer < layers; ++layer) {
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns; ++column) {
+                const Vector3 place(static_cast<float>(column), static_cast<float>(row),
+                                    static_cast<float>(layer));
+                arrays.push_back(sphereAt(sphere, place * spacing, static_cast<int>(arrays.size()) + 1));
+            }
+        }
+    }
+    return arrays;
+}
+
+Model buildModel(Arrays arrays)
+{
+    Model model;
+    for (MeshSource& source : arrays) {
+        model.parts.push_back(hostkit::MeshBuilder::build(std::move(source), [](float) {}));
+    }
+    return model;
+}
+
+void show(hostkit::HostScene& host, const Model& model)
+{
+    host.setSize(frameSize());
+    host.addModel(model);
+    host.showFrom(QStringLiteral("iso"));
+    host.draw();
+}
+
+void magnifyToShare(hostkit::HostScene& host, const Model& model, double share)
+{
+    const Matrix view = host.context().modelView;
+    const float aspect = static_cast<float>(frameWidth) / static_cast<float>(frameHeight);
+    // How far from the middle of the view, which reaches to 1 upwards and to `aspect` sideways.
+    std::vector<float> reach;
+    for (const auto& part : model.parts) {
+        for (const Vector3& position : part->positions) {
+            const Vector3 seen = view.transform(position);
+            reach.push_back(std::max(std::abs(seen.x) / aspect, std::abs(seen.y)));
+        }
+    }
+    const auto border =
+        reach.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(reach.size()));
+    std::nth_element(reach.begin(), border, reach.end());
+    const float factor = 1.0f / *border;
+    setView(host, view * Matrix::scale(Vector3(factor, factor, factor)));
+}
+
+void setView(hostkit::HostScene& host, const Matrix& view)
+{
+    host.scene().setViewpoint(host.context().viewpointName, view);
+    host.changed();
+    host.draw();
+}
+
+} // namespace bench

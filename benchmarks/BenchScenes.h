@@ -1,0 +1,47 @@
+#pragma once
+
+#include "contracts/math/Matrix.h"
+#include "hosts/kit/HostScene.h"
+#include "hosts/kit/MeshSource.h"
+#include "hosts/kit/Model.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace bench {
+
+/// The parts of a scene as plain arrays, each in its place.
+using Arrays = std::vector<hostkit::MeshSource>;
+
+/// A scene that is measured, by name.
+struct Scene
+{
+    QString name;
+    Arrays arrays;
+};
+
+/// A closed bumpy sphere of 1,000,000 triangles, spheres on grids of 10 x 10 x 10 and 25 x 20 x 20, and an
+/// engine from a file.
+QStringList sceneNames();
+
+/// `engineFile` is only read for the engine.
+Scene makeScene(const QString& name, const QString& engineFile);
+
+/// So many spheres of that many triangles on a grid, without gaps in its rows.
+Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles);
+
+/// Meshes as a host makes them of arrays: checked, welded, with their hierarchies.
+hostkit::Model buildModel(Arrays arrays);
+
+/// Shows the model from above, front right, whole and fitting, and paints it once.
+void show(hostkit::HostScene& host, const hostkit::Model& model);
+
+/// Magnifies the view about its middle until it holds that share of all vertices.
+void magnifyToShare(hostkit::HostScene& host, const hostkit::Model& model, double share);
+
+/// Makes `view` the stored view.
+void setView(hostkit::HostScene& host, const Kelvar::Math::Matrix& view);
+
+} // namespace bench

@@ -1,0 +1,138 @@
+// Picks, beyond the clear and the finish that every pick contains: what lies under 21 pixels of four scenes.
+
+#include "Scene/controller/OruSceneController.h"
+#include "contracts/ogl/OruOglGl.h"
+#include "hosts/kit/OffscreenView.h"
+#include "benchmarks/Bench.h"
+#include "benchmarks/BenchScenes.h"
+
+#include <array>
+#include <memory>
+
+namespace {
+
+using bench::Cost;
+using hostkit::HostScene;
+using hostkit::Model;
+
+constexpr int pixelCount = 21;
+constexpr int rounds = 40;
+constexpr int loadings = 7;
+const QString millisecond = QStringLiteral("ms");
+
+/// Fixed, and spread over the picture: most on the model, a few beside it.
+QPoint pixel(int number)
+{
+    return {bench::frameWidth * (number % 7 + 1) / 8 + 3, bench::frameHeight * (number / 7 + 1) / 4 + number};
+}
+
+void clearAndFinish()
+{
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glFinish();
+}
+
+/// The whole road of a hit test, by a controller that has nothing in its hand yet.
+void pick(HostScene& host)
+{
+    OruSceneController controller;
+    controller.OnMouseDown(host.scene().render, host.context());
+}
+
+void movePointer(HostScene& host, const QPoint& position)
+{
+    host.context().mouse.move(position, Kelvar::UI::Toolkit::ModifierNone);
+}
+
+/// The median of `costs` beyond that of `clears`, on the wall and of the calling thread, which does all of a
+/// pick's own work.
+void reportBeyondClear(const QString& name, const bench::Costs& costs, const bench::Costs& clears,
+                       const QString& aim)
+{
+    const auto beyond = [&](double Cost::*part) {
+        return bench::median(costs, part) - bench::median(clears, part);
+    };
+    bench::report(name + QStringLiteral(", beyond the clear, wall"), beyond(&Cost::wall), millisecond, aim);
+    bench::report(name + QStringLiteral(", beyond the clear, calling thread"), beyond(&Cost::caller),
+                  millisecond, aim);
+}
+
+void append(bench::Costs& all, const bench::Costs& more)
+{
+    all.insert(all.end(), more.begin(), more.end());
+}
+
+void measurePicks(HostScene& host, const QString& scene)
+{
+    std::array<bench::Costs, 3> all;
+    for (int number = 0; number < pixelCount; ++number) {
+        movePointer(host, pixel(number));
+        const auto costs = bench::interleave(rounds, {clearAndFinish, [&] { pick(host); },
+                                                      [&] {
+                                                          movePointer(host, pixel(number));
+                                                          host.send(&OruSceneEventHandler::mouseMove);
+                                                      }});
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            append(all[i], costs[i]);
+        }
+    }
+    const QString aim = QStringLiteral("<= 0.05");
+    bench::report(scene + QStringLiteral(": clear and finish alone"), bench::median(all[0], &Cost::wall),
+                  millisecond);
+    reportBeyondClear(scene + QStringLiteral(": pick"), all[1], all[0], aim);
+    reportBeyondClear(scene + QStringLiteral(": mouseMove with hover"), all[2], all[0], aim);
+}
+
+/// What the first hover after the first frame takes, of a scene that is made anew each time.
+void measureFirstPick(const Model& model, const QString& scene)
+{
+    bench::Costs clears;
+    bench::Costs picks;
+    for (int loading = 0; loading < loadings; ++loading) {
+        HostScene host{QString(), QString(), QString()};
+        bench::show(host, model);
+        movePointer(host, pixel(pixelCount / 2));
+        clears.push_back(bench::measure(clearAndFinish));
+        picks.push_back(bench::measure([&] { pick(host); }));
+    }
+    reportBeyondClear(scene + QStringLiteral(": first pick after loading"), picks, clears,
+                      QStringLiteral("<= 1"));
+}
+
+void measureHierarchy(const Model& model)
+{
+    const hostkit::Mesh& mesh = *model.parts.front();
+    hostkit::TriangleHierarchy hierarchy;
+    const auto costs = bench::interleave(
+        5, {[&] { hierarchy = hostkit::TriangleHierarchy::build(mesh.positions, mesh.indices); }});
+    const double triangles = static_cast<double>(hierarchy.triangleCount());
+    bench::report(QStringLiteral("hierarchy of 1,000,000 triangles, built in"),
+                  bench::median(costs[0], &Cost::wall), millisecond, QStringLiteral("<= 200"));
+    bench::report(QStringLiteral("hierarchy of 1,000,000 triangles, size"),
+                  static_cast<double>(hierarchy.byteSize()) / triangles, QStringLiteral("bytes a triangle"));
+}
+
+void measureAll(const QStringList& arguments)
+{
+    const hostkit::OffscreenView view(bench::frameSize());
+    const QStringList names = bench::sceneNames();
+    for (const QString& name : names) {
+        const Model model = bench::buildModel(bench::makeScene(name, arguments.value(0)).arrays);
+        {
+            HostScene host{QString(), QString(), QString()};
+            bench::show(host, model);
+            measurePicks(host, name);
+        }
+        measureFirstPick(model, name);
+        if (name == names.front()) {
+            measureHierarchy(model);
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return bench::run(argc, argv, measureAll);
+}
