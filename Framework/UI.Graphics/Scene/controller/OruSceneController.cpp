@@ -1,5 +1,6 @@
 #include "Scene/controller/OruSceneController.h"
 
+#include "Scene/controller/OruSceneDispatch.h"
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/OruSceneRenderContext.h"
@@ -13,36 +14,17 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
+using oru::liveVisualization;
+using oru::tellHandler;
+using oru::tellHost;
 
-using Record = OruSceneController::CurrentHitRecord;
+namespace {
 
 OruStringBuilder makeStringBuilder(OruSceneRender& render)
 {
     const int digits = render.significantDigits.value();
     const int separator = render.decimalSeparator.value();
     return OruStringBuilder(Kelvar::Math::NumberFormat(static_cast<char>(separator & 0xff), 0, digits));
-}
-
-/// Calls the handler of a record if it lives, and holds it for just that long.
-template <typename Call>
-bool tellHandler(const boost::weak_ptr<IOruVisEventHandler>& handler, Call call)
-{
-    const boost::shared_ptr<IOruVisEventHandler> locked = handler.lock();
-    return locked && call(*locked);
-}
-
-/// Calls the host's controller if there is one. It gets a copy of the pointer, since a call may replace it.
-template <typename Call>
-bool tellHost(boost::shared_ptr<IOruSceneController> host, Call call)
-{
-    return host && call(*host);
-}
-
-/// The object of a record; null once the handler that stands for it is gone.
-const OruVisualization* liveVisualization(const Record& record)
-{
-    return record.hasHandler() ? record.visualization : nullptr;
 }
 
 /// A length in pixels, truncated towards zero. What is beyond an int becomes the nearest one, and what is no

@@ -2,6 +2,7 @@
 
 #include "Scene/controller/OruSceneController.h"
 
+#include "Scene/controller/OruSceneDispatch.h"
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/OruSceneTrace.h"
@@ -83,22 +84,20 @@ bool OruSceneController::OnMouseClick(OruScene& scene, OruSceneEventContext& ctx
 
 bool OruSceneController::clickEmpty(bool withModifier)
 {
-    const boost::shared_ptr<IOruSceneController> host = hostController;
-    return host && host->OnClick(OruVisHitRecord(), nullptr, withModifier);
+    return oru::tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnClick(OruVisHitRecord(), nullptr, withModifier);
+    });
 }
 
 bool OruSceneController::clickObject(OruSceneRender& render, const CurrentHitRecord& clicked,
                                      bool withModifier)
 {
-    bool changed = false;
-    if (const boost::shared_ptr<IOruVisEventHandler> handler = clicked.handler.lock()) {
+    const bool byHandler = oru::tellHandler(clicked.handler, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
-        changed = handler->OnClick(clicked.hit, editor.get());
-    }
-    const OruVisualization* const visualization = clicked.hasHandler() ? clicked.visualization : nullptr;
-    const boost::shared_ptr<IOruSceneController> host = hostController;
-    if (host) {
-        changed = host->OnClick(clicked.hit, visualization, withModifier) || changed;
-    }
-    return changed;
+        return handler.OnClick(clicked.hit, editor.get());
+    });
+    const bool byHost = oru::tellHost(hostController, [&](IOruSceneController& host) {
+        return host.OnClick(clicked.hit, oru::liveVisualization(clicked), withModifier);
+    });
+    return byHandler || byHost;
 }

@@ -35,14 +35,15 @@ struct EntryPoint
     bool called;
 };
 
+EntryPoint entryPoint(const char* name, const void* address, bool called)
+{
+    return {name, address, called};
+}
+
 /// Reports every entry point of the extension that is missing. False: the capture itself needs one of them.
 bool entryPointsPresent()
 {
-#define ENTRY_POINT(function, called)                                                                        \
-    EntryPoint                                                                                               \
-    {                                                                                                        \
-#function, reinterpret_cast < const void*>(function), called                                         \
-    }
+#define ENTRY_POINT(function, called) entryPoint(#function, reinterpret_cast<const void*>(function), called)
     const EntryPoint entryPoints[] = {
         ENTRY_POINT(glBindFramebufferEXT, true),
         ENTRY_POINT(glBindRenderbufferEXT, true),
