@@ -60,16 +60,16 @@ public:
         const auto note = [&log, name](const char* operation) {
             return [&log, call = name + operation](Hit hit, auto&&...) { return log.note(call, hit.name); };
         };
-        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".OnHoverEnter"));
-        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".OnHoverLeave"));
+        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".enter"));
+        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".leave"));
         ON_CALL(*this, OnDrag).WillByDefault([&log, name](Hit hit, QPoint delta) {
-            return log.note(name + ".OnDrag", hit.name, delta.x(), delta.y());
+            return log.note(name + ".drag", hit.name, delta.x(), delta.y());
         });
-        ON_CALL(*this, OnRelease).WillByDefault(note(".OnRelease"));
+        ON_CALL(*this, OnRelease).WillByDefault(note(".release"));
         ON_CALL(*this, OnDrop).WillByDefault([&log, name](Hit hit, Hit target, IOruVisPropertyEdit*) {
-            return log.note(name + ".OnDrop", hit.name, target.name);
+            return log.note(name + ".drop", hit.name, target.name);
         });
-        ON_CALL(*this, OnClick).WillByDefault(note(".OnClick"));
+        ON_CALL(*this, OnClick).WillByDefault(note(".click"));
     }
 
     MOCK_METHOD(bool, OnHoverEnter, (Hit, Builder, QString&), (override));
@@ -94,17 +94,17 @@ public:
                 return log.note(call, hit.name, nameOf(object));
             };
         };
-        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".OnHoverEnter"));
-        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".OnHoverLeave"));
+        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".enter"));
+        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".leave"));
         ON_CALL(*this, OnDrag).WillByDefault([&log, name](Hit hit, Object object, QPoint delta) {
-            return log.note(name + ".OnDrag", hit.name, nameOf(object), delta.x(), delta.y());
+            return log.note(name + ".drag", hit.name, nameOf(object), delta.x(), delta.y());
         });
-        ON_CALL(*this, OnRelease).WillByDefault(note(".OnRelease"));
+        ON_CALL(*this, OnRelease).WillByDefault(note(".release"));
         ON_CALL(*this, OnDrop).WillByDefault([&log, name](Hit hit, Hit target, Object from, Object to) {
-            log.note(name + ".OnDrop", hit.name, target.name, nameOf(from), nameOf(to));
+            log.note(name + ".drop", hit.name, target.name, nameOf(from), nameOf(to));
         });
         ON_CALL(*this, OnClick).WillByDefault([&log, name](Hit hit, Object object, bool withModifier) {
-            return log.note(name + ".OnClick", hit.name, nameOf(object), withModifier);
+            return log.note(name + ".click", hit.name, nameOf(object), withModifier);
         });
     }
 

@@ -140,55 +140,37 @@ TEST_F(EventsGLTest, ButtonModifierAndModeMeanAGesture)
         EXPECT_EQ(stored(), view);
         EXPECT_EQ(ctx.center, expected.center);
         EXPECT_EQ(ctx.boxZoom, expected.boxZoom);
-        EXPECT_EQ(log.text,
-                  row.gesture == Gesture::Hover ? "A.OnHoverEnter(7) host.OnHoverEnter(7,one)" : "");
+        EXPECT_EQ(log.text, row.gesture == Gesture::Hover ? "A.enter(7) host.enter(7,one)" : "");
     }
 }
 
 struct MoveRow
 {
     const char* name;
-    bool grabbed;
-    std::vector<OruMouse::Button> held;
-    KeyModifier modifier;
+    const char* held; ///< buttons: Pick, which has grabbed an object, and Context
+    int modifier;
     unsigned int keyModifiers;
     bool viewChanged; ///< by the host
-    std::set<std::string> yes;
+    const char* yes;
     const char* told;
     bool result;
 };
 
-#define DRAG "A.OnDrag(7,12,40) host.OnDrag(7,one,12,40)"
-#define ENTER "A.OnHoverEnter(7) host.OnHoverEnter(7,one)"
+#define DRAG "A.drag(7,12,40) host.drag(7,one,12,40)"
+#define ENTER "A.enter(7) host.enter(7,one)"
 
 const MoveRow moveRows[] = {
-    {"drag taken by the handler", true, {pickButton}, noModifier, 0, false, {"A.OnDrag"}, DRAG, true},
-    {"drag taken, the view is not written",
-     true,
-     {pickButton},
-     noModifier,
-     0,
-     true,
-     {"host.OnDrag"},
-     DRAG,
-     true},
-    {"drag left to the rotation", true, {pickButton}, noModifier, 0, false, {}, DRAG, true},
-    {"two buttons dispatch nothing",
-     true,
-     {pickButton, contextButton},
-     noModifier,
-     0,
-     false,
-     {"A.OnDrag"},
-     "",
-     true},
-    {"mouse modifier", true, {pickButton}, first, 0, false, {"A.OnDrag"}, "", false},
-    {"keyboard modifier", true, {pickButton}, noModifier, 4, false, {"A.OnDrag"}, "", true},
-    {"hover", false, {}, noModifier, 0, false, {}, ENTER, false},
-    {"hover with news", false, {}, noModifier, 0, false, {"host.OnHoverEnter"}, ENTER, true},
-    {"hover over a view that has changed", false, {}, noModifier, 0, true, {}, ENTER, true},
-    {"no hover with a modifier", false, {}, secondModifier, 0, false, {"A.OnHoverEnter"}, "", false},
-    {"no hover with a key, view written", false, {}, noModifier, 1, true, {}, "", true},
+    {"drag taken by the handler", "P", 0, 0, false, "A.drag", DRAG, true},
+    {"drag taken, the view is not written", "P", 0, 0, true, "host.drag", DRAG, true},
+    {"drag left to the rotation", "P", 0, 0, false, "", DRAG, true},
+    {"two buttons dispatch nothing", "PC", 0, 0, false, "A.drag", "", true},
+    {"mouse modifier", "P", 1, 0, false, "A.drag", "", false},
+    {"keyboard modifier", "P", 0, 4, false, "A.drag", "", true},
+    {"hover", "", 0, 0, false, "", ENTER, false},
+    {"hover with news", "", 0, 0, false, "host.enter", ENTER, true},
+    {"hover over a view that has changed", "", 0, 0, true, "", ENTER, true},
+    {"no hover with a modifier", "", 2, 0, false, "A.enter", "", false},
+    {"no hover with a key, view written", "", 0, 1, true, "", "", true},
 };
 
 TEST_F(EventsGLTest, MoveDecidesFromTheTopDown)
@@ -197,22 +179,23 @@ TEST_F(EventsGLTest, MoveDecidesFromTheTopDown)
         SCOPED_TRACE(row.name);
         renew();
         under = 'A';
-        if (row.grabbed) {
+        if (*row.held) {
             scene.controller().OnMouseDown(scene.render, ctx);
         }
-        log.yes = row.yes;
-        for (const OruMouse::Button button : row.held) {
-            ctx.mouse.press(button, row.modifier, QPoint(40, 30));
+        log.yes = {row.yes};
+        const auto modifier = static_cast<KeyModifier>(row.modifier);
+        for (const char* held = row.held; *held; ++held) {
+            ctx.mouse.press(*held == 'P' ? pickButton : contextButton, modifier, QPoint(40, 30));
         }
-        ctx.mouse.move(QPoint(40, 30), row.modifier);
-        ctx.mouse.move(QPoint(52, 70), row.modifier);
+        ctx.mouse.move(QPoint(40, 30), modifier);
+        ctx.mouse.move(QPoint(52, 70), modifier);
         ctx.keyModifiers = row.keyModifiers;
         if (row.viewChanged) {
             ctx.modelView = Matrix::scale(0.125f);
         }
         EXPECT_EQ(scene.mouseMove(ctx), row.result);
         EXPECT_EQ(log.text, row.told);
-        const bool taken = row.grabbed && !row.yes.empty() && *row.told != '\0';
+        const bool taken = *row.held && *row.yes && *row.told;
         EXPECT_EQ(stored(), taken ? start : ctx.modelView);
     }
 }
@@ -267,7 +250,7 @@ TEST_F(EventsGLTest, PressGrabsOrHovers)
         SCOPED_TRACE(::testing::Message() << row.button << " with " << row.modifier);
         renew();
         under = 'A';
-        log.yes = {"A.OnHoverEnter", "host.OnHoverEnter"};
+        log.yes = {"A.enter", "host.enter"};
         ctx.boxZoom = OruOglViewport(1, 2, 3, 4);
         ctx.modelView = Matrix::scale(0.125f);
         ctx.mouse.press(row.button, row.modifier, QPoint(40, 30));
@@ -322,7 +305,7 @@ TEST_F(EventsGLTest, ReleaseEndsTheBox)
         under = row.claimed ? 'A' : '-';
         ctx.mouse.press(row.button, row.modifier, QPoint(40, 30));
         scene.mousePress(ctx);
-        log.yes = {"A.OnRelease"};
+        log.yes = {"A.release"};
         ctx.boxZoom = row.band;
         ctx.modelView = row.viewChanged ? Matrix::scale(0.125f) : start;
         Matrix view = ctx.modelView;
@@ -345,7 +328,7 @@ TEST_F(EventsGLTest, ClickOfThePickButtonAlone)
             SCOPED_TRACE(::testing::Message() << button << " with " << modifier);
             renew();
             under = 'A';
-            log.yes = {"A.OnClick"};
+            log.yes = {"A.click"};
             ctx.mouse.press(button, modifier, QPoint(40, 30));
             ctx.mouse.release(button, modifier, QPoint(40, 30));
             const bool clicks = button == pickButton && modifier != secondModifier;
@@ -447,7 +430,7 @@ TEST_F(EventsGLTest, ExceptionsCloseTheSessionButForThePress)
 {
     const auto fail = [] { throw std::runtime_error("of the test"); };
     under = 'A';
-    log.reactions["A.OnHoverEnter"] = fail;
+    log.reactions["A.enter"] = fail;
     EXPECT_THROW(scene.mouseMove(ctx), std::runtime_error);
     EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
 
@@ -460,7 +443,7 @@ TEST_F(EventsGLTest, ExceptionsCloseTheSessionButForThePress)
 
     under = 'A';
     scene.controller().OnMouseDown(scene.render, ctx);
-    log.reactions["A.OnRelease"] = fail;
+    log.reactions["A.release"] = fail;
     EXPECT_THROW(scene.mouseRelease(ctx), std::runtime_error);
     EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
 }
