@@ -53,7 +53,8 @@ void MeshVisualization::draw3d(const DrawContext& context)
     }
     const Matrix at = place();
     const bool moved = at != Matrix();
-    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | (marked.value() ? GL_LIGHTING_BIT : 0));
+    // Not the current colour: some drivers then miss that the tracked material has to follow it back.
+    glPushAttrib(GL_ENABLE_BIT | (marked.value() ? GL_LIGHTING_BIT : 0));
     setAppearance();
     if (moved) {
         glPushMatrix();
