@@ -1,7 +1,6 @@
 #include "Knot.h"
 
 #include "contracts/ogl/OruOglGeometry.h"
-#include "contracts/ogl/OruOglGl.h"
 
 #include <QColor>
 
@@ -102,9 +101,7 @@ void Knot::draw3d(const DrawContext& context)
         mesh_ = context.geometry.makeMesh();
         mesh_->upload(arrays);
     }
-    glPushAttrib(GL_CURRENT_BIT);
     mesh_->draw();
-    glPopAttrib();
 }
 
 BoundingBox Knot::bounds() const
