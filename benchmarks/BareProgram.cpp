@@ -100,12 +100,13 @@ void BareProgram::draw(const Kelvar::Math::Matrix& modelView, const Kelvar::Math
 
 void BareProgram::setState()
 {
+    // Ahead of its switch, which overwrites what is tracked.
+    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
     for (const GLenum capability : {GL_DEPTH_TEST, GL_NORMALIZE, GL_CULL_FACE, GL_COLOR_MATERIAL,
                                     GL_POLYGON_OFFSET_FILL, GL_LIGHTING, GL_LIGHT0}) {
         glEnable(capability);
     }
     glDepthFunc(GL_LESS);
-    glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
     glShadeModel(GL_SMOOTH);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     glPolygonOffset(1.0f, 1.0f);

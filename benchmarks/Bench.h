@@ -58,8 +58,9 @@ void report(const QString& name, double value, const QString& unit, const QStrin
 /// The figures of one comparison with the bare program: its wall time, and both ratios to it.
 void reportRatios(const QString& name, const Costs& costs, const Costs& bare, const QString& aim);
 
-/// Most memory that this process had at any time, in MB of 10^6 bytes.
+/// Most memory that this process had since the start, or since the last forgetPeak, in MB of 10^6 bytes.
 double peakMemory();
+void forgetPeak();
 
 /// Bytes in use on the heap, and the process-wide address space that large blocks take.
 double heapBytes();

@@ -1,0 +1,117 @@
+// From plain arrays to the first finished frame, and the most memory that it takes, against a program without
+// a library. Each side runs in processes of its own, which this one starts: with the name of a side and of a
+// scene as arguments.
+
+#include "contracts/ogl/OruOglFunctions.h"
+#include "hosts/kit/OffscreenView.h"
+#include "benchmarks/BareProgram.h"
+#include "benchmarks/Bench.h"
+#include "benchmarks/BenchScenes.h"
+
+#include <QProcess>
+#include <QStringList>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace {
+
+using bench::Cost;
+using hostkit::HostScene;
+
+constexpr int rounds = 5;
+
+struct Start
+{
+    Cost cost;
+    double memory = 0.0;
+};
+
+void drawBare(const bench::Arrays& arrays)
+{
+    bench::BareProgram bare;
+    Kelvar::Math::BoundingBox box;
+    for (const hostkit::MeshSource& part : arrays) {
+        bare.add({part.colour, part.positions, part.normals, part.colours, part.indices, true});
+        for (const auto& position : part.positions) {
+            box.add(position);
+        }
+    }
+    const float scale = 2.0f / box.depth();
+    const auto view = Kelvar::Math::Matrix::translate(box.center() * -1.0f) *
+                      Kelvar::Math::Matrix::scale({scale, scale, scale});
+    const OruOglViewport viewport(0, 0, bench::frameWidth, bench::frameHeight);
+    bare.draw(view, glGetOrtho(viewport, box, view), bench::frameSize());
+}
+
+void drawAndPickScene(bench::Arrays arrays, Cost& untilFrame)
+{
+    HostScene host{QString(), QString(), QString()};
+    untilFrame = bench::measure([&] { bench::show(host, bench::buildModel(std::move(arrays))); });
+    host.context().mouse.move({bench::frameWidth / 2, bench::frameHeight / 2},
+                              Kelvar::UI::Toolkit::ModifierNone);
+    host.send(&OruSceneEventHandler::mouseMove);
+}
+
+/// One side, in its own process: prints wall time, processor time and peak memory.
+void runSide(const QString& side, const QString& scene, const QString& engineFile)
+{
+    const hostkit::OffscreenView view(bench::frameSize());
+    bench::Arrays arrays = bench::makeScene(scene, engineFile).arrays;
+    bench::forgetPeak();
+    Cost cost;
+    if (side == QLatin1String("bare")) {
+        cost = bench::measure([&] { drawBare(arrays); });
+    } else {
+        drawAndPickScene(std::move(arrays), cost);
+    }
+    std::printf("%f %f %f\n", cost.wall, cost.processor, bench::peakMemory());
+}
+
+Start start(const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QGuiApplication::applicationFilePath(), arguments);
+    process.waitForFinished(-1);
+    const QList<QByteArray> words = process.readAllStandardOutput().simplified().split(' ');
+    if (process.exitCode() != 0 || words.size() != 3) {
+        throw std::runtime_error("a side has failed");
+    }
+    return {{words[0].toDouble(), words[1].toDouble(), 0.0}, words[2].toDouble()};
+}
+
+void compareStarts(const QString& scene, const QString& engineFile)
+{
+    bench::Costs costs[2];
+    std::vector<double> memory[2];
+    for (int round = 0; round < rounds; ++round) {
+        for (const int side : {0, 1}) {
+            const QString name = side == 0 ? QStringLiteral("bare") : QStringLiteral("scene");
+            const Start one = start({engineFile, name, scene});
+            costs[side].push_back(one.cost);
+            memory[side].push_back(one.memory);
+        }
+    }
+    const QString aim = QStringLiteral("<= 1.2");
+    bench::reportRatios(scene + QStringLiteral(": arrays to first frame"), costs[1], costs[0], aim);
+    const double bareMemory = bench::median(memory[0]);
+    bench::report(scene + QStringLiteral(": peak memory, bare"), bareMemory, QStringLiteral("MB"));
+    bench::report(scene + QStringLiteral(": peak memory after frame and pick"),
+                  bench::median(memory[1]) / bareMemory, QStringLiteral("of bare"), aim);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    return bench::run(argc, argv, [](const QStringList& arguments) {
+        if (arguments.size() == 3) {
+            runSide(arguments[1], arguments[2], arguments[0]);
+            return;
+        }
+        for (const QString& name : bench::sceneNames()) {
+            compareStarts(name, arguments.value(0));
+        }
+    });
+}
