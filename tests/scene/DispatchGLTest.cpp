@@ -28,7 +28,7 @@ namespace {
 ///   A B S N I -   what lies under the pointer from now on
 ///   d g m u c     press, drag, move, release, click
 ///   h s n         the host's controller becomes the first one, the second one, none
-///   k K           the first or the second object dies with its handler
+///   k K l         the first or the second object dies with its handler; the second one's handler alone
 ///   t V W E       throw; set the viewpoint; draw; an event of the scene
 ///   !             what was set as a reaction counts from here on
 class DispatchGLTest : public DispatchTest
@@ -103,6 +103,7 @@ protected:
         {'n', [this] { return reset(nullptr); }},
         {'k', [this] { return kill(a, one); }},
         {'K', [this] { return kill(b, two); }},
+        {'l', [this] { return b.reset(), false; }},
         {'t', []() -> bool { throw std::runtime_error("of the test"); }},
         {'V', [this] { return scene.setViewpoint("viewpoint", Matrix::scale(3.0f)); }},
         {'W', [this] { return scene.drawGl(ctx), false; }},
@@ -195,6 +196,9 @@ const Row deathRows[] = {
     {"dies in the hit test of a release", "Ad!Bu", "pick=k", "host.drop(7,9,null,two) host.release(7,null)"},
     {"dies in its drop", "AdBu", "A.drop=k", "A.drop(7,9) host.drop(7,9,null,two) host.release(7,null)"},
     {"target dies in the drop", "AdBu", "A.drop=K", "A.drop(7,9) host.drop(7,9,one,null) " RELEASE_A},
+    {"target loses its handler in the drop", "AdBu", "A.drop=l",
+     "A.drop(7,9) host.drop(7,9,one,null) " RELEASE_A},
+    {"target dies in the hit test", "Ad!Bu", "pick!=K", "A.drop(7,9) host.drop(7,9,one,null) " RELEASE_A},
     {"target without a handler dies", "AdNu", "A.drop=K", "A.drop(7,11) host.drop(7,11,one,null) " RELEASE_A},
     {"dies in the host's drop", "AdBu", "host.drop=k", DROP_AB " host.release(7,null)"},
     {"dies in its release", "Adug", "A.release=k", "A.release(7) host.release(7,null)"},
@@ -245,6 +249,9 @@ TEST_F(DispatchGLTest, CallsComeInOneOrder)
         text = &sel.text;
         EXPECT_TRUE(text->selectMode());
         pick(pass, sel, hits);
+        if (pass == "select2d") {
+            log.react("pick!");
+        }
     };
     const auto check = [&](const Row& row) {
         SCOPED_TRACE(row.name);

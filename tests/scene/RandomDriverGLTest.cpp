@@ -130,7 +130,7 @@ protected:
     /// What object `which`, or a host (-1), does when it is called.
     bool whim(int which)
     {
-        const int trick = random(0, 99);
+        const int trick = random(0, 49);
         if (trick == 0) {
             throw std::runtime_error("of a handler");
         }
@@ -224,7 +224,7 @@ protected:
         if (kind < 50) {
             ctx.mouse.move(place(), modifier());
             scene.mouseMove(ctx);
-        } else if (kind < 62) {
+        } else if (kind < 60) {
             press();
         } else if (kind < 75) {
             release();

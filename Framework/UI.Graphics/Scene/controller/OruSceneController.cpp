@@ -244,11 +244,13 @@ bool OruSceneController::OnMouseUp(OruSceneRender& render, const OruSceneEventCo
 bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& held,
                               const CurrentHitRecord& released)
 {
-    // A target without a handler has nothing that stands for its life, so the object itself is watched.
-    const bool targetHadHandler = released.hasHandler();
+    // A target without a handler has nothing that stands for its life, so the object itself is watched; one
+    // whose handler is gone by now is not even looked at.
+    const bool targetHadHandler = !released.handler.empty();
+    const bool readable = released.visualization && (!targetHadHandler || released.hasHandler());
     const oru::view_ptr<const OruProperties> target =
-        released.visualization ? oru::view_ptr<const OruProperties>(*released.visualization)
-                               : oru::view_ptr<const OruProperties>();
+        readable ? oru::view_ptr<const OruProperties>(*released.visualization)
+                 : oru::view_ptr<const OruProperties>();
     const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnDrop(held.hit, released.hit, editor.get());
