@@ -1,0 +1,20 @@
+# The target `docs`: the reference of the public headers, in docs/html of the build folder. It fails on any
+# warning.
+
+find_program(DOXYGEN doxygen)
+if(DOXYGEN)
+    list(JOIN KELVAR_PRIVATE_HEADERS " */" private_headers)
+    file(
+        CONFIGURE
+        OUTPUT ${CMAKE_BINARY_DIR}/docs/Doxyfile
+        CONTENT
+            "@INCLUDE = \"@CMAKE_SOURCE_DIR@/docs/Doxyfile\"
+PROJECT_NUMBER = @PROJECT_VERSION@
+INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\"
+STRIP_FROM_PATH = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\"
+EXCLUDE_PATTERNS = */@private_headers@
+OUTPUT_DIRECTORY = \"@CMAKE_BINARY_DIR@/docs\"
+"
+        @ONLY)
+    add_custom_target(docs COMMAND ${DOXYGEN} ${CMAKE_BINARY_DIR}/docs/Doxyfile VERBATIM)
+endif()
