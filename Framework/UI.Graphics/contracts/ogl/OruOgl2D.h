@@ -8,9 +8,10 @@
 
 /// Drawing in the pixels of a viewport, over a finished picture and in whatever state the host has set.
 ///
-/// Between begin() and end() the centres of the viewport's pixels lie at whole numbers, from the lower left
-/// pixel (0, 0) on, y upwards. That map is on the projection stack; the model view stack is current and holds
-/// the identity, so the caller may load the identity there. The state is that of OruOglFlatState, except that
+/// Between begin() and end() whole numbers address the viewport's pixels, from the lower left pixel (0, 0)
+/// on, y upwards: they map to an eighth of a pixel off the pixel centres, so that lines of an even width do
+/// not end on centres. That map is on the projection stack; the model view stack is current and holds the
+/// identity, so the caller may load the identity there. The state is that of OruOglFlatState, except that
 /// polygons show as outlines (GL_LINE): a quad is a rubber band, drawn in the current line width.
 class KELVAR_OGL_API OruOgl2D
 {

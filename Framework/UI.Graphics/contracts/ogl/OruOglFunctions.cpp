@@ -11,7 +11,6 @@
 
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Matrix;
-using Kelvar::Math::Vector3;
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "contracts/ogl/OruOglBufferStore.h"
 
-const QString OruOglGeometry::typeString = QStringLiteral("ogl.geometry");
+const QString OruOglGeometry::typeString = QLatin1String("ogl.geometry");
 
 OruOglGeometry::OruOglGeometry(OruModifiedGroup& sharedGroup)
     : OruProperties(sharedGroup)

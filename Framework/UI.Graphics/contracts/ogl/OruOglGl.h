@@ -2,7 +2,7 @@
 
 // The one place where OpenGL's own header comes in. Everything that names a GL function, type or constant
 // includes this file; a unit that uses GLEW includes <GL/glew.h> ahead of it, and then nothing is declared
-// twice.
+// twice. Qt's OpenGL headers come after it: they keep gl.h from declaring what is younger than OpenGL 1.3.
 
 #ifndef GL_GLEXT_PROTOTYPES
 #define GL_GLEXT_PROTOTYPES 1
