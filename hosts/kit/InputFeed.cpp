@@ -5,30 +5,117 @@
 namespace hostkit {
 
 using Kelvar::UI::Toolkit::KeyModifier;
+using Kind = InputEvent::Kind;
+
+namespace {
+
+/// The operation of the scene that hears of each kind of event; a cancelled gesture has none of its own.
+struct KindRow
+{
+    Kind kind;
+    HostScene::Event operation;
+};
+
+const KindRow kindRows[] = {
+    {Kind::Press, &OruSceneEventHandler::mousePress},
+    {Kind::Release, &OruSceneEventHandler::mouseRelease},
+    {Kind::Click, &OruSceneEventHandler::mouseClick},
+    {Kind::DoubleClick, &OruSceneEventHandler::mouseDoubleClick},
+    {Kind::Move, &OruSceneEventHandler::mouseMove},
+    {Kind::Wheel, &OruSceneEventHandler::mouseWheel},
+    {Kind::KeyPress, &OruSceneEventHandler::keyPress},
+    {Kind::KeyRelease, &OruSceneEventHandler::keyRelease},
+    {Kind::FocusIn, &OruSceneEventHandler::focusIn},
+    {Kind::FocusOut, &OruSceneEventHandler::focusOut},
+    {Kind::Enter, &OruSceneEventHandler::mouseEnter},
+    {Kind::Leave, &OruSceneEventHandler::mouseLeave},
+};
+
+InputEvent keyEvent(Kind kind, int key, unsigned int modifiers)
+{
+    InputEvent event;
+    event.kind = kind;
+    event.modifiers = modifiers;
+    event.amount = key;
+    return event;
+}
+
+InputEvent plainEvent(Kind kind)
+{
+    InputEvent event;
+    event.kind = kind;
+    return event;
+}
+
+} // namespace
 
 InputFeed::InputFeed(HostScene& host)
     : host_(host)
 {}
 
+bool InputFeed::apply(const InputEvent& event)
+{
+    if (listener_) {
+        listener_(event);
+    }
+    if (event.kind == Kind::Cancel) {
+        return endGesture();
+    }
+    feedMouse(event);
+    for (const KindRow& row : kindRows) {
+        if (row.kind == event.kind) {
+            return host_.send(row.operation);
+        }
+    }
+    return false;
+}
+
+/// Brings the pointer and the keys of the context to where the event has them.
+void InputFeed::feedMouse(const InputEvent& event)
+{
+    OruSceneEventContext& ctx = host_.context();
+    const auto modifier = static_cast<KeyModifier>(event.modifiers);
+    switch (event.kind) {
+    case Kind::Press:
+        held_[slot(event.button)] = Held{true, event.pixel};
+        ctx.mouse.press(event.button, modifier, event.pixel);
+        break;
+    case Kind::Release:
+        held_[slot(event.button)].down = false;
+        ctx.mouse.release(event.button, modifier, event.pixel);
+        break;
+    case Kind::Move:
+        ctx.mouse.move(event.pixel, modifier);
+        break;
+    case Kind::Wheel:
+        ctx.mouse.wheel(event.amount * wheelStep, modifier, event.pixel);
+        break;
+    case Kind::KeyPress:
+    case Kind::KeyRelease:
+        ctx.mouse.setModifier(modifier);
+        ctx.key = event.amount;
+        break;
+    default:
+        return; // leaves the modifiers as the last event had them
+    }
+    ctx.keyModifiers = event.modifiers;
+}
+
 bool InputFeed::press(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel)
 {
-    held_[slot(button)] = Held{true, pixel};
-    context(modifiers).mouse.press(button, static_cast<KeyModifier>(modifiers), pixel);
-    return host_.send(&OruSceneEventHandler::mousePress);
+    return apply({Kind::Press, button, modifiers, pixel, 0});
 }
 
 bool InputFeed::release(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel)
 {
-    Held& held = held_[slot(button)];
+    const Held held = held_[slot(button)];
     if (!held.down) {
         return false;
     }
-    held.down = false;
-    context(modifiers).mouse.release(button, static_cast<KeyModifier>(modifiers), pixel);
-    bool repaint = host_.send(&OruSceneEventHandler::mouseRelease);
+    bool repaint = apply({Kind::Release, button, modifiers, pixel, 0});
     const QPoint way = pixel - held.pressed;
     if (std::abs(way.x()) <= dragThreshold_ && std::abs(way.y()) <= dragThreshold_) {
-        repaint |= host_.send(&OruSceneEventHandler::mouseClick);
+        repaint |= apply(plainEvent(Kind::Click));
     }
     return repaint;
 }
@@ -36,13 +123,12 @@ bool InputFeed::release(OruMouse::Button button, unsigned int modifiers, const Q
 bool InputFeed::doubleClick(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel)
 {
     const bool repaint = press(button, modifiers, pixel);
-    return host_.send(&OruSceneEventHandler::mouseDoubleClick) || repaint;
+    return apply(plainEvent(Kind::DoubleClick)) || repaint;
 }
 
 bool InputFeed::move(unsigned int modifiers, const QPoint& pixel)
 {
-    context(modifiers).mouse.move(pixel, static_cast<KeyModifier>(modifiers));
-    return host_.send(&OruSceneEventHandler::mouseMove);
+    return apply({Kind::Move, OruMouse::ButtonPick, modifiers, pixel, 0});
 }
 
 bool InputFeed::wheel(int eighths, unsigned int modifiers, const QPoint& pixel)
@@ -50,38 +136,43 @@ bool InputFeed::wheel(int eighths, unsigned int modifiers, const QPoint& pixel)
     turned_ += eighths;
     bool repaint = false;
     for (; std::abs(turned_) >= wheelStep; turned_ -= turned_ > 0 ? wheelStep : -wheelStep) {
-        const int step = turned_ > 0 ? wheelStep : -wheelStep;
-        context(modifiers).mouse.wheel(step, static_cast<KeyModifier>(modifiers), pixel);
-        repaint |= host_.send(&OruSceneEventHandler::mouseWheel);
+        const int step = turned_ > 0 ? 1 : -1;
+        repaint |= apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, step});
     }
     return repaint;
 }
 
 bool InputFeed::keyPress(int key, unsigned int modifiers)
 {
-    context(modifiers).mouse.setModifier(static_cast<KeyModifier>(modifiers));
-    host_.context().key = key;
-    return host_.send(&OruSceneEventHandler::keyPress);
+    return apply(keyEvent(Kind::KeyPress, key, modifiers));
 }
 
 bool InputFeed::keyRelease(int key, unsigned int modifiers)
 {
-    context(modifiers).mouse.setModifier(static_cast<KeyModifier>(modifiers));
-    host_.context().key = key;
-    return host_.send(&OruSceneEventHandler::keyRelease);
+    return apply(keyEvent(Kind::KeyRelease, key, modifiers));
 }
 
 bool InputFeed::focus(bool in)
 {
-    return host_.send(in ? &OruSceneEventHandler::focusIn : &OruSceneEventHandler::focusOut);
+    return apply(plainEvent(in ? Kind::FocusIn : Kind::FocusOut));
 }
 
 bool InputFeed::enter(bool in)
 {
-    return host_.send(in ? &OruSceneEventHandler::mouseEnter : &OruSceneEventHandler::mouseLeave);
+    return apply(plainEvent(in ? Kind::Enter : Kind::Leave));
 }
 
 bool InputFeed::cancel()
+{
+    for (const Held& held : held_) {
+        if (held.down) {
+            return apply(plainEvent(Kind::Cancel));
+        }
+    }
+    return false;
+}
+
+bool InputFeed::endGesture()
 {
     OruSceneEventContext& ctx = host_.context();
     bool repaint = ctx.boxZoom != OruOglViewport();
@@ -95,12 +186,6 @@ bool InputFeed::cancel()
         }
     }
     return repaint;
-}
-
-OruSceneEventContext& InputFeed::context(unsigned int modifiers)
-{
-    host_.context().keyModifiers = modifiers;
-    return host_.context();
 }
 
 } // namespace hostkit

@@ -2,10 +2,12 @@
 
 #include "contracts/core/OruMouse.h"
 #include "hosts/kit/HostScene.h"
+#include "hosts/kit/InputEvent.h"
 
 #include <QPoint>
 
 #include <array>
+#include <functional>
 
 namespace hostkit {
 
@@ -20,8 +22,17 @@ public:
     /// One step of a common wheel, in eighths of a degree.
     static constexpr int wheelStep = 120;
 
+    /// Hears of every event before the scene does.
+    using Listener = std::function<void(const InputEvent&)>;
+
     /// `host` is borrowed.
     explicit InputFeed(HostScene& host);
+
+    void setListener(const Listener& listener) { listener_ = listener; }
+
+    /// Sends one event as it stands. All operations below end here, so a listener that keeps the events can
+    /// play them again.
+    bool apply(const InputEvent& event);
 
     /// A release within that many pixels of its press on each axis is a click. Starts as 4.
     void setDragThreshold(int pixels) { dragThreshold_ = pixels; }
@@ -61,9 +72,11 @@ private:
     };
 
     static std::size_t slot(OruMouse::Button button) { return static_cast<std::size_t>(button - 1); }
-    OruSceneEventContext& context(unsigned int modifiers);
+    void feedMouse(const InputEvent& event);
+    bool endGesture();
 
     HostScene& host_;
+    Listener listener_;
     std::array<Held, 3> held_;
     int dragThreshold_ = 4;
     int turned_ = 0;

@@ -29,6 +29,12 @@ public:
     /// Called once, when the scene has been made and may be filled, its OpenGL context current.
     void setReadyListener(const std::function<void(HostScene&)>& listener) { ready_ = listener; }
 
+    /// Hears of every event from now on; to be set when the scene exists.
+    void setInputListener(const InputFeed::Listener& listener) { input_->setListener(listener); }
+
+    /// What feeds the scene; null before the scene exists. Not owned by the caller.
+    InputFeed* input() { return input_.get(); }
+
     /// Does something to the scene with its context current and repaints if the answer is true; what it
     /// throws passes through. Nothing happens before the scene exists.
     void run(const std::function<bool(HostScene&)>& action);

@@ -80,6 +80,12 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
     }
 }
 
+QSize sizeOf(HostScene& host)
+{
+    const OruOglViewport& viewport = host.context().viewport;
+    return {viewport.width, viewport.height};
+}
+
 void playDrag(hostkit::InputFeed& input, const ViewerOptions::Gesture& drag, const QSize& size)
 {
     const auto pixel = [&](const QPointF& at) { return hostkit::WindowCoordinates::pixelAt(at, 1.0, size); };
@@ -96,11 +102,39 @@ void playDrag(hostkit::InputFeed& input, const ViewerOptions::Gesture& drag, con
 Viewer::Viewer(const ViewerOptions& options)
     : options_(options)
     , images_(imageFolders())
-{}
+{
+    if (options_.replayFile.isEmpty()) {
+        return;
+    }
+    try {
+        replay_ = hostkit::Recording::read(options_.replayFile);
+    } catch (const hostkit::Recording::Error& error) {
+        throw Failure(BadInput, QString::fromUtf8(error.what()));
+    }
+    takeOver(*replay_);
+}
+
+/// What the command line leaves open is as it was when the recording was made.
+void Viewer::takeOver(const hostkit::Recording& recording)
+{
+    if (options_.models.isEmpty()) {
+        options_.models = recording.models;
+    }
+    if (options_.models.isEmpty() && !options_.defaultModel.isEmpty()) {
+        options_.models.append(options_.defaultModel);
+    }
+    if (!options_.sizeNamed) {
+        options_.size = recording.size;
+    }
+    if (options_.position.isEmpty()) {
+        options_.position = recording.position;
+    }
+    options_.settings.insert(options_.settings.begin(), recording.settings.begin(), recording.settings.end());
+}
 
 Viewer::ExitCode Viewer::run()
 {
-    return options_.outFile.isEmpty() ? showWindow() : makePicture();
+    return options_.outFile.isEmpty() && !replay_ ? showWindow() : makePicture();
 }
 
 Viewer::ExitCode Viewer::makePicture()
@@ -115,8 +149,14 @@ Viewer::ExitCode Viewer::makePicture()
     HostScene host(QString(), images_, QString());
     host.setSize(options_.size);
     fill(host, models);
+    hostkit::InputFeed input(host);
+    input.setListener(startRecording(host));
+    playGestures(input, options_.size);
+    playRecording(host, input);
     saveState(host);
-    writePicture(host.picture(options_.size));
+    if (!options_.outFile.isEmpty()) {
+        writePicture(host.picture(options_.size));
+    }
     return Done;
 }
 
@@ -151,6 +191,8 @@ Viewer::ExitCode Viewer::showWindow()
     QTimer poll;
     const auto finish = [&](HostScene& host) {
         fill(host, takeModels(job));
+        view.setInputListener(startRecording(host));
+        playGestures(*view.input(), sizeOf(host));
         loaded = true;
         interrupts.reset();
         view.setTitle(title);
@@ -219,19 +261,50 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     } else if (options_.stateFile.isEmpty()) {
         host.showFrom(QStringLiteral("iso"));
     }
-    playGestures(host);
 }
 
-void Viewer::playGestures(HostScene& host) const
+/// The listener that records from now on; empty if nothing is to be recorded.
+hostkit::InputFeed::Listener Viewer::startRecording(HostScene& host)
 {
-    hostkit::InputFeed input(host);
-    const OruOglViewport& viewport = host.context().viewport;
+    if (options_.recordFile.isEmpty()) {
+        return {};
+    }
+    hostkit::Recording head;
+    head.size = sizeOf(host);
+    for (const QString& model : options_.models) {
+        head.models.append(QFileInfo(model).absoluteFilePath());
+    }
+    head.position = options_.position;
+    head.settings = options_.settings;
+    try {
+        record_ = std::make_unique<hostkit::RecordingWriter>(options_.recordFile, head);
+    } catch (const hostkit::Recording::Error& error) {
+        throw Failure(NoOutput, QString::fromUtf8(error.what()));
+    }
+    return [this, &host](const hostkit::InputEvent& event) { record_->write(event, sizeOf(host)); };
+}
+
+void Viewer::playRecording(HostScene& host, hostkit::InputFeed& input) const
+{
+    if (!replay_) {
+        return;
+    }
+    for (const hostkit::InputEvent& event : replay_->events(sizeOf(host))) {
+        // A window would have painted by the next event and brought the context up to date.
+        if (input.apply(event)) {
+            host.changed();
+        }
+    }
+}
+
+void Viewer::playGestures(hostkit::InputFeed& input, const QSize& view) const
+{
     for (const ViewerOptions::Gesture& gesture : options_.gestures) {
         if (gesture.wheelSteps == 0) {
-            playDrag(input, gesture, QSize(viewport.width, viewport.height));
+            playDrag(input, gesture, view);
         } else {
             input.wheel(gesture.wheelSteps * hostkit::InputFeed::wheelStep, 0,
-                        QPoint(viewport.width / 2, viewport.height / 2));
+                        QPoint(view.width() / 2, view.height() / 2));
         }
     }
 }

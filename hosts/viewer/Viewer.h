@@ -1,8 +1,13 @@
 #pragma once
 
 #include "hosts/kit/HostScene.h"
+#include "hosts/kit/InputFeed.h"
+#include "hosts/kit/Recording.h"
+#include "hosts/kit/RecordingWriter.h"
 #include "hosts/viewer/ViewerOptions.h"
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 /// The program: loads the models, sets the scene up as the options ask and shows it, in a window or as a
@@ -30,6 +35,7 @@ public:
         ExitCode code;
     };
 
+    /// Reads the recording that is to be played, if there is one. Throws Failure.
     explicit Viewer(const ViewerOptions& options);
 
     /// Needs a QGuiApplication that GlPlatform has prepared. Throws Failure.
@@ -40,10 +46,15 @@ private:
     ExitCode showWindow();
     std::vector<hostkit::Model> loadModels() const;
     void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
-    void playGestures(hostkit::HostScene& host) const;
+    void playGestures(hostkit::InputFeed& input, const QSize& view) const;
+    void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
+    void takeOver(const hostkit::Recording& recording);
+    hostkit::InputFeed::Listener startRecording(hostkit::HostScene& host);
     void saveState(const hostkit::HostScene& host) const;
     void writePicture(const QImage& picture) const;
 
     ViewerOptions options_;
     QString images_;
+    std::optional<hostkit::Recording> replay_;
+    std::unique_ptr<hostkit::RecordingWriter> record_;
 };

@@ -78,6 +78,7 @@ void readSize(ViewerOptions& options, const QStringList& values)
         fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(values[0]));
     }
     options.size = QSize(width, height);
+    options.sizeNamed = true;
 }
 
 void readPosition(ViewerOptions& options, const QStringList& values)
@@ -141,7 +142,7 @@ struct Option
     void (*read)(ViewerOptions&, const QStringList&);
 };
 
-const std::array<Option, 11> optionTable = {{
+const std::array<Option, 13> optionTable = {{
     {"--size", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
     {"--position", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit", readPosition},
     {"--drag", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
@@ -154,6 +155,10 @@ const std::array<Option, 11> optionTable = {{
     {"--set", 1, "PATH/KEY=VALUE", "set a property, such as render/textInfo=true", readSetting},
     {"--out", 1, "PNG", "write a picture instead of opening a window",
      [](ViewerOptions& o, const QStringList& v) { o.outFile = v[0]; }},
+    {"--record", 1, "FILE", "record what is done to the view, one event a line",
+     [](ViewerOptions& o, const QStringList& v) { o.recordFile = v[0]; }},
+    {"--replay", 1, "FILE", "play a recording in a hidden window; --size may differ from its own",
+     [](ViewerOptions& o, const QStringList& v) { o.replayFile = v[0]; }},
     {"--default-model", 1, "FILE", "the model to show when no MODEL is named",
      [](ViewerOptions& o, const QStringList& v) { o.defaultModel = v[0]; }},
     {"--help", 0, "", "tell this", [](ViewerOptions& o, const QStringList&) { o.showHelp = true; }},
@@ -202,10 +207,12 @@ ViewerOptions ViewerOptions::parse(const QStringList& arguments)
             options.models.append(rest.takeFirst());
         }
     }
-    if (options.models.isEmpty() && !options.defaultModel.isEmpty()) {
+    // A recording brings its models along.
+    if (options.models.isEmpty() && !options.defaultModel.isEmpty() && options.replayFile.isEmpty()) {
         options.models.append(options.defaultModel);
     }
-    if (options.models.isEmpty() && !options.showHelp && !options.showVersion) {
+    if (options.models.isEmpty() && options.replayFile.isEmpty() && !options.showHelp &&
+        !options.showVersion) {
         fail(QStringLiteral("no MODEL is named"));
     }
     return options;
@@ -224,7 +231,7 @@ QString ViewerOptions::help()
     }
     text += QStringLiteral(
         "\nState and settings come first, then the position, then drags and turns of the wheel in\n"
-        "their order.\n\n"
+        "their order, then a recording. A recording says itself which models it shows, unless MODEL does.\n\n"
         "In the window: left turns, middle turns, middle with Ctrl moves, middle with Shift and the\n"
         "wheel zoom, right draws a zoom box; F fits, I, X, Y, Z look from a standard position, with\n"
         "Shift from the other side.\n\n"

@@ -41,6 +41,7 @@ struct ViewerOptions
     QStringList models;
     QString defaultModel;
     QSize size{1280, 800};
+    bool sizeNamed = false;
     /// A name that HostScene::showFrom knows; empty: not given.
     QString position;
     /// In the order of the command line.
@@ -50,6 +51,9 @@ struct ViewerOptions
     QString stateFile;
     QString saveStateFile;
     QString outFile;
+    /// Where the session is recorded to, and the recording that is played; empty: none.
+    QString recordFile;
+    QString replayFile;
     bool showHelp = false;
     bool showVersion = false;
 };
