@@ -1,189 +1,17 @@
 #include "hosts/kit/ModelImporter.h"
 
-#include "contracts/math/Matrix.h"
+#include "hosts/kit/IsolatedReader.h"
 #include "hosts/kit/MeshBuilder.h"
 
 #include <QFile>
 #include <QFileInfo>
 
-#include <assimp/Importer.hpp>
-#include <assimp/ProgressHandler.hpp>
-#include <assimp/config.h>
-#include <assimp/postprocess.h>
-#include <assimp/scene.h>
-
-#include <algorithm>
-#include <array>
-#include <cstring>
-
 namespace hostkit {
-
-using Kelvar::Math::Matrix;
-using Kelvar::Math::Vector3;
 
 namespace {
 
 /// Share of the whole work that goes into reading the file; the rest makes meshes.
 constexpr float readingShare = 0.3f;
-
-constexpr std::array<const char*, 6> suffixesWithYUp = {"glb", "gltf", "dae", "x3d", "x3db", "wrl"};
-
-/// One use of a mesh: the mesh and its place in the model.
-struct Use
-{
-    const aiMesh* mesh;
-    const aiNode* node;
-    Matrix place;
-};
-
-/// Passes on how far assimp is, and that it is to stop.
-class ReadingProgress : public Assimp::ProgressHandler
-{
-public:
-    explicit ReadingProgress(Progress& progress)
-        : progress_(progress)
-    {}
-
-    bool Update(float share) override
-    {
-        if (!progress_.cancelled() && share >= 0.0f) {
-            progress_.report(readingShare * std::min(share, 1.0f));
-        }
-        return !progress_.cancelled();
-    }
-
-private:
-    Progress& progress_;
-};
-
-/// assimp's matrices map column vectors, ours row vectors.
-Matrix matrixOf(const aiMatrix4x4& m)
-{
-    const float rows[16] = {m.a1, m.b1, m.c1, m.d1, m.a2, m.b2, m.c2, m.d2,
-                            m.a3, m.b3, m.c3, m.d3, m.a4, m.b4, m.c4, m.d4};
-    return Matrix::fromRows(rows);
-}
-
-bool isMirror(const Matrix& m)
-{
-    const Vector3 x(m(0, 0), m(0, 1), m(0, 2));
-    const Vector3 y(m(1, 0), m(1, 1), m(1, 2));
-    const Vector3 z(m(2, 0), m(2, 1), m(2, 2));
-    return dot(cross(x, y), z) < 0.0f;
-}
-
-/// Normals go through the transpose of the inverse, so that they stay upright under uneven scales.
-Matrix normalMatrix(const Matrix& place)
-{
-    const Matrix inverse = place.inverse();
-    Matrix result;
-    for (int row = 0; row < 3; ++row) {
-        for (int col = 0; col < 3; ++col) {
-            result(row, col) = inverse(col, row);
-        }
-    }
-    return result;
-}
-
-QColor colourOf(const aiMaterial& material)
-{
-    aiColor4D colour(0.6f, 0.6f, 0.6f, 1.0f);
-    if (material.Get(AI_MATKEY_BASE_COLOR, colour) != AI_SUCCESS) {
-        material.Get(AI_MATKEY_COLOR_DIFFUSE, colour);
-    }
-    const auto clamped = [](float value) { return value > 0.0f ? std::min(value, 1.0f) : 0.0f; };
-    return QColor::fromRgbF(clamped(colour.r), clamped(colour.g), clamped(colour.b));
-}
-
-uint32_t packed(const aiColor4D& colour)
-{
-    const float channels[4] = {colour.r, colour.g, colour.b, 1.0f};
-    unsigned char bytes[4];
-    for (int i = 0; i < 4; ++i) {
-        const float value = channels[i] > 0.0f ? std::min(channels[i], 1.0f) : 0.0f;
-        bytes[i] = static_cast<unsigned char>(value * 255.0f + 0.5f);
-    }
-    uint32_t result = 0;
-    std::memcpy(&result, bytes, sizeof(result));
-    return result;
-}
-
-/// Names are steps of a path in the property tree. Empty when the file gives none.
-QString partName(const Use& use)
-{
-    QString name = QString::fromUtf8(use.mesh->mName.C_Str()).trimmed();
-    if (name.isEmpty()) {
-        name = QString::fromUtf8(use.node->mName.C_Str()).trimmed();
-    }
-    return name.replace(QLatin1Char('/'), QLatin1Char('_'));
-}
-
-void collectUses(const aiScene& scene, const aiNode& node, const Matrix& above, std::vector<Use>& uses)
-{
-    const Matrix place = matrixOf(node.mTransformation) * above;
-    for (unsigned int i = 0; i < node.mNumMeshes; ++i) {
-        const aiMesh* mesh = scene.mMeshes[node.mMeshes[i]];
-        if (mesh->mPrimitiveTypes & aiPrimitiveType_TRIANGLE) {
-            uses.push_back(Use{mesh, &node, place});
-        }
-    }
-    for (unsigned int i = 0; i < node.mNumChildren; ++i) {
-        collectUses(scene, *node.mChildren[i], place, uses);
-    }
-}
-
-void copyVertices(const aiMesh& mesh, const Matrix& place, bool withNormals, MeshSource& source)
-{
-    const auto vector = [](const aiVector3D& v) { return Vector3(v.x, v.y, v.z); };
-    const bool moved = place != Matrix();
-    source.positions.resize(mesh.mNumVertices);
-    std::transform(mesh.mVertices, mesh.mVertices + mesh.mNumVertices, source.positions.begin(),
-                   [&](const aiVector3D& v) { return moved ? place.transform(vector(v)) : vector(v); });
-    if (withNormals && mesh.HasNormals()) {
-        const Matrix turn = normalMatrix(place);
-        source.normals.resize(mesh.mNumVertices);
-        std::transform(mesh.mNormals, mesh.mNormals + mesh.mNumVertices, source.normals.begin(),
-                       [&](const aiVector3D& v) { return turn.transformDirection(vector(v)).normalized(); });
-    }
-    if (mesh.HasVertexColors(0)) {
-        source.colours.resize(mesh.mNumVertices);
-        std::transform(mesh.mColors[0], mesh.mColors[0] + mesh.mNumVertices, source.colours.begin(), packed);
-    }
-}
-
-void copyTriangles(const aiMesh& mesh, bool mirrored, MeshSource& source)
-{
-    source.indices.reserve(3 * static_cast<std::size_t>(mesh.mNumFaces));
-    for (unsigned int i = 0; i < mesh.mNumFaces; ++i) {
-        const aiFace& face = mesh.mFaces[i];
-        if (face.mNumIndices == 3) {
-            const unsigned int* at = face.mIndices;
-            source.indices.insert(source.indices.end(), {at[0], at[mirrored ? 2 : 1], at[mirrored ? 1 : 2]});
-        }
-    }
-}
-
-MeshSource sourceOf(const aiScene& scene, const Use& use, bool withNormals)
-{
-    MeshSource source;
-    source.name = partName(use);
-    source.colour = colourOf(*scene.mMaterials[use.mesh->mMaterialIndex]);
-    copyVertices(*use.mesh, use.place, withNormals, source);
-    copyTriangles(*use.mesh, isMirror(use.place), source);
-    return source;
-}
-
-std::shared_ptr<const Mesh> buildPart(const QString& file, MeshSource source, const ReportShare& report)
-{
-    const QString name = source.name;
-    try {
-        return MeshBuilder::build(std::move(source), report);
-    } catch (const Progress::Cancelled&) {
-        throw;
-    } catch (const std::runtime_error& error) {
-        throw ModelImporter::Error(file, QStringLiteral("part \"%1\": %2").arg(name, error.what()));
-    }
-}
 
 /// Says of a file that cannot even be opened why.
 void checkFile(const QString& file)
@@ -204,25 +32,33 @@ void checkFile(const QString& file)
     }
 }
 
-const aiScene& readScene(Assimp::Importer& importer, const QString& file, Progress& progress)
+/// Passes a share of one piece of the work on as a share of the whole.
+ReportShare within(Progress& progress, float from, float to)
 {
-    importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE, aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-    importer.SetProgressHandler(new ReadingProgress(progress)); // the importer takes it over
-    const aiScene* scene = importer.ReadFile(QFile::encodeName(file).toStdString(),
-                                             aiProcess_Triangulate | aiProcess_SortByPType);
-    progress.report(readingShare);
-    if (scene && scene->mRootNode) {
-        return *scene;
+    return [&progress, from, to](float share) { progress.report(from + (to - from) * share); };
+}
+
+std::vector<MeshSource> readParts(const QString& file, Progress& progress)
+{
+    try {
+        return IsolatedReader::read(file, progress, within(progress, 0.0f, readingShare));
+    } catch (const Progress::Cancelled&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        throw ModelImporter::Error(file, QString::fromUtf8(error.what()));
     }
-    const QString suffix = QFileInfo(file).suffix();
-    if (!importer.IsExtensionSupported(suffix.toStdString())) {
-        throw ModelImporter::Error(file, QStringLiteral("not a model of a known format"));
+}
+
+std::shared_ptr<const Mesh> buildPart(const QString& file, MeshSource source, const ReportShare& report)
+{
+    const QString name = source.name;
+    try {
+        return MeshBuilder::build(std::move(source), report);
+    } catch (const Progress::Cancelled&) {
+        throw;
+    } catch (const std::runtime_error& error) {
+        throw ModelImporter::Error(file, QStringLiteral("part \"%1\": %2").arg(name, error.what()));
     }
-    QString reason = QString::fromUtf8(importer.GetErrorString()).trimmed();
-    if (reason.isEmpty() || reason.startsWith(QLatin1String("No suitable reader"))) {
-        reason = QStringLiteral("it does not hold what a file of its name should");
-    }
-    throw ModelImporter::Error(file, QStringLiteral("damaged: ") + reason);
 }
 
 } // namespace
@@ -234,30 +70,19 @@ ModelImporter::Error::Error(const QString& file, const QString& reason)
 Model ModelImporter::load(const QString& file, Progress& progress)
 {
     checkFile(file);
-    Assimp::Importer importer;
-    const aiScene& scene = readScene(importer, file, progress);
-    const QFileInfo info(file);
-    const QString suffix = info.suffix().toLower();
-    const bool turn = std::any_of(suffixesWithYUp.begin(), suffixesWithYUp.end(),
-                                  [&](const char* known) { return suffix == QLatin1String(known); });
-    std::vector<Use> uses;
-    collectUses(scene, *scene.mRootNode, turn ? Matrix::rotate(Kelvar::Math::VectorX, 90.0f) : Matrix(),
-                uses);
+    std::vector<MeshSource> sources = readParts(file, progress);
     Model model;
-    model.name = info.completeBaseName();
-    for (const Use& use : uses) {
-        const float done = static_cast<float>(&use - uses.data());
-        const auto report = [&](float share) {
-            const float all = (done + share) / static_cast<float>(uses.size());
-            progress.report(readingShare + (1.0f - readingShare) * all);
-        };
-        MeshSource source = sourceOf(scene, use, suffix != QLatin1String("stl"));
+    model.name = QFileInfo(file).completeBaseName();
+    const float step = (1.0f - readingShare) / static_cast<float>(sources.size() + 1);
+    float done = readingShare;
+    for (MeshSource& source : sources) {
         if (source.name.isEmpty()) {
             source.name = model.name;
         }
-        if (const auto part = buildPart(file, std::move(source), report)) {
+        if (const auto part = buildPart(file, std::move(source), within(progress, done, done + step))) {
             model.parts.push_back(part);
         }
+        done += step;
     }
     if (model.parts.empty()) {
         throw Error(file, QStringLiteral("there are no triangles"));

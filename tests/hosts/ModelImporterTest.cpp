@@ -1,0 +1,208 @@
+#include "hosts/kit/ModelImporter.h"
+
+#include "hosts/kit/ImportJob.h"
+#include "tests/hosts/Models.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cstring>
+#include <functional>
+#include <set>
+#include <thread>
+
+using hostkit::Model;
+using hostkit::ModelImporter;
+using hostkit::Progress;
+using Kelvar::Math::Vector3;
+
+namespace {
+
+Model load(const QString& file)
+{
+    Progress progress;
+    return ModelImporter::load(file, progress);
+}
+
+QByteArray contentOf(const QString& name)
+{
+    QFile file(name);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+    return file.readAll();
+}
+
+} // namespace
+
+TEST(ModelImporter, TellsTheFileAndTheReason)
+{
+    const QByteArray engine = contentOf(kelvartest::engineFile());
+    const QByteArray head = contentOf(kelvartest::stlFile("head"));
+    QByteArray broken = head.left(84 + 50);
+    broken.replace(80, 4, QByteArray("\1\0\0\0", 4));
+    broken.replace(84 + 12, 4, QByteArray("\0\0\xC0\x7F", 4));
+    struct Row
+    {
+        const char* file;
+        QByteArray content;
+        const char* reason;
+    };
+    const Row rows[] = {
+        {"empty.stl", "", "the file is empty"},
+        {"short.stl", head.left(2000), "damaged"},
+        {"words.stl", "this is no model", "damaged"},
+        {"short.glb", engine.left(5000), "damaged"},
+        {"words.obj", "# nothing here\n", "damaged"},
+        {"endless.ply", "ply\nformat ascii 1.0\nelement vertex 9\n", "does not come to an end"},
+        {"crash.ply", contentOf("/usr/share/assimp/models/PLY/cube_binary.ply").left(300), "damaged"},
+        {"model.unknown", "something", "not a model of a known format"},
+        {"noname", "something", "not a model of a known format"},
+        {"nan.stl", broken, "vertex 0 is not a finite position"},
+        {"text.stl",
+         "solid s\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 nan 0\nvertex 0 1 0\nendloop\n"
+         "endfacet\nendsolid s\n",
+         "vertex 1 is not a finite position"},
+        {"points.obj", "v 0 0 0\nv 1 0 0\np 1\np 2\n", "there are no triangles"},
+    };
+    QTemporaryDir folder;
+    for (const Row& row : rows) {
+        const QString name = folder.filePath(QLatin1String(row.file));
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(row.content);
+        file.close();
+        try {
+            load(name);
+            ADD_FAILURE() << row.file << " was accepted";
+        } catch (const ModelImporter::Error& error) {
+            EXPECT_THAT(error.what(), testing::StartsWith(name.toStdString() + ": ")) << row.file;
+            EXPECT_THAT(error.what(), testing::HasSubstr(row.reason)) << row.file;
+        }
+    }
+    const auto reasonFor = [](const QString& file) {
+        try {
+            load(file);
+        } catch (const ModelImporter::Error& error) {
+            return std::string(error.what());
+        }
+        return std::string();
+    };
+    EXPECT_THAT(reasonFor(folder.filePath("missing.stl")), testing::EndsWith("no such file"));
+    EXPECT_THAT(reasonFor(folder.path()), testing::EndsWith("is a folder"));
+}
+
+TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
+{
+    const QByteArray file = contentOf(kelvartest::stlFile("head"));
+    const Model model = load(kelvartest::stlFile("head"));
+    ASSERT_EQ(model.parts.size(), 1u);
+    EXPECT_EQ(model.name, "head");
+    EXPECT_EQ(model.parts[0]->name, "head");
+
+    // The same file read by hand: 80 bytes of head, a count, 50 bytes a triangle. Triangles that are but a
+    // line or a point are left out.
+    const hostkit::Mesh& mesh = *model.parts[0];
+    std::set<std::array<float, 3>> places;
+    std::size_t next = 0;
+    for (int at = 84; at + 50 <= file.size(); at += 50) {
+        Vector3 corner[3];
+        std::memcpy(corner, file.constData() + at + 12, sizeof(corner));
+        if (corner[0] == corner[1] || corner[1] == corner[2] || corner[2] == corner[0]) {
+            continue;
+        }
+        for (const Vector3& position : corner) {
+            ASSERT_LT(next, mesh.indices.size());
+            ASSERT_EQ(mesh.positions[mesh.indices[next++]], position) << "byte " << at;
+            places.insert({position.x, position.y, position.z});
+        }
+    }
+    EXPECT_EQ(next, mesh.indices.size());
+    EXPECT_GE(mesh.positions.size(), places.size());
+    EXPECT_LT(mesh.positions.size(), places.size() * 5 / 4)
+        << "vertices are shared where the surface is round";
+    EXPECT_EQ(mesh.hierarchy.triangleCount(), mesh.triangleCount());
+}
+
+TEST(ModelImporter, ReadsTextStl)
+{
+    const Model model = load(kelvartest::stlFile("bearing"));
+    ASSERT_EQ(model.parts.size(), 1u);
+    EXPECT_GT(model.triangleCount(), 24000u);
+    EXPECT_LT(model.parts[0]->positions.size(), model.triangleCount());
+}
+
+TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
+{
+    const Model engine = load(kelvartest::engineFile());
+    EXPECT_EQ(engine.parts.size(), 115u);
+    EXPECT_EQ(engine.triangleCount(), 110336u);
+    Kelvar::Math::BoundingBox box;
+    std::set<QString> names;
+    int closed = 0;
+    for (const auto& part : engine.parts) {
+        box.add(part->bounds);
+        names.insert(part->name);
+        closed += part->closed;
+        EXPECT_TRUE(part->colour.isValid());
+    }
+    EXPECT_EQ(names.size(), 34u);
+    EXPECT_TRUE(names.count("Piston_123-844_0_Parts_1-0"));
+    EXPECT_GT(closed, 20);
+    // The cylinders lie along x, the sump hangs below: the file has it towards -y.
+    EXPECT_NEAR(box.width(), 743.4f, 0.1f);
+    EXPECT_NEAR(box.min().z, -181.0f, 0.1f);
+    EXPECT_NEAR(box.max().z, 92.0f, 0.1f);
+}
+
+TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
+{
+    QTemporaryDir folder;
+    const QString name = folder.filePath("mirror.dae");
+    QFile file(name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"(<?xml version="1.0"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1"><asset><up_axis>Y_UP</up_axis></asset>
+<library_geometries><geometry id="g"><mesh><source id="p"><float_array id="a" count="12">
+0 0 0 1 0 0 0 1 0 0 0 1</float_array><technique_common><accessor source="#a" count="4" stride="3">
+<param name="X" type="float"/><param name="Y" type="float"/><param name="Z" type="float"/></accessor>
+</technique_common></source><vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="4"><input semantic="VERTEX" source="#v" offset="0"/><p>0 2 1 0 1 3 0 3 2 1 2 3</p></triangles>
+</mesh></geometry></library_geometries><library_visual_scenes><visual_scene id="s">
+<node name="plain"><instance_geometry url="#g"/></node>
+<node name="mirrored"><matrix>-1 0 0 5 0 1 0 0 0 0 1 7 0 0 0 1</matrix><instance_geometry url="#g"/></node>
+</visual_scene></library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)");
+    file.close();
+    const Model model = load(name);
+    ASSERT_EQ(model.parts.size(), 2u);
+    for (const auto& part : model.parts) {
+        EXPECT_TRUE(part->closed) << part->name.toStdString();
+    }
+    // x = 5 - 0..1; the file's z = 7..8 points towards -y, its y upwards.
+    EXPECT_EQ(model.parts[1]->bounds.min(), Vector3(4, -8, 0));
+    EXPECT_EQ(model.parts[1]->bounds.max(), Vector3(5, -7, 1));
+}
+
+TEST(ModelImporter, StopsWhenItIsCancelled)
+{
+    Progress progress;
+    progress.cancel();
+    EXPECT_THROW(ModelImporter::load(kelvartest::stlFile("head"), progress), Progress::Cancelled);
+}
+
+TEST(ImportJob, LoadsOnItsOwnThreadAndCarriesErrorsOver)
+{
+    hostkit::ImportJob good({kelvartest::stlFile("shape"), kelvartest::stlFile("bearing")});
+    const auto models = good.take();
+    ASSERT_EQ(models.size(), 2u);
+    EXPECT_EQ(models[1].name, "bearing");
+    EXPECT_TRUE(good.finished());
+
+    hostkit::ImportJob bad({kelvartest::stlFile("shape"), "nowhere.stl"});
+    EXPECT_THROW(bad.take(), ModelImporter::Error);
+
+    hostkit::ImportJob stopped({kelvartest::stlFile("head")});
+    stopped.cancel();
+    EXPECT_THROW(stopped.take(), Progress::Cancelled);
+}
