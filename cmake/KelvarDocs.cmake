@@ -1,4 +1,4 @@
-# The target `docs`: the reference of the public headers, in docs/html of the build folder. It fails on any
+# The target `docs`: the reference of the public headers and the guides, in docs/html of the build folder. It fails on any
 # warning.
 
 find_program(DOXYGEN doxygen)
@@ -10,7 +10,7 @@ if(DOXYGEN)
         CONTENT
             "@INCLUDE = \"@CMAKE_SOURCE_DIR@/docs/Doxyfile\"
 PROJECT_NUMBER = @PROJECT_VERSION@
-INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\"
+INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@/docs/manual.md\" \"@CMAKE_SOURCE_DIR@/docs/architecture.md\"
 STRIP_FROM_PATH = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\"
 EXCLUDE_PATTERNS = */@private_headers@
 OUTPUT_DIRECTORY = \"@CMAKE_BINARY_DIR@/docs\"

@@ -95,7 +95,7 @@ QImage SceneWindow::picture(const QSize& pixels)
     gl_.makeCurrent(this);
     setSize(pixels);
     QImage image;
-    scene_->drawGl(static_cast<const OruSceneEventContext&>(context_), image);
+    scene_->drawGl(context_, image);
     return image;
 }
 
