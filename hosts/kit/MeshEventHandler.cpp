@@ -63,7 +63,9 @@ bool MeshEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* ed
 
 bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
 {
-    if (part_.dropListener_ && part_.parent()) {
+    // A press on a part that stays where it is turned the view; nothing was let go.
+    const bool carried = part_.dragged_ != Kelvar::Math::Vector3();
+    if (carried && part_.dropListener_ && part_.parent()) {
         part_.dropListener_(part_.name(), nameOf(*part_.parent(), target.name));
     }
     return false;

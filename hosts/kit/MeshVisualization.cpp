@@ -70,6 +70,10 @@ void MeshVisualization::draw3d(const DrawContext& context)
 OruVisHitRecordList MeshVisualization::select3d(const SelectContext& context)
 {
     view_ = View{context.modelView, context.projection, context.viewport};
+    if (dragged_ != Vector3()) {
+        // It hangs on the pointer; what it is dropped on lies below.
+        return {};
+    }
     SelectContext own(context.geometry, context.cache, context.resource, context.viewport, context.text,
                       context.format);
     own.modelView = place() * context.modelView;

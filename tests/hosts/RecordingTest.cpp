@@ -1,0 +1,107 @@
+// Recordings as text: what is written reads back, and what is no recording is refused with its place.
+
+#include "hosts/kit/Recording.h"
+
+#include <gmock/gmock.h>
+
+#include <tuple>
+
+using hostkit::InputEvent;
+using hostkit::Recording;
+using Kind = hostkit::InputEvent::Kind;
+
+namespace {
+
+auto fields(const InputEvent& event)
+{
+    return std::make_tuple(event.kind, event.button, event.modifiers, event.pixel.x(), event.pixel.y(),
+                           event.amount);
+}
+
+TEST(Recording, EveryEventReadsBackOnItsPixel)
+{
+    const InputEvent rows[] = {
+        {Kind::Press, OruMouse::ButtonContext, 3, {0, 798}, 0},
+        {Kind::Release, OruMouse::ButtonView, 0, {1278, 0}, 0},
+        {Kind::Click, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::DoubleClick, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::Move, OruMouse::ButtonPick, 64, {-17, 5000}, 0},
+        {Kind::Wheel, OruMouse::ButtonPick, 12, {640, 3}, -1},
+        {Kind::KeyPress, OruMouse::ButtonPick, 2, {}, 'X'},
+        {Kind::KeyRelease, OruMouse::ButtonPick, 0, {}, '5'},
+        {Kind::KeyPress, OruMouse::ButtonPick, 0, {}, 0x01000020},
+        {Kind::FocusIn, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::FocusOut, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::Enter, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::Leave, OruMouse::ButtonPick, 0, {}, 0},
+        {Kind::Cancel, OruMouse::ButtonPick, 0, {}, 0},
+    };
+    for (const QSize& size : {QSize(1279, 799), QSize(3, 7), QSize(1, 1)}) {
+        Recording head;
+        head.size = size;
+        head.models.append(QStringLiteral("/a model/with blanks.glb"));
+        head.position = QStringLiteral("-x");
+        head.settings = {{QStringLiteral("render/textInfo"), QStringLiteral("true")}};
+        QByteArray text = head.head() + "\n# a comment\n";
+        for (const InputEvent& event : rows) {
+            text += Recording::line(event, size);
+        }
+        const Recording read = Recording::parse(text, QStringLiteral("r"));
+        EXPECT_EQ(read.head(), head.head());
+        const std::vector<InputEvent> events = read.events(size);
+        ASSERT_EQ(events.size(), std::size(rows));
+        for (std::size_t i = 0; i < events.size(); ++i) {
+            const QPoint pixel = rows[i].kind <= Kind::Wheel && rows[i].kind != Kind::Click &&
+                                         rows[i].kind != Kind::DoubleClick
+                                     ? rows[i].pixel
+                                     : events[i].pixel;
+            InputEvent expected = rows[i];
+            expected.pixel = pixel;
+            EXPECT_EQ(fields(events[i]), fields(expected)) << "event " << i << " at " << size.width();
+        }
+    }
+}
+
+TEST(Recording, PositionsFollowTheSizeOfTheView)
+{
+    const Recording recording =
+        Recording::parse("kelvar-recording 1\nsize 10x10\nmove - 0.25 0.75\n", QStringLiteral("r"));
+    EXPECT_EQ(recording.events(QSize(10, 10)).front().pixel, QPoint(2, 7));
+    EXPECT_EQ(recording.events(QSize(400, 200)).front().pixel, QPoint(100, 150));
+}
+
+TEST(Recording, RefusedWithLineAndReason)
+{
+    const std::string good = "kelvar-recording 1\nsize 10x10\n";
+    const struct
+    {
+        std::string text;
+        const char* error;
+    } rows[] = {
+        {"", "r:1: not a recording"},
+        {"kelvar-recording 2\n", "r:1: not a recording"},
+        {"kelvar-recording 1\n", "there is no size"},
+        {"kelvar-recording 1\nsize 0x5\n", "r:2: \"0x5\" is not a size"},
+        {good + "fly away\n", "r:3: \"fly\" is no event"},
+        {good + "press\n", "r:3: a button is missing"},
+        {good + "press up - 0 0\n", "r:3: \"up\" is no button"},
+        {good + "press left hyper 0 0\n", "r:3: \"hyper\" is no modifier"},
+        {good + "\nmove - 0.5\n", "r:4: a position is missing"},
+        {good + "move - 0.5 nan\n", "r:3: \"nan\" is no position"},
+        {good + "move - 1e9 0\n", "r:3: \"1e9\" is no position"},
+        {good + "move - 0 0 0\n", "r:3: \"0\" is too much"},
+        {good + "wheel 7 - 0 0\n", "r:3: a wheel event is one step"},
+        {good + "key 99999999999 -\n", "r:3: \"99999999999\" is no whole number"},
+        {good + "set render\n", "r:3: \"set\" is no event"},
+    };
+    for (const auto& row : rows) {
+        try {
+            Recording::parse(QByteArray::fromStdString(row.text), QStringLiteral("r"));
+            ADD_FAILURE() << "accepted: " << row.text;
+        } catch (const Recording::Error& error) {
+            EXPECT_THAT(error.what(), ::testing::HasSubstr(row.error)) << row.text;
+        }
+    }
+}
+
+} // namespace
