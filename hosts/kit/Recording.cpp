@@ -14,7 +14,7 @@ namespace {
 
 const char* const magic = "kelvar-recording 1";
 constexpr int mostPixels = 1 << 20;
-constexpr int mostViewFractions = 1000;
+constexpr int mostViewFractions = 1000000;
 constexpr qint64 mostBytes = 256 << 20;
 
 /// What a line of each kind says behind its word, in this order.
