@@ -89,7 +89,6 @@ void compareFrames(hostkit::OffscreenView& view, HostScene& host, const bench::B
     drawBare();
     const QImage barePicture = view.grab();
     drawScene();
-    view.grab().save("/tmp/scene.png"); barePicture.save("/tmp/bare.png");
     expectSamePicture(view.grab(), barePicture);
     const auto costs = bench::interleave(rounds, {drawBare, drawScene});
     bench::reportRatios(name, costs[1], costs[0], aim);
