@@ -167,7 +167,9 @@ void HostScene::refresh()
 
 void HostScene::updateProjection()
 {
-    context_.projection = glGetOrtho(context_.viewport, context_.bounds, context_.modelView);
+    // The bounds of this moment: what was moved since the last draw must not fall behind the far plane.
+    const Kelvar::Math::BoundingBox bounds = scene_.render.visualizations.bounds();
+    context_.projection = glGetOrtho(context_.viewport, bounds, context_.modelView);
 }
 
 QString HostScene::freeName(const QString& name)
