@@ -174,8 +174,8 @@ private:
             const QStringList sides = rest.split(QLatin1Char('x'));
             recording_.size =
                 sides.size() == 2 ? QSize(wholeNumber(sides[0]), wholeNumber(sides[1])) : QSize();
-            const QSize& size = recording_.size;
-            if (size.isEmpty() || size.width() > mostPixels || size.height() > mostPixels) {
+            const QSize& read = recording_.size;
+            if (read.isEmpty() || read.width() > mostPixels || read.height() > mostPixels) {
                 fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(rest));
             }
         } else if (word == QLatin1String("model")) {
