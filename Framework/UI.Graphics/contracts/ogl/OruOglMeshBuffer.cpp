@@ -5,6 +5,7 @@
 #include "contracts/ogl/OruOglGl.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -24,7 +25,7 @@ bool usable(const OruOglMeshArrays& arrays)
 
 const void* bufferOffset(std::size_t bytes)
 {
-    return static_cast<const char*>(nullptr) + bytes;
+    return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bytes));
 }
 
 // Arrays that a host may have left enabled; a mesh enables those of its own.
