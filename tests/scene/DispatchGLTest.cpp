@@ -235,6 +235,8 @@ const Row reentryRows[] = {
     {"release out of a drop", "AdBu", "A.drop=Au",
      "A.drop(7,9) A.release(7) host.release(7,one) host.drop(7,9,one,two) " RELEASE_A},
     {"event out of a click", "Ac", "A.click=E", "A.click(7) " ENTER_A " host.click(7,one,0)"},
+    {"dies and goes on with an event of its own", "Adg", "A.drag=kg",
+     "A.drag(7,3,-4) A.drag(7,3,-4) host.drag(7,null,3,-4) host.drag(7,null,3,-4)"},
     {"press out of a release grabs nothing", "AdBug", "host.release=d", DROP_AB " " RELEASE_A},
 };
 
@@ -335,19 +337,18 @@ TEST_F(DispatchGLTest, HitTestBringsThePickUpToDate)
     ctx.modelView = Matrix::scale(0.5f);
     ctx.projection = Matrix::scale(0.25f);
     ctx.mouse.move(QPoint(12, 34), KeyModifier());
+    QSize seen;
+    probe.pickAction = [&](const std::string& pass, const OruVisualization::SelectContext& sel,
+                           OruVisHitRecordList&) {
+        seen = sel.pickSize;
+        EXPECT_EQ(sel.pickPoint, QPoint(12, 34));
+        EXPECT_TRUE(pass == "select2d" || sel.modelView == ctx.modelView);
+        EXPECT_TRUE(pass == "select2d" || sel.projection == ctx.projection);
+    };
     for (const auto& row : sizes) {
-        SCOPED_TRACE(row.stored);
         scene.render.setValue("pickSize", row.stored);
-        QSize seen;
-        probe.pickAction = [&](const std::string& pass, const OruVisualization::SelectContext& sel,
-                               OruVisHitRecordList&) {
-            seen = sel.pickSize;
-            EXPECT_EQ(sel.pickPoint, QPoint(12, 34));
-            EXPECT_TRUE(pass == "select2d" || sel.modelView == ctx.modelView);
-            EXPECT_TRUE(pass == "select2d" || sel.projection == ctx.projection);
-        };
         run("m");
-        EXPECT_EQ(seen, QSize(row.size, row.size));
+        EXPECT_EQ(seen, QSize(row.size, row.size)) << row.stored;
     }
     probe.passes.clear();
     run("m");

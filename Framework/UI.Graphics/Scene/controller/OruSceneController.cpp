@@ -115,12 +115,12 @@ void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& new
     }
     ResetScope scope(*this);
     const CurrentHitRecord down = downHit;
-    tellHandler(down.handler, [&](IOruVisEventHandler& handler) {
+    tellHandler(down, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnRelease(down.hit, editor.get());
     });
     const CurrentHitRecord hover = hoverHit;
-    tellHandler(hover.handler, [&](IOruVisEventHandler& handler) {
+    tellHandler(hover, [&](IOruVisEventHandler& handler) {
         QString dropped;
         return handler.OnHoverLeave(hover.hit, makeStringBuilder(render), dropped);
     });
@@ -171,8 +171,8 @@ bool OruSceneController::OnMouseDrag(OruSceneRender&, const OruSceneEventContext
     }
     const CurrentHitRecord held = downHit;
     const QPoint delta = ctx.mouse.mousedelta();
-    const bool byHandler = tellHandler(
-        held.handler, [&](IOruVisEventHandler& handler) { return handler.OnDrag(held.hit, delta); });
+    const bool byHandler =
+        tellHandler(held, [&](IOruVisEventHandler& handler) { return handler.OnDrag(held.hit, delta); });
     const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
         return host.OnDrag(held.hit, liveVisualization(held), delta);
     });
@@ -199,7 +199,7 @@ bool OruSceneController::OnMouseMove(OruSceneRender& render, const OruSceneEvent
 bool OruSceneController::leaveHovered(OruSceneRender& render, QString& tooltip)
 {
     const CurrentHitRecord left = hoverHit;
-    const bool byHandler = tellHandler(left.handler, [&](IOruVisEventHandler& handler) {
+    const bool byHandler = tellHandler(left, [&](IOruVisEventHandler& handler) {
         return handler.OnHoverLeave(left.hit, makeStringBuilder(render), tooltip);
     });
     const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
@@ -211,7 +211,7 @@ bool OruSceneController::leaveHovered(OruSceneRender& render, QString& tooltip)
 bool OruSceneController::enterHovered(OruSceneRender& render, QString& tooltip)
 {
     const CurrentHitRecord entered = hoverHit;
-    const bool byHandler = tellHandler(entered.handler, [&](IOruVisEventHandler& handler) {
+    const bool byHandler = tellHandler(entered, [&](IOruVisEventHandler& handler) {
         return handler.OnHoverEnter(entered.hit, makeStringBuilder(render), tooltip);
     });
     const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
@@ -251,7 +251,7 @@ bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& he
     const oru::view_ptr<const OruProperties> target =
         readable ? oru::view_ptr<const OruProperties>(*released.visualization)
                  : oru::view_ptr<const OruProperties>();
-    const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
+    const bool byHandler = tellHandler(held, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnDrop(held.hit, released.hit, editor.get());
     });
@@ -266,7 +266,7 @@ bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& he
 
 bool OruSceneController::release(OruSceneRender& render, const CurrentHitRecord& held)
 {
-    const bool byHandler = tellHandler(held.handler, [&](IOruVisEventHandler& handler) {
+    const bool byHandler = tellHandler(held, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnRelease(held.hit, editor.get());
     });

@@ -92,7 +92,7 @@ bool OruSceneController::clickEmpty(bool withModifier)
 bool OruSceneController::clickObject(OruSceneRender& render, const CurrentHitRecord& clicked,
                                      bool withModifier)
 {
-    const bool byHandler = oru::tellHandler(clicked.handler, [&](IOruVisEventHandler& handler) {
+    const bool byHandler = oru::tellHandler(clicked, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
         return handler.OnClick(clicked.hit, editor.get());
     });
