@@ -37,6 +37,7 @@ MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::share
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , mesh_(std::move(mesh))
     , handler_(boost::make_shared<MeshEventHandler>(*this))
+    , closed_(mesh_->closed)
 {
     rename(mesh_->name);
     setReach(Reach::WhenInView);
@@ -51,20 +52,31 @@ void MeshVisualization::draw3d(const DrawContext& context)
     if (!upload(context.geometry)) {
         return;
     }
-    const Matrix at = place();
-    const bool moved = at != Matrix();
-    // Not the current colour: some drivers then miss that the tracked material has to follow it back.
-    glPushAttrib(GL_ENABLE_BIT | (marked.value() ? GL_LIGHTING_BIT : 0));
-    setAppearance();
-    if (moved) {
-        glPushMatrix();
-        glMultMatrixf(at.data());
+    const Look& shown = look();
+    if (shown.marked) {
+        glPushAttrib(GL_LIGHTING_BIT);
+        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
     }
+    if (shown.moved) {
+        glPushMatrix();
+        glMultMatrixf(shown.place.data());
+    }
+    // The pass culls; only what is open takes that off for its own draw. The current colour is not put back:
+    // some drivers then miss that the tracked material has to follow it.
+    if (!closed_) {
+        glDisable(GL_CULL_FACE);
+    }
+    glColor(shown.colour);
     buffer_->draw();
-    if (moved) {
+    if (!closed_) {
+        glEnable(GL_CULL_FACE);
+    }
+    if (shown.moved) {
         glPopMatrix();
     }
-    glPopAttrib();
+    if (shown.marked) {
+        glPopAttrib();
+    }
 }
 
 OruVisHitRecordList MeshVisualization::select3d(const SelectContext& context)
@@ -93,9 +105,8 @@ OruVisHitRecordList MeshVisualization::select3d(const SelectContext& context)
 BoundingBox MeshVisualization::bounds() const
 {
     BoundingBox box = mesh_->bounds;
-    const Matrix at = place();
-    if (at != Matrix()) {
-        box *= at;
+    if (look().moved) {
+        box *= place();
     }
     return box;
 }
@@ -120,22 +131,16 @@ bool MeshVisualization::upload(OruOglGeometry& geometry)
     return done;
 }
 
-void MeshVisualization::setAppearance() const
+const MeshVisualization::Look& MeshVisualization::look() const
 {
-    if (mesh_->closed) {
-        glEnable(GL_CULL_FACE);
-    } else {
-        glDisable(GL_CULL_FACE);
+    if (look_.revision != revision()) {
+        look_.revision = revision();
+        look_.marked = marked.value();
+        look_.colour = look_.marked ? markColour : color.value();
+        look_.place = dragged_ == Vector3() ? offset.value() : offset.value() * Matrix::translate(dragged_);
+        look_.moved = look_.place != Matrix();
     }
-    if (marked.value()) {
-        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
-    }
-    glColor(marked.value() ? markColour : color.value());
-}
-
-Matrix MeshVisualization::place() const
-{
-    return dragged_ == Vector3() ? offset.value() : offset.value() * Matrix::translate(dragged_);
+    return look_;
 }
 
 void MeshVisualization::moveBy(const QPoint& delta)

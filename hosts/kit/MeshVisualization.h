@@ -7,6 +7,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -65,9 +66,20 @@ private:
         OruOglViewport viewport;
     };
 
+    /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
+    /// the draw of a small mesh.
+    struct Look
+    {
+        std::uint64_t revision = 0;
+        bool marked = false;
+        bool moved = false;
+        QColor colour;
+        Kelvar::Math::Matrix place;
+    };
+
     bool upload(OruOglGeometry& geometry);
-    void setAppearance() const;
-    Kelvar::Math::Matrix place() const;
+    const Look& look() const;
+    const Kelvar::Math::Matrix& place() const { return look().place; }
     void moveBy(const QPoint& delta);
     void endMove(IOruVisPropertyEdit* editor);
 
@@ -76,6 +88,9 @@ private:
     boost::shared_ptr<MeshEventHandler> handler_;
     DropListener dropListener_;
     std::unique_ptr<OruOglMeshBuffer> buffer_;
+    const bool closed_;
+    /// As of its revision of this node.
+    mutable Look look_;
     View view_;
     /// How far a drag that still goes on has moved the part.
     Kelvar::Math::Vector3 dragged_;
