@@ -27,6 +27,7 @@ public:
         : editor_(boost::make_shared<UndoEditor>())
     {
         scene().render.setCustomEditor(editor_);
+        scene().render.significantDigits.setValue(3);
         addBars();
         using namespace Kelvar::Math;
         lookFrom(Matrix::rotate(VectorZ, -30.0f) * Matrix::rotate(VectorX, -65.0f));

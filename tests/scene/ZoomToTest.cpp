@@ -85,7 +85,7 @@ TEST_F(ZoomToTest, EachPositionTurnsCentresAndFits)
         BoundingBox turned;
         for (int corner = 0; corner < 8; ++corner) {
             const QVector3D arm = toQt(ctx.bounds.corner(corner) - ctx.bounds.center());
-            turned.add(fromQt(turn * arm));
+            turned.add(fromQt(turn.map(arm)));
         }
         const float scale = 1.8f / std::max(turned.width(), turned.height());
         QMatrix4x4 expected;

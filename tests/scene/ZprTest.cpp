@@ -183,7 +183,7 @@ TEST_F(ZprTest, RotateTurnsByTheLengthOfTheDragAndFollowsTheHand)
         const Vector3 pivot = before.transform(ctx.center);
         for (const Vector3& point : {Vector3(0.0f, 0.0f, 0.0f), Vector3(4.0f, -1.0f, 2.0f)}) {
             const QVector3D arm = toQt(before.transform(point) - pivot);
-            EXPECT_THAT(ctx.modelView.transform(point), NearVector(pivot + fromQt(turn * arm), 1e-5));
+            EXPECT_THAT(ctx.modelView.transform(point), NearVector(pivot + fromQt(turn.map(arm)), 1e-5));
         }
     }
     ctx.modelView = before;
