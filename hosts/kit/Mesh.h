@@ -7,6 +7,7 @@
 #include <QColor>
 #include <QString>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -44,6 +45,11 @@ struct Mesh
     bool closed = false;
 
     Kelvar::Math::BoundingBox bounds;
+
+    /// Boxes of the runs of `runLength` triangles that `indices` is made of, the last one shorter.
+    std::vector<Kelvar::Math::BoundingBox> runs;
+    static constexpr std::size_t runLength = 256;
+
     TriangleHierarchy hierarchy;
 };
 

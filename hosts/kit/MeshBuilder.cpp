@@ -52,6 +52,7 @@ std::shared_ptr<const Mesh> MeshBuilder::build(MeshSource source, const ReportSh
     report(0.7f);
     Mesh& mesh = *builder.mesh_;
     mesh.closed = builder.topology_.watertight() && builder.facesOutwards();
+    builder.buildRuns();
     mesh.hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
     report(1.0f);
     return builder.mesh_;
@@ -216,6 +217,19 @@ bool MeshBuilder::facesOutwards() const
         volume += dot(a, cross(b, c));
     }
     return volume > 0.0;
+}
+
+void MeshBuilder::buildRuns()
+{
+    constexpr std::size_t corners = 3 * Mesh::runLength;
+    for (std::size_t first = 0; first < mesh_->indices.size(); first += corners) {
+        Kelvar::Math::BoundingBox box;
+        const std::size_t end = std::min(first + corners, mesh_->indices.size());
+        for (std::size_t corner = first; corner < end; ++corner) {
+            box.add(mesh_->positions[mesh_->indices[corner]]);
+        }
+        mesh_->runs.push_back(box);
+    }
 }
 
 } // namespace hostkit

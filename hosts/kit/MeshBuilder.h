@@ -38,6 +38,7 @@ private:
     Kelvar::Math::Vector3 normalAt(uint32_t corner) const;
     uint32_t vertexFor(uint32_t corner, const Kelvar::Math::Vector3& normal, std::size_t firstAtPoint);
     bool facesOutwards() const;
+    void buildRuns();
 
     MeshSource source_;
     ReportShare report_;

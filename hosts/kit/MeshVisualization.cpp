@@ -9,6 +9,7 @@
 #include "contracts/vis/IOruVisPropertyEdit.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
+#include "contracts/vis/OruVisViewVolume.h"
 #include "hosts/kit/MeshEventHandler.h"
 
 #include <boost/make_shared.hpp>
@@ -24,6 +25,8 @@ namespace {
 const QColor markColour(255, 140, 0);
 /// Added to what the lights give, so that a mark shows on parts with colours of their own, too.
 constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
+
+constexpr std::size_t leastIndicesToCull = 3 * 16 * Mesh::runLength;
 
 } // namespace
 
@@ -67,7 +70,7 @@ void MeshVisualization::draw3d(const DrawContext& context)
         glDisable(GL_CULL_FACE);
     }
     glColor(shown.colour);
-    buffer_->draw();
+    drawTriangles();
     if (!closed_) {
         glEnable(GL_CULL_FACE);
     }
@@ -129,6 +132,34 @@ bool MeshVisualization::upload(OruOglGeometry& geometry)
     const bool done = buffer_->upload(arrays);
     oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
     return done;
+}
+
+/// A large mesh draws what is in view of it; for a small one asking costs more than it saves.
+void MeshVisualization::drawTriangles() const
+{
+    if (buffer_->indexCount() >= leastIndicesToCull) {
+        drawRunsInView();
+    } else {
+        buffer_->draw();
+    }
+}
+
+void MeshVisualization::drawRunsInView() const
+{
+    const auto volume = OruVisViewVolume::ofView(place() * view_.modelView, view_.projection, view_.viewport);
+    constexpr std::size_t corners = 3 * Mesh::runLength;
+    const std::vector<BoundingBox>& runs = mesh_->runs;
+    std::size_t end = 0;
+    for (std::size_t first = 0; first < runs.size(); first = end + 1) {
+        end = first;
+        while (end < runs.size() && volume.meets(runs[end])) {
+            ++end;
+        }
+        // Neighbours in view go in one call.
+        if (end > first) {
+            buffer_->draw(first * corners, (end - first) * corners);
+        }
+    }
 }
 
 const MeshVisualization::Look& MeshVisualization::look() const

@@ -78,6 +78,8 @@ private:
     };
 
     bool upload(OruOglGeometry& geometry);
+    void drawTriangles() const;
+    void drawRunsInView() const;
     const Look& look() const;
     const Kelvar::Math::Matrix& place() const { return look().place; }
     void moveBy(const QPoint& delta);

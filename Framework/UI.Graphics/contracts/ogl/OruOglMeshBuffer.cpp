@@ -192,7 +192,8 @@ bool OruOglMeshBuffer::empty() const
 
 bool OruOglMeshBuffer::belongsTo(const OruOglGeometry& geometry) const
 {
-    return store_.lock() == geometry.store_;
+    // By owner, which takes no lock: this is asked at each draw.
+    return !store_.owner_before(geometry.store_) && !geometry.store_.owner_before(store_);
 }
 
 std::size_t OruOglMeshBuffer::byteCount() const
