@@ -149,11 +149,8 @@ public:
 private:
     [[noreturn]] void fail(const QString& reason) const
     {
-        throw Error(QStringLiteral("%1:%2: %3")
-                        .arg(name_)
-                        .arg(std::min<int>(line_ + 1, lines_.size()))
-                        .arg(reason)
-                        .toStdString());
+        const int line = std::min<int>(line_ + 1, lines_.size());
+        throw Error(QStringLiteral("%1:%2: %3").arg(name_, QString::number(line), reason).toStdString());
     }
 
     void readLine(const QString& text)
