@@ -90,8 +90,14 @@ bool readText(const QString& file, QByteArray& text, QString* error)
     if (!in.open(QIODevice::ReadOnly)) {
         return fail(error, file, in.errorString());
     }
-    // Never trust the size alone: a device or a growing file has more than it says.
-    text = in.read(OruPropertiesFile::MaximumBytes + 1);
+    // Never trust the size alone: a device or a growing file has more than it says. Piece by piece, since a
+    // read makes room for as much as it is asked for.
+    constexpr int pieceBytes = 1 << 16;
+    QByteArray piece;
+    do {
+        piece = in.read(pieceBytes);
+        text += piece;
+    } while (!piece.isEmpty() && text.size() <= OruPropertiesFile::MaximumBytes);
     if (in.error() != QFile::NoError) {
         return fail(error, file, in.errorString());
     }
