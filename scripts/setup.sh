@@ -4,11 +4,12 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build=$root/build/release
 
-# Installs what scripts/packages.txt names and the machine lacks. Asks the package database first, so that a
-# machine that has everything needs neither a network nor rights.
+# Installs what the given lists name, scripts/packages.txt if none is given, and the machine lacks. Asks the
+# package database first, so that a machine that has everything needs neither a network nor rights.
 install_packages() {
     local wanted missing=() package sudo=()
-    mapfile -t wanted < <(sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$root/scripts/packages.txt")
+    [ "$#" -gt 0 ] || set -- "$root/scripts/packages.txt"
+    mapfile -t wanted < <(sed -e 's/#.*//' -e '/^[[:space:]]*$/d' "$@")
     local installed
     installed=$(dpkg-query -W -f '${db:Status-Status} ${Package}\n' "${wanted[@]}" 2>/dev/null |
         sed -n 's/^installed //p' || true)
@@ -46,6 +47,12 @@ build_targets() {
 have_display() {
     [ -n "${DISPLAY:-}" ] && timeout 5 xdotool getdisplaygeometry >/dev/null 2>&1
 }
+
+# Qt complains where a login session has not set this up.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    export XDG_RUNTIME_DIR=${TMPDIR:-/tmp}/runtime-$(id -un)
+    mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+fi
 
 # Runs a command under a virtual display that goes away with it.
 with_virtual_display() {
