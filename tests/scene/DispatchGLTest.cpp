@@ -19,7 +19,6 @@ using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 using Kelvar::UI::Toolkit::KeyModifier;
-using ::testing::_;
 using ::testing::ElementsAre;
 
 namespace {
@@ -304,10 +303,10 @@ TEST_F(DispatchGLTest, CallsCarryEditorBuilderAndTooltip)
         tooltip = "lost";
         return true;
     });
-    EXPECT_CALL(*a, OnDrop(_, _, inForce));
-    EXPECT_CALL(*a, OnRelease(_, inForce)).Times(2);
-    EXPECT_CALL(*a, OnClick(_, inForce));
-    EXPECT_CALL(*host, OnClick(_, _, true));
+    EXPECT_CALL(*a, OnDrop(testing::_, testing::_, inForce));
+    EXPECT_CALL(*a, OnRelease(testing::_, inForce)).Times(2);
+    EXPECT_CALL(*a, OnClick(testing::_, inForce));
+    EXPECT_CALL(*host, OnClick(testing::_, testing::_, true));
     ctx.tooltip = "was ";
     run("md");
     EXPECT_EQ(ctx.tooltip, "was <0,5>host");
@@ -375,18 +374,18 @@ TEST_F(DispatchGLTest, CopiesShareAndMovesTakeHostAndHandlers)
     OruSceneController moved(std::move(copy));
     const auto drag = [&](OruSceneController& controller) {
         log.text.clear();
-        controller.OnMouseDrag(scene.render, ctx);
+        controller.OnMouseDrag(scene.render, ctx); // NOLINT: also one that was moved from
         return log.text;
     };
     const std::string told = "A.drag(7,0,0) host.drag(7,one,0,0)";
     EXPECT_EQ(drag(moved), told);
     EXPECT_EQ(drag(scene.controller()), told);
-    EXPECT_EQ(drag(copy), ""); // NOLINT(bugprone-use-after-move): what is left is a controller without a grab
+    EXPECT_EQ(drag(copy), "");
     copy = scene.controller();
     EXPECT_EQ(drag(copy), told);
     moved = std::move(copy);
     log.text.clear();
-    copy.reset(second, scene.render); // NOLINT(bugprone-use-after-move): and without a live hover
+    copy.reset(second, scene.render); // NOLINT: moved from, it has no live hover
     {
         const OruSceneController dying(scene.controller());
     }
@@ -409,7 +408,7 @@ TEST_F(DispatchGLTest, RecordsAreValuesWithAWeakHandler)
     const OruSceneController::CurrentHitRecord moved(std::move(record));
     record = std::move(copy);
     EXPECT_TRUE(moved.hasHandler() && record.hasHandler());
-    EXPECT_FALSE(copy.hasHandler()); // NOLINT(bugprone-use-after-move): the rest of it stays
+    EXPECT_FALSE(copy.hasHandler()); // NOLINT: the rest of it stays
     EXPECT_EQ(copy.hit.name, 7u);
     EXPECT_EQ(copy.visualization, one.get());
     a.reset();
@@ -493,7 +492,7 @@ TEST_F(TriadClickGLTest, WhatIsNoLabelGoesNowhereAndWhatIsNoTriadGoesOn)
 {
     const auto label = boost::make_shared<OruVisHitLabelQualifier>(QStringLiteral("Z"));
     const BoundingBox edgeOn(Vector3(), Vector3(0.0f, 0.0f, 1.0f));
-    const struct
+    const struct // NOLINT: the columns read better in this order
     {
         const char* name;
         unsigned int hitName;

@@ -77,7 +77,7 @@ enum class Gesture
     Box
 };
 
-struct GestureRow
+struct GestureRow // NOLINT: the columns read better in this order
 {
     const char* name;
     int mode;
@@ -144,7 +144,7 @@ TEST_F(EventsGLTest, ButtonModifierAndModeMeanAGesture)
     }
 }
 
-struct MoveRow
+struct MoveRow // NOLINT: the columns read better in this order
 {
     const char* name;
     const char* held; ///< buttons: Pick, which has grabbed an object, and Context

@@ -215,7 +215,7 @@ protected:
     void act()
     {
         ctx.keyModifiers = static_cast<unsigned int>(chance(3) ? random(0, 3) : 0);
-        const char keys[] = {'F', 'I', 'X', 'Y', 'Z', 'Q', '\0'};
+        const int keys[] = {'F', 'I', 'X', 'Y', 'Z', 'Q', 0};
         ctx.key = keys[random(0, 6)];
         const Event others[] = {&OruScene::focusIn,    &OruScene::focusOut,         &OruScene::mouseEnter,
                                 &OruScene::mouseLeave, &OruScene::mouseDoubleClick, &OruScene::keyPress,

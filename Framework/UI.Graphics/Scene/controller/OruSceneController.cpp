@@ -103,7 +103,7 @@ OruSceneController::~OruSceneController() = default;
 void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& newController,
                                OruSceneRender& render)
 {
-    // The argument may be a pointer that a call below changes.
+    // The argument may be a pointer that a call below changes. NOLINTNEXTLINE(performance-unnecessary-*)
     const boost::shared_ptr<IOruSceneController> next = newController;
     if (ResetScope* const outer = ResetScope::find(*this)) {
         outer->superseded = true;

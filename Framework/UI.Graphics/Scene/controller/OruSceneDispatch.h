@@ -26,6 +26,7 @@ bool tellHandler(const OruSceneController::CurrentHitRecord& record, Call call)
 
 /// Calls the host's controller if there is one. It gets a copy of the pointer, since a call may replace it.
 template <typename Call>
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool tellHost(boost::shared_ptr<IOruSceneController> host, Call call)
 {
     return host && call(*host);
