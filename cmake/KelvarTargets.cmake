@@ -31,6 +31,7 @@ function(kelvar_library target)
         ${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/Framework/UI.Graphics>
                          $<BUILD_INTERFACE:${CMAKE_BINARY_DIR}/include>
                          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/Kelvar>)
+    target_compile_features(${target} PUBLIC cxx_std_17)
     target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
     # What a library uses it must name. The sanitizers leave their run time to the program.
     if(NOT KELVAR_SANITIZE)

@@ -151,6 +151,7 @@ OruVisHitRecordList Bar::select3d(const SelectContext& context)
 {
     OruVisHitRecordList hits;
     const OruVisPickVolume window(context);
+    const boost::weak_ptr<IOruVisEventHandler> handler = handler_;
     const BoundingBox box = bounds();
     const Matrix toModel = window.toWindow().inverse();
     pixelsPerUnit_ = window.toWindow().transformDirection(Kelvar::Math::VectorZ).y;
@@ -163,7 +164,7 @@ OruVisHitRecordList Bar::select3d(const SelectContext& context)
             if (depth) {
                 const OruVisHitRecord record = {*depth, hitName_.value()};
                 hits.add(record, OruVisHitRecordList::Rank::Scene3d, window.distanceFromCentre(px, py),
-                         handler_, this);
+                         handler, this);
             }
         }
     }
