@@ -122,7 +122,7 @@ protected:
     /// What a scene in good order shows and says in all that a user does.
     struct Doings
     {
-        QImage frame, captured;
+        QImage labelled, frame, captured;
         std::string calls;
     };
     Doings doAll()
@@ -130,7 +130,11 @@ protected:
         Doings done;
         // Ends what is special about the last hover and the last size.
         resetView();
+        ctx.mouse.move(QPoint(30, 60), ModifierNone);
+        ctx.tooltip = "tip";
         scene.drawGl(ctx);
+        done.labelled = gl.grab();
+        ctx.tooltip.clear();
         move('A');
         calls.clear();
         log.yes = {"A.drag"};
@@ -300,6 +304,7 @@ TEST_F(FaultInjectionGLTest, AnyCallMayThrowAnywhere)
             EXPECT_EQ(openSessions, 0);
             const Doings after = doAll();
             EXPECT_EQ(after.calls, good.calls);
+            EXPECT_TRUE(after.labelled == good.labelled);
             EXPECT_TRUE(after.frame == good.frame);
             EXPECT_TRUE(after.captured == good.captured);
             EXPECT_EQ(gl.faults(), "");
