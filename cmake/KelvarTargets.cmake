@@ -57,4 +57,10 @@ function(kelvar_test target)
     kelvar_compile_options(${target})
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES TIMEOUT 300)
+    if(KELVAR_SANITIZE)
+        set_tests_properties(
+            ${target}
+            PROPERTIES TIMEOUT 3000
+                       ENVIRONMENT LSAN_OPTIONS=print_suppressions=0:suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp)
+    endif()
 endfunction()

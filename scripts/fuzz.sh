@@ -5,10 +5,10 @@ set -euo pipefail
 
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 seconds=${1:-60}
-build=$root/build/fuzz
+use_preset fuzz
 
 install_packages "$root/scripts/packages.txt" "$root/scripts/packages-fuzz.txt"
-[ -f "$build/build.ninja" ] || (cd "$root" && cmake --preset fuzz) >&2
+configure
 build_targets fuzz/all
 
 # Saving waits for the disk; in memory there is no disk to wait for.

@@ -1,8 +1,14 @@
-# Sourced by ./view and ./test: what both need before they can run. Sets `root` and `build`.
+# Sourced by the scripts of the root: what they need before they can run. Sets `root`, `preset` and `build`.
 # Everything here says little and costs little when there is nothing to do.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-build=$root/build/release
+
+# Chooses the preset that is configured and built, and with it the build folder.
+use_preset() {
+    preset=$1
+    build=$root/build/$preset
+}
+use_preset release
 
 # Installs what the given lists name, scripts/packages.txt if none is given, and the machine lacks. Asks the
 # package database first, so that a machine that has everything needs neither a network nor rights.
@@ -27,13 +33,13 @@ install_packages() {
     }
 }
 
-# Configures the release preset unless this very tree has been configured already.
+# Configures the chosen preset unless this very tree has been configured already.
 configure() {
     if [ -f "$build/build.ninja" ] && grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$root" "$build/CMakeCache.txt"; then
         return 0
     fi
     rm -rf "$build/CMakeCache.txt" "$build/CMakeFiles"
-    (cd "$root" && cmake --preset release) >&2
+    (cd "$root" && cmake --preset "$preset") >&2
 }
 
 # Builds the given targets, all of them when none is given. Quiet unless there is something to do or to complain of.

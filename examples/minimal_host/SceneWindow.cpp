@@ -70,7 +70,6 @@ SceneWindow::SceneWindow()
     }
     // Fonts come from the system, images from where the package has put them.
     scene_ = std::make_unique<OruScene>(QString(), QStringLiteral(IMAGE_DIR), QString());
-    context_.viewpointName = QStringLiteral("viewpoint");
     setSize(size() * devicePixelRatio());
 }
 
