@@ -26,6 +26,36 @@ const QColor markColour(255, 140, 0);
 /// Added to what the lights give, so that a mark shows on parts with colours of their own, too.
 constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
 
+/// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
+/// lit; an open mesh shows both sides.
+class ShownSides
+{
+public:
+    explicit ShownSides(bool closed)
+        : closed_(closed)
+    {
+        if (closed_) {
+            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
+        } else {
+            glDisable(GL_CULL_FACE);
+        }
+    }
+    ~ShownSides()
+    {
+        if (closed_) {
+            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+        } else {
+            glEnable(GL_CULL_FACE);
+        }
+    }
+    ShownSides(const ShownSides&) = delete;
+    ShownSides& operator=(const ShownSides&) = delete;
+
+private:
+    bool closed_;
+};
+
+/// A mesh with as many is worth asking which runs of it are in view.
 constexpr std::size_t leastIndicesToCull = 3 * 16 * Mesh::runLength;
 
 } // namespace
@@ -64,15 +94,11 @@ void MeshVisualization::draw3d(const DrawContext& context)
         glPushMatrix();
         glMultMatrixf(shown.place.data());
     }
-    // The pass culls; only what is open takes that off for its own draw. The current colour is not put back:
-    // some drivers then miss that the tracked material has to follow it.
-    if (!closed_) {
-        glDisable(GL_CULL_FACE);
-    }
+    // Not put back: some drivers then miss that the tracked material has to follow the current colour.
     glColor(shown.colour);
-    drawTriangles();
-    if (!closed_) {
-        glEnable(GL_CULL_FACE);
+    {
+        const ShownSides sides(closed_);
+        drawTriangles();
     }
     if (shown.moved) {
         glPopMatrix();
