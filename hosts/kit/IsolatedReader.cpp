@@ -125,7 +125,7 @@ public:
     {
         Array result;
         result.resize(static_cast<std::size_t>(value<uint64_t>()));
-        bytes(&result[0], result.size() * sizeof(result[0]));
+        bytes(result.data(), result.size() * sizeof(*result.data()));
         return result;
     }
 
