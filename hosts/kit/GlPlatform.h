@@ -10,8 +10,8 @@ namespace hostkit {
 /// does not work under EGL.
 struct GlPlatform
 {
-    /// To be called before the QGuiApplication is made: chooses the X platform and GLX, fractional pixel
-    /// ratios as they are, and makes format() the default.
+    /// To be called before the QGuiApplication is made: chooses the X platform and GLX, makes format() the
+    /// default, and lets screens have whole pixel ratios; QT_SCALE_FACTOR may still ask for another.
     static void prepare();
 
     /// 24 bits of depth, 8 of stencil, two buffers.

@@ -61,7 +61,7 @@ void HostScene::addModel(const Model& model)
         part->rename(freeName(mesh->name));
         part->setDropListener(dropListener_);
         if (scene_.render.visualizations.insert(part.get(), false)) {
-            part.release(); // the tree's from now on
+            static_cast<void>(part.release()); // the tree's from now on
         }
     }
     stale_ = true;

@@ -1,6 +1,9 @@
 #include "hosts/kit/InputFeed.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <exception>
+#include <utility>
 
 namespace hostkit {
 
@@ -30,6 +33,9 @@ const KindRow kindRows[] = {
     {Kind::Enter, &OruSceneEventHandler::mouseEnter},
     {Kind::Leave, &OruSceneEventHandler::mouseLeave},
 };
+
+/// Where the pointer is once it has left a view.
+const QPoint outside(-1, -1);
 
 InputEvent keyEvent(Kind kind, int key, unsigned int modifiers)
 {
@@ -103,7 +109,8 @@ void InputFeed::feedMouse(const InputEvent& event)
 
 bool InputFeed::press(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel)
 {
-    return apply({Kind::Press, button, modifiers, pixel, 0});
+    const bool lost = held(button) && cancel(); // its release never came
+    return apply({Kind::Press, button, modifiers, pixel, 0}) || lost;
 }
 
 bool InputFeed::release(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel)
@@ -135,8 +142,9 @@ bool InputFeed::wheel(int eighths, unsigned int modifiers, const QPoint& pixel)
 {
     turned_ += eighths;
     bool repaint = false;
-    for (; std::abs(turned_) >= wheelStep; turned_ -= turned_ > 0 ? wheelStep : -wheelStep) {
+    while (std::abs(turned_) >= wheelStep) {
         const int step = turned_ > 0 ? 1 : -1;
+        turned_ -= step * wheelStep;
         repaint |= apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, step});
     }
     return repaint;
@@ -159,17 +167,19 @@ bool InputFeed::focus(bool in)
 
 bool InputFeed::enter(bool in)
 {
-    return apply(plainEvent(in ? Kind::Enter : Kind::Leave));
+    // A hover ends outside: an object that is entered again tells its tooltip again.
+    const bool left = !in && !anyHeld() && move(0, outside);
+    return apply(plainEvent(in ? Kind::Enter : Kind::Leave)) || left;
 }
 
 bool InputFeed::cancel()
 {
-    for (const Held& held : held_) {
-        if (held.down) {
-            return apply(plainEvent(Kind::Cancel));
-        }
-    }
-    return false;
+    return anyHeld() && apply(plainEvent(Kind::Cancel));
+}
+
+bool InputFeed::anyHeld() const
+{
+    return std::any_of(held_.begin(), held_.end(), [](const Held& button) { return button.down; });
 }
 
 bool InputFeed::endGesture()
@@ -177,13 +187,20 @@ bool InputFeed::endGesture()
     OruSceneEventContext& ctx = host_.context();
     bool repaint = ctx.boxZoom != OruOglViewport();
     ctx.boxZoom = OruOglViewport();
+    std::exception_ptr thrown;
     for (std::size_t i = 0; i < held_.size(); ++i) {
-        if (held_[i].down) {
-            held_[i].down = false;
+        if (std::exchange(held_[i].down, false)) {
             ctx.mouse.release(static_cast<OruMouse::Button>(i + 1), ctx.mouse.curmodifier(),
                               ctx.mouse.curpos());
-            repaint |= host_.send(&OruSceneEventHandler::mouseRelease);
+            try {
+                repaint |= host_.send(&OruSceneEventHandler::mouseRelease);
+            } catch (...) {
+                thrown = std::current_exception(); // the other buttons have to go up, too
+            }
         }
+    }
+    if (thrown) {
+        std::rethrow_exception(thrown);
     }
     return repaint;
 }

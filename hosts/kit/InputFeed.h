@@ -37,6 +37,7 @@ public:
     /// A release within that many pixels of its press on each axis is a click. Starts as 4.
     void setDragThreshold(int pixels) { dragThreshold_ = pixels; }
 
+    /// A button that is held already lost its release: the gesture is cancelled first.
     bool press(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel);
 
     /// The release, and a click if the pointer is still where the press was. Ignored for a button that is not
@@ -56,6 +57,8 @@ public:
     bool keyRelease(int key, unsigned int modifiers);
 
     bool focus(bool in);
+
+    /// The pointer came into the view, or left it. Leaving with no button held ends the hover as well.
     bool enter(bool in);
 
     bool held(OruMouse::Button button) const { return held_[slot(button)].down; }
@@ -71,6 +74,7 @@ private:
         QPoint pressed;
     };
 
+    bool anyHeld() const;
     static std::size_t slot(OruMouse::Button button) { return static_cast<std::size_t>(button - 1); }
     void feedMouse(const InputEvent& event);
     bool endGesture();

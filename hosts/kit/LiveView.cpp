@@ -1,5 +1,6 @@
 #include "hosts/kit/LiveView.h"
 
+#include "hosts/kit/GlDrawable.h"
 #include "hosts/kit/GlPlatform.h"
 #include "hosts/kit/WindowCoordinates.h"
 
@@ -7,7 +8,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleHints>
-#include <QTimer>
 #include <QWheelEvent>
 
 #include <array>
@@ -69,6 +69,8 @@ LiveView::LiveView(const QString& fonts, const QString& images, const QString& u
     , user_(user)
 {
     setFormat(GlPlatform::format());
+    moveTimer_.setSingleShot(true);
+    connect(&moveTimer_, &QTimer::timeout, this, [this] { flushMove(); });
 }
 
 LiveView::~LiveView()
@@ -86,7 +88,9 @@ void LiveView::run(const std::function<bool(HostScene&)>& action)
     }
     flushMove();
     makeCurrent();
-    host_->setSize(framebuffer());
+    host_->setSize(framebuffer_);
+    // The window may have gone to a screen with another ratio.
+    input_->setDragThreshold(qRound(QGuiApplication::styleHints()->startDragDistance() * devicePixelRatio()));
     if (action(*host_)) {
         update();
     }
@@ -96,17 +100,21 @@ void LiveView::initializeGL()
 {
     host_ = std::make_unique<HostScene>(fonts_, images_, user_);
     input_ = std::make_unique<InputFeed>(*host_);
-    input_->setDragThreshold(qRound(QGuiApplication::styleHints()->startDragDistance() * devicePixelRatio()));
-    host_->setSize(framebuffer());
+    measure();
     if (ready_) {
         ready_(*host_);
     }
 }
 
+void LiveView::resizeGL(int, int)
+{
+    measure();
+}
+
 void LiveView::paintGL()
 {
     try {
-        host_->setSize(framebuffer());
+        measure();
         host_->draw();
     } catch (const std::exception& error) {
         std::cerr << "draw: " << error.what() << std::endl;
@@ -153,9 +161,7 @@ void LiveView::mouseMoveEvent(QMouseEvent* event)
             feed([this] { return input_->cancel(); }); // the release went elsewhere
         }
     }
-    if (!move_) {
-        QTimer::singleShot(0, this, [this] { flushMove(); });
-    }
+    moveTimer_.start();
     move_ = Move{pixelOf(positionOf(*event)), wordOf(event->modifiers())};
 }
 
@@ -223,14 +229,16 @@ void LiveView::flushMove()
     }
 }
 
-QSize LiveView::framebuffer() const
+/// Asks for the size of the window in pixels; its context is current.
+void LiveView::measure()
 {
-    return WindowCoordinates::devicePixels(size(), devicePixelRatio());
+    framebuffer_ = GlDrawable::size();
+    host_->setSize(framebuffer_);
 }
 
 QPoint LiveView::pixelOf(const QPointF& position) const
 {
-    return WindowCoordinates::pixelAt(position, devicePixelRatio(), framebuffer());
+    return WindowCoordinates::pixelAt(position, devicePixelRatio(), framebuffer_);
 }
 
 } // namespace hostkit

@@ -4,6 +4,7 @@
 #include "hosts/kit/InputFeed.h"
 
 #include <QOpenGLWindow>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -41,6 +42,7 @@ public:
 
 protected:
     void initializeGL() override;
+    void resizeGL(int width, int height) override;
     void paintGL() override;
     bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -67,7 +69,7 @@ private:
     void feed(const std::function<bool()>& action);
     void feedButton(QMouseEvent* event, PointerAction action);
     void flushMove();
-    QSize framebuffer() const;
+    void measure();
     QPoint pixelOf(const QPointF& position) const;
 
     QString fonts_;
@@ -76,7 +78,10 @@ private:
     std::function<void(HostScene&)> ready_;
     std::unique_ptr<HostScene> host_;
     std::unique_ptr<InputFeed> input_;
+    QSize framebuffer_;
     std::optional<Move> move_;
+    /// Runs out when the queue of events is empty; then the move is fed.
+    QTimer moveTimer_;
 };
 
 } // namespace hostkit

@@ -11,20 +11,17 @@ namespace hostkit {
 namespace {
 
 /// The name of the object below `node` that bears a hit name; empty when there is none.
-QString nameOf(const OruProperties& node, unsigned int hitName)
+QString nameBelow(const OruProperties& node, unsigned int hitName)
 {
-    for (unsigned int i = 0; i < node.size(); ++i) {
-        const OruProperties& child = *node.at(i);
-        const auto* visualization = dynamic_cast<const OruVisualization*>(&child);
-        if (visualization && visualization->hitProperties.contains(hitName)) {
-            return child.name();
-        }
-        const QString below = nameOf(child, hitName);
-        if (!below.isEmpty()) {
-            return below;
+    QString name;
+    for (unsigned int i = 0; i < node.size() && name.isEmpty(); ++i) {
+        if (const OruProperties* child = node.at(i)) {
+            const auto* visualization = dynamic_cast<const OruVisualization*>(child);
+            const bool bearsIt = visualization && visualization->hitProperties.contains(hitName);
+            name = bearsIt ? child->name() : nameBelow(*child, hitName);
         }
     }
-    return QString();
+    return name;
 }
 
 } // namespace
@@ -66,7 +63,7 @@ bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& tar
     // A press on a part that stays where it is turned the view; nothing was let go.
     const bool carried = part_.dragged_ != Kelvar::Math::Vector3();
     if (carried && part_.dropListener_ && part_.parent()) {
-        part_.dropListener_(part_.name(), nameOf(*part_.parent(), target.name));
+        part_.dropListener_(part_.name(), nameBelow(*part_.parent(), target.name));
     }
     return false;
 }

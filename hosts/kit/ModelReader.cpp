@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <stdexcept>
 
@@ -110,7 +111,7 @@ uint32_t packed(const aiColor4D& colour)
     unsigned char bytes[4];
     for (int i = 0; i < 4; ++i) {
         const float value = channels[i] > 0.0f ? std::min(channels[i], 1.0f) : 0.0f;
-        bytes[i] = static_cast<unsigned char>(value * 255.0f + 0.5f);
+        bytes[i] = static_cast<unsigned char>(std::lround(value * 255.0f));
     }
     uint32_t result = 0;
     std::memcpy(&result, bytes, sizeof(result));

@@ -5,6 +5,13 @@
 
 namespace hostkit {
 
+namespace {
+
+/// Positions are whole pixels that were divided by the ratio; times the ratio they may fall short of them.
+constexpr qreal roundingSlack = 1e-3;
+
+} // namespace
+
 QSize WindowCoordinates::devicePixels(const QSize& logical, qreal ratio)
 {
     return {std::max(1, qRound(logical.width() * ratio)), std::max(1, qRound(logical.height() * ratio))};
@@ -12,8 +19,8 @@ QSize WindowCoordinates::devicePixels(const QSize& logical, qreal ratio)
 
 QPoint WindowCoordinates::pixelAt(const QPointF& position, qreal ratio, const QSize& framebuffer)
 {
-    const int x = static_cast<int>(std::floor(position.x() * ratio));
-    const int y = static_cast<int>(std::floor(position.y() * ratio));
+    const int x = static_cast<int>(std::floor(position.x() * ratio + roundingSlack));
+    const int y = static_cast<int>(std::floor(position.y() * ratio + roundingSlack));
     return {x, framebuffer.height() - 1 - y};
 }
 

@@ -9,14 +9,15 @@
 #include "hosts/kit/OffscreenView.h"
 #include "hosts/kit/WindowCoordinates.h"
 #include "hosts/viewer/LoadingReport.h"
+#include "hosts/viewer/StopSignals.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QSaveFile>
+#include <QSocketNotifier>
 #include <QTimer>
 
 #include <algorithm>
-#include <csignal>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -33,24 +34,6 @@ constexpr int pollMilliseconds = 20;
 
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
-
-volatile std::sig_atomic_t interrupted = 0;
-
-/// While it lives, an interrupt from the terminal is noted instead of ending the program.
-class InterruptScope
-{
-public:
-    InterruptScope()
-    {
-        previous_ = std::signal(SIGINT, [](int) { interrupted = 1; });
-    }
-    ~InterruptScope() { std::signal(SIGINT, previous_); }
-    InterruptScope(const InterruptScope&) = delete;
-    InterruptScope& operator=(const InterruptScope&) = delete;
-
-private:
-    void (*previous_)(int);
-};
 
 QString imageFolders()
 {
@@ -162,11 +145,11 @@ Viewer::ExitCode Viewer::makePicture()
 
 std::vector<Model> Viewer::loadModels() const
 {
-    const InterruptScope interrupts;
+    const StopSignals stop;
     hostkit::ImportJob job(options_.models);
     LoadingReport report(titleOf(options_.models));
     while (!job.finished()) {
-        if (interrupted) {
+        if (stop.raised()) {
             job.cancel();
         }
         report.tell(job.share());
@@ -177,7 +160,6 @@ std::vector<Model> Viewer::loadModels() const
 
 Viewer::ExitCode Viewer::showWindow()
 {
-    std::optional<InterruptScope> interrupts(std::in_place);
     const QString title = titleOf(options_.models);
     std::exception_ptr failure;
     bool loaded = false;
@@ -194,15 +176,11 @@ Viewer::ExitCode Viewer::showWindow()
         view.setInputListener(startRecording(host));
         playGestures(*view.input(), sizeOf(host));
         loaded = true;
-        interrupts.reset();
         view.setTitle(title);
         return true;
     };
     const auto look = [&] {
         try {
-            if (interrupted) {
-                job.cancel();
-            }
             if (!job.finished()) {
                 report.tell(job.share());
                 if (report.due()) {
@@ -219,6 +197,15 @@ Viewer::ExitCode Viewer::showWindow()
         }
     };
     QObject::connect(&poll, &QTimer::timeout, look);
+
+    // A signal ends the program as closing the window does, with the state saved.
+    const StopSignals stop;
+    QSocketNotifier stopNotifier(stop.descriptor(), QSocketNotifier::Read);
+    QObject::connect(&stopNotifier, &QSocketNotifier::activated, [&] {
+        stopNotifier.setEnabled(false);
+        job.cancel();
+        view.close();
+    });
     view.setReadyListener([&](HostScene&) { poll.start(pollMilliseconds); });
     view.show();
     QCoreApplication::exec();
