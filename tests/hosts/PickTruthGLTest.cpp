@@ -362,7 +362,8 @@ TEST_F(PickTruthGLTest, TenThousandSmallObjects)
 {
     const auto sphere = bumpy(100, 0.35f);
     for (int i = 0; i < 10000; ++i) {
-        add(sphere, Matrix::translate(Vector3(i % 25, i / 25 % 20, i / 500)));
+        const int cell[3] = {i % 25, i / 25 % 20, i / 500};
+        add(sphere, Matrix::translate(Vector3(cell[0], cell[1], cell[2])));
     }
     show("iso");
     compareAtRandomPixels();
