@@ -108,6 +108,7 @@ void LiveView::initializeGL()
 
 void LiveView::resizeGL(int, int)
 {
+    makeCurrent();
     measure();
 }
 
@@ -174,6 +175,10 @@ void LiveView::wheelEvent(QWheelEvent* event)
 
 void LiveView::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_Q && event->modifiers() == Qt::ControlModifier) {
+        close();
+        return;
+    }
     feed([&] { return input_->keyPress(event->key(), wordOf(event->modifiers())); });
 }
 

@@ -16,7 +16,8 @@ namespace hostkit {
 ///
 /// Left button: pick, middle: view, right: context; Ctrl is the first modifier, Shift the second. A repaint
 /// happens at most once per turn of the event loop, and moves that queue up meanwhile become one. It draws
-/// into the window's own framebuffer, never into one in between, and each swap follows a draw.
+/// into the window's own framebuffer, never into one in between, and each swap follows a draw. Ctrl+Q closes
+/// it.
 ///
 /// What a visualization, handler or editor throws is told on stderr, and the window goes on.
 class LiveView : public QOpenGLWindow

@@ -32,6 +32,9 @@ constexpr int movesPerDrag = 16;
 
 constexpr int pollMilliseconds = 20;
 
+/// A dark slate: parts in shadow still stand out from it, and the white of the overlays, too.
+const QString backgroundColour = QStringLiteral("#ff2b333d");
+
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
 
@@ -160,6 +163,7 @@ std::vector<Model> Viewer::loadModels() const
 
 Viewer::ExitCode Viewer::showWindow()
 {
+    const StopSignals stop;
     const QString title = titleOf(options_.models);
     std::exception_ptr failure;
     bool loaded = false;
@@ -199,7 +203,6 @@ Viewer::ExitCode Viewer::showWindow()
     QObject::connect(&poll, &QTimer::timeout, look);
 
     // A signal ends the program as closing the window does, with the state saved.
-    const StopSignals stop;
     QSocketNotifier stopNotifier(stop.descriptor(), QSocketNotifier::Read);
     QObject::connect(&stopNotifier, &QSocketNotifier::activated, [&] {
         stopNotifier.setEnabled(false);
@@ -235,6 +238,7 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     host.changed();
 
     QString error;
+    host.setValue(QStringLiteral("render/background"), backgroundColour, &error);
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }

@@ -234,7 +234,7 @@ QString ViewerOptions::help()
         "their order, then a recording. A recording says itself which models it shows, unless MODEL does.\n\n"
         "In the window: left turns, middle turns, middle with Ctrl moves, middle with Shift and the\n"
         "wheel zoom, right draws a zoom box; F fits, I, X, Y, Z look from a standard position, with\n"
-        "Shift from the other side.\n\n"
+        "Shift from the other side; Ctrl+Q closes it. A click marks a part.\n\n"
         "Exit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
         "display or the output cannot be written, 130 stopped.\n");
     return text;
