@@ -24,28 +24,19 @@ std::vector<std::string> GlRecorder::stop()
 
 void GlRecorder::note(const std::string& line)
 {
-    call(line);
-}
-
-void GlRecorder::call(const std::string& line)
-{
     if (recording_) {
         lines_.push_back(line);
     }
 }
 
-void GlRecorder::pushAttributes(int step, unsigned savedMode)
+void GlRecorder::popAttributes()
 {
-    attributeDepth_ += step;
-    if (step > 0) {
-        savedModes_.push_back(savedMode);
-    } else if (savedModes_.empty()) {
+    if (savedModes_.empty()) {
         fault_ += "glPopAttrib on an empty stack; ";
-    } else {
-        // The attribute stack saves the matrix mode with everything else.
-        mode_ = savedModes_.back();
-        savedModes_.pop_back();
+        return;
     }
+    mode_ = savedModes_.back(); // saved with everything else
+    savedModes_.pop_back();
 }
 
 void GlRecorder::primitive(bool open)
@@ -60,8 +51,8 @@ std::string GlRecorder::imbalance() const
 {
     std::ostringstream text;
     text << fault_;
-    if (attributeDepth_ != 0) {
-        text << "attribute stack off by " << attributeDepth_ << "; ";
+    if (!savedModes_.empty()) {
+        text << "attribute stack off by " << savedModes_.size() << "; ";
     }
     for (const auto& depth : matrixDepth_) {
         if (depth.second != 0) {
@@ -77,34 +68,9 @@ std::string GlRecorder::imbalance() const
 void GlRecorder::resetBalance()
 {
     fault_.clear();
-    attributeDepth_ = 0;
     savedModes_.clear();
     matrixDepth_.clear();
     primitiveOpen_ = false;
-}
-
-int GlRecorder::live(const std::string& kind) const
-{
-    const auto found = live_.find(kind);
-    return found == live_.end() ? 0 : found->second;
-}
-
-int GlRecorder::liveObjects() const
-{
-    int sum = 0;
-    for (const auto& kind : live_) {
-        sum += kind.second;
-    }
-    return sum;
-}
-
-const std::vector<std::string>& GlRecording::finish()
-{
-    if (!finished_) {
-        finished_ = true;
-        lines_ = GlRecorder::instance().stop();
-    }
-    return lines_;
 }
 
 } // namespace kelvartest

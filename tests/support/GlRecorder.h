@@ -20,37 +20,34 @@ public:
     void start();
     std::vector<std::string> stop();
 
-    /// Adds a line of the test's own between the calls, while recording.
+    /// Adds a call's line, or one of the test's own, while recording.
     void note(const std::string& line);
 
     /// What is wrong with the pairing of calls since the last reset; empty when all is balanced.
     std::string imbalance() const;
     void resetBalance();
 
-    /// Names of GL objects of a kind ("texture", "buffer", ...) that were generated and not deleted.
-    int live(const std::string& kind) const;
-    int liveObjects() const;
+    /// How many names of textures and buffers were generated and not deleted.
+    int liveObjects() const { return live_; }
 
     // Called by the recorded functions.
     bool recording() const { return recording_; }
-    void call(const std::string& line);
     void matrixMode(unsigned mode) { mode_ = mode; }
     void pushMatrix(int step) { matrixDepth_[mode_] += step; }
-    void pushAttributes(int step, unsigned savedMode);
+    void pushAttributes() { savedModes_.push_back(mode_); }
+    void popAttributes();
     void primitive(bool open);
-    void objects(const std::string& kind, int count) { live_[kind] += count; }
-    unsigned currentMode() const { return mode_; }
+    void objects(int count) { live_ += count; }
 
 private:
     bool recording_ = false;
     std::vector<std::string> lines_;
     unsigned mode_ = 0x1700;
     std::vector<unsigned> savedModes_;
-    int attributeDepth_ = 0;
     std::map<unsigned, int> matrixDepth_;
     bool primitiveOpen_ = false;
     std::string fault_;
-    std::map<std::string, int> live_;
+    int live_ = 0;
 };
 
 /// Records for the length of a scope.
@@ -58,16 +55,11 @@ class GlRecording
 {
 public:
     GlRecording() { GlRecorder::instance().start(); }
-    ~GlRecording() { finish(); }
+    ~GlRecording() { GlRecorder::instance().stop(); }
     GlRecording(const GlRecording&) = delete;
     GlRecording& operator=(const GlRecording&) = delete;
 
-    /// Stops recording and gives the lines; later calls give the same.
-    const std::vector<std::string>& finish();
-
-private:
-    bool finished_ = false;
-    std::vector<std::string> lines_;
+    std::vector<std::string> finish() { return GlRecorder::instance().stop(); }
 };
 
 /// The name of a GL enumerant that the tests know, else its number in hexadecimal.

@@ -11,45 +11,27 @@
 
 namespace kelvartest {
 
-#define NAMED(value)                                                                                         \
-    {                                                                                                        \
-        value, #value                                                                                        \
-    }
+#define NAMED(value) std::make_pair(value, #value)
 
 std::string glName(unsigned value)
 {
-    static const std::map<unsigned, std::string> names = {
-        NAMED(GL_MODELVIEW),
-        NAMED(GL_PROJECTION),
-        NAMED(GL_TEXTURE),
-        NAMED(GL_DEPTH_TEST),
-        NAMED(GL_LESS),
-        NAMED(GL_NORMALIZE),
-        NAMED(GL_CULL_FACE),
-        NAMED(GL_FRONT_AND_BACK),
-        NAMED(GL_DIFFUSE),
-        NAMED(GL_COLOR_MATERIAL),
-        NAMED(GL_SMOOTH),
-        NAMED(GL_FLAT),
-        NAMED(GL_LIGHT_MODEL_TWO_SIDE),
-        NAMED(GL_POLYGON_OFFSET_FILL),
-        NAMED(GL_LIGHTING),
-        NAMED(GL_LINE_STIPPLE),
-        NAMED(GL_COLOR_LOGIC_OP),
-        NAMED(GL_XOR),
-        NAMED(GL_QUADS),
-        NAMED(GL_LINE_STRIP),
-        NAMED(GL_TEXTURE_2D),
-        NAMED(GL_BLEND),
-        NAMED(GL_DRAW_BUFFER),
-        NAMED(GL_BACK),
-        NAMED(GL_COLOR_ATTACHMENT0),
-        NAMED(GL_FRAMEBUFFER),
-        NAMED(GL_RENDERBUFFER),
-        NAMED(GL_DEPTH_ATTACHMENT),
-        NAMED(GL_DEPTH_COMPONENT24),
-        NAMED(GL_RGB),
-    };
+    static const std::map<unsigned, std::string> names = {NAMED(GL_MODELVIEW),
+                                                          NAMED(GL_PROJECTION),
+                                                          NAMED(GL_DEPTH_TEST),
+                                                          NAMED(GL_LESS),
+                                                          NAMED(GL_NORMALIZE),
+                                                          NAMED(GL_CULL_FACE),
+                                                          NAMED(GL_FRONT_AND_BACK),
+                                                          NAMED(GL_DIFFUSE),
+                                                          NAMED(GL_COLOR_MATERIAL),
+                                                          NAMED(GL_SMOOTH),
+                                                          NAMED(GL_FLAT),
+                                                          NAMED(GL_LIGHT_MODEL_TWO_SIDE),
+                                                          NAMED(GL_POLYGON_OFFSET_FILL),
+                                                          NAMED(GL_LIGHTING),
+                                                          NAMED(GL_LINE_STIPPLE),
+                                                          NAMED(GL_LINE_STRIP),
+                                                          NAMED(GL_TEXTURE_2D)};
     const auto found = names.find(value);
     if (found != names.end()) {
         return found->second;
@@ -72,25 +54,14 @@ struct Bits
 {
     unsigned value;
 };
-struct Any
-{};
 
-void write(std::ostream& out, Enum argument)
+std::ostream& operator<<(std::ostream& out, Enum argument)
 {
-    out << glName(argument.value);
+    return out << glName(argument.value);
 }
-void write(std::ostream& out, Bits argument)
+std::ostream& operator<<(std::ostream& out, Bits argument)
 {
-    out << "0x" << std::hex << argument.value << std::dec;
-}
-void write(std::ostream& out, Any)
-{
-    out << "...";
-}
-template <typename Number>
-void write(std::ostream& out, Number argument)
-{
-    out << +argument;
+    return out << "0x" << std::hex << argument.value << std::dec;
 }
 
 template <typename... Arguments>
@@ -102,9 +73,9 @@ void record(const char* name, Arguments... arguments)
     std::ostringstream out;
     out << name << '(';
     [[maybe_unused]] const char* separator = "";
-    ((out << separator, write(out, arguments), separator = ", "), ...);
+    ((out << separator, out << arguments, separator = ", "), ...);
     out << ')';
-    GlRecorder::instance().call(out.str());
+    GlRecorder::instance().note(out.str());
 }
 
 template <typename Function>
@@ -116,46 +87,36 @@ Function real(const char* name)
 } // namespace
 } // namespace kelvartest
 
-using kelvartest::Any;
 using kelvartest::Bits;
 using kelvartest::Enum;
 using kelvartest::GlRecorder;
 
-// RECORDED(function, (parameters), (arguments), shown arguments...)
-#define RECORDED(function, parameters, arguments, ...)                                                       \
-    extern "C" __attribute__((visibility("default"))) void function parameters                               \
-    {                                                                                                        \
-        static const auto forward = kelvartest::real<void(*) parameters>(#function);                         \
-        kelvartest::record(__VA_ARGS__);                                                                     \
-        forward arguments;                                                                                   \
-    }
-
-// As RECORDED, with a statement that keeps the recorder's books.
+// TRACKED(function, (parameters), (arguments), statement for the recorder's books, shown arguments...)
 #define TRACKED(function, parameters, arguments, statement, ...)                                             \
     extern "C" __attribute__((visibility("default"))) void function parameters                               \
     {                                                                                                        \
         static const auto forward = kelvartest::real<void(*) parameters>(#function);                         \
         kelvartest::record(__VA_ARGS__);                                                                     \
         forward arguments;                                                                                   \
-        GlRecorder& recorder = GlRecorder::instance();                                                       \
+        [[maybe_unused]] GlRecorder& recorder = GlRecorder::instance();                                      \
         statement;                                                                                           \
     }
+
+#define RECORDED(function, parameters, arguments, ...)                                                       \
+    TRACKED(function, parameters, arguments, (void)0, __VA_ARGS__)
 
 TRACKED(glMatrixMode, (GLenum mode), (mode), recorder.matrixMode(mode), "glMatrixMode", Enum{mode})
 TRACKED(glPushMatrix, (), (), recorder.pushMatrix(1), "glPushMatrix")
 TRACKED(glPopMatrix, (), (), recorder.pushMatrix(-1), "glPopMatrix")
-TRACKED(glPushAttrib, (GLbitfield mask), (mask), recorder.pushAttributes(1, recorder.currentMode()),
-        "glPushAttrib", Bits{mask})
-TRACKED(glPopAttrib, (), (), recorder.pushAttributes(-1, 0), "glPopAttrib")
+TRACKED(glPushAttrib, (GLbitfield mask), (mask), recorder.pushAttributes(), "glPushAttrib", Bits{mask})
+TRACKED(glPopAttrib, (), (), recorder.popAttributes(), "glPopAttrib")
 TRACKED(glBegin, (GLenum mode), (mode), recorder.primitive(true), "glBegin", Enum{mode})
 TRACKED(glEnd, (), (), recorder.primitive(false), "glEnd")
-TRACKED(glGenTextures, (GLsizei n, GLuint* names), (n, names), recorder.objects("texture", n),
-        "glGenTextures", n)
-TRACKED(glDeleteTextures, (GLsizei n, const GLuint* names), (n, names), recorder.objects("texture", -n),
+TRACKED(glGenTextures, (GLsizei n, GLuint* names), (n, names), recorder.objects(n), "glGenTextures", n)
+TRACKED(glDeleteTextures, (GLsizei n, const GLuint* names), (n, names), recorder.objects(-n),
         "glDeleteTextures", n)
-TRACKED(glGenBuffers, (GLsizei n, GLuint* names), (n, names), recorder.objects("buffer", n), "glGenBuffers",
-        n)
-TRACKED(glDeleteBuffers, (GLsizei n, const GLuint* names), (n, names), recorder.objects("buffer", -n),
+TRACKED(glGenBuffers, (GLsizei n, GLuint* names), (n, names), recorder.objects(n), "glGenBuffers", n)
+TRACKED(glDeleteBuffers, (GLsizei n, const GLuint* names), (n, names), recorder.objects(-n),
         "glDeleteBuffers", n)
 
 RECORDED(glLoadIdentity, (), (), "glLoadIdentity")
@@ -184,16 +145,13 @@ RECORDED(glLineWidth, (GLfloat width), (width), "glLineWidth", width)
 RECORDED(glLineStipple, (GLint factor, GLushort pattern), (factor, pattern), "glLineStipple", factor,
          Bits{pattern})
 RECORDED(glLogicOp, (GLenum op), (op), "glLogicOp", Enum{op})
-RECORDED(glColor4f, (GLfloat r, GLfloat g, GLfloat b, GLfloat a), (r, g, b, a), "glColor4f", r, g, b, a)
-RECORDED(glColor4ub, (GLubyte r, GLubyte g, GLubyte b, GLubyte a), (r, g, b, a), "glColor4ub", r, g, b, a)
+RECORDED(glColor4ub, (GLubyte r, GLubyte g, GLubyte b, GLubyte a), (r, g, b, a), "glColor4ub", +r, +g, +b, +a)
 RECORDED(glFinish, (), (), "glFinish")
 RECORDED(glDrawBuffer, (GLenum buffer), (buffer), "glDrawBuffer", Enum{buffer})
 RECORDED(glReadBuffer, (GLenum buffer), (buffer), "glReadBuffer", Enum{buffer})
 RECORDED(glReadPixels, (GLint x, GLint y, GLsizei w, GLsizei h, GLenum f, GLenum t, void* data),
-         (x, y, w, h, f, t, data), "glReadPixels", x, y, w, h, Enum{f}, Enum{t}, Any{})
+         (x, y, w, h, f, t, data), "glReadPixels", x, y, w, h, Enum{f}, Enum{t}, "...")
 RECORDED(glGetIntegerv, (GLenum name, GLint* values), (name, values), "glGetIntegerv", Enum{name})
 RECORDED(glGetFloatv, (GLenum name, GLfloat* values), (name, values), "glGetFloatv", Enum{name})
 RECORDED(glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices),
-         (mode, count, type, indices), "glDrawElements", Enum{mode}, count, Enum{type}, Any{})
-RECORDED(glDrawArrays, (GLenum mode, GLint first, GLsizei count), (mode, first, count), "glDrawArrays",
-         Enum{mode}, first, count)
+         (mode, count, type, indices), "glDrawElements", Enum{mode}, count, Enum{type}, "...")
