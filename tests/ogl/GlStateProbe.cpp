@@ -8,78 +8,30 @@ namespace kelvartest {
 
 namespace {
 
-constexpr GLenum capabilities[] = {
-    GL_DEPTH_TEST,
-    GL_STENCIL_TEST,
-    GL_ALPHA_TEST,
-    GL_LIGHTING,
-    GL_FOG,
-    GL_BLEND,
-    GL_CULL_FACE,
-    GL_LINE_STIPPLE,
-    GL_POLYGON_STIPPLE,
-    GL_COLOR_LOGIC_OP,
-    GL_TEXTURE_2D,
-    GL_TEXTURE_GEN_S,
-    GL_CLIP_PLANE0,
-    GL_POLYGON_OFFSET_FILL,
-    GL_LINE_SMOOTH,
-    GL_SCISSOR_TEST,
-    GL_VERTEX_ARRAY,
-    GL_NORMAL_ARRAY,
-    GL_COLOR_ARRAY,
-    GL_TEXTURE_COORD_ARRAY,
-    GL_MULTISAMPLE,
-};
+using Names = std::initializer_list<GLenum>;
 
-constexpr GLenum values[] = {
-    GL_MATRIX_MODE,
-    GL_MODELVIEW_MATRIX,
-    GL_PROJECTION_MATRIX,
-    GL_TEXTURE_MATRIX,
-    GL_VIEWPORT,
-    GL_CURRENT_COLOR,
-    GL_CURRENT_TEXTURE_COORDS,
-    GL_POLYGON_MODE,
-    GL_SHADE_MODEL,
-    GL_LINE_WIDTH,
-    GL_LINE_STIPPLE_PATTERN,
-    GL_BLEND_SRC,
-    GL_BLEND_DST,
-    GL_BLEND_EQUATION,
-    GL_LOGIC_OP_MODE,
-    GL_CULL_FACE_MODE,
-    GL_DEPTH_FUNC,
-    GL_TEXTURE_BINDING_2D,
-    GL_ACTIVE_TEXTURE,
-    GL_ATTRIB_STACK_DEPTH,
-    GL_CLIENT_ATTRIB_STACK_DEPTH,
-    GL_MODELVIEW_STACK_DEPTH,
-    GL_PROJECTION_STACK_DEPTH,
-    GL_ARRAY_BUFFER_BINDING,
-    GL_ELEMENT_ARRAY_BUFFER_BINDING,
-    GL_PIXEL_PACK_BUFFER_BINDING,
-    GL_PIXEL_UNPACK_BUFFER_BINDING,
-    GL_PACK_ALIGNMENT,
-    GL_PACK_ROW_LENGTH,
-    GL_PACK_SKIP_ROWS,
-    GL_PACK_SKIP_PIXELS,
-    GL_PACK_SWAP_BYTES,
-    GL_UNPACK_ALIGNMENT,
-    GL_UNPACK_ROW_LENGTH,
-    GL_UNPACK_SKIP_ROWS,
-    GL_RED_SCALE,
-    GL_GREEN_BIAS,
-    GL_MAP_COLOR,
-    GL_READ_BUFFER,
-    GL_DRAW_BUFFER,
-};
-
-constexpr GLenum hostile[] = {
+constexpr Names hostile = {
     GL_DEPTH_TEST, GL_STENCIL_TEST,  GL_ALPHA_TEST,    GL_LIGHTING,        GL_FOG,
     GL_BLEND,      GL_CULL_FACE,     GL_LINE_STIPPLE,  GL_POLYGON_STIPPLE, GL_COLOR_LOGIC_OP,
-    GL_TEXTURE_2D, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T, GL_CLIP_PLANE0,     GL_LINE_SMOOTH,
-};
+    GL_TEXTURE_2D, GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T, GL_CLIP_PLANE0,     GL_LINE_SMOOTH};
+constexpr Names otherCapabilities = {GL_POLYGON_OFFSET_FILL, GL_SCISSOR_TEST, GL_MULTISAMPLE,
+                                     GL_VERTEX_ARRAY,        GL_NORMAL_ARRAY, GL_COLOR_ARRAY,
+                                     GL_TEXTURE_COORD_ARRAY};
+constexpr Names placing = {GL_MATRIX_MODE, GL_MODELVIEW_MATRIX, GL_PROJECTION_MATRIX, GL_TEXTURE_MATRIX,
+                           GL_VIEWPORT};
+constexpr Names drawing = {
+    GL_CURRENT_COLOR,      GL_CURRENT_TEXTURE_COORDS, GL_POLYGON_MODE,   GL_SHADE_MODEL,
+    GL_LINE_WIDTH,         GL_LINE_STIPPLE_PATTERN,   GL_BLEND_SRC,      GL_BLEND_DST,
+    GL_BLEND_EQUATION,     GL_LOGIC_OP_MODE,          GL_CULL_FACE_MODE, GL_DEPTH_FUNC,
+    GL_TEXTURE_BINDING_2D, GL_ACTIVE_TEXTURE};
+constexpr Names depthsAndBindings = {GL_ATTRIB_STACK_DEPTH,        GL_CLIENT_ATTRIB_STACK_DEPTH,
+                                     GL_MODELVIEW_STACK_DEPTH,     GL_PROJECTION_STACK_DEPTH,
+                                     GL_ARRAY_BUFFER_BINDING,      GL_ELEMENT_ARRAY_BUFFER_BINDING,
+                                     GL_PIXEL_PACK_BUFFER_BINDING, GL_PIXEL_UNPACK_BUFFER_BINDING};
+constexpr Names pixels = {GL_PACK_ALIGNMENT,  GL_PACK_ROW_LENGTH,  GL_PACK_SKIP_ROWS,    GL_PACK_SKIP_PIXELS,
+                          GL_PACK_SWAP_BYTES, GL_UNPACK_ALIGNMENT, GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS,
+                          GL_RED_SCALE,       GL_GREEN_BIAS,       GL_MAP_COLOR,         GL_READ_BUFFER,
+                          GL_DRAW_BUFFER};
 
 } // namespace
 
@@ -87,17 +39,21 @@ std::string glStateText()
 {
     std::ostringstream text;
     text << std::hex;
-    for (const GLenum capability : capabilities) {
-        text << capability << (glIsEnabled(capability) ? " on\n" : " off\n");
-    }
-    for (const GLenum name : values) {
-        GLfloat numbers[16] = {};
-        glGetFloatv(name, numbers);
-        text << name;
-        for (const GLfloat number : numbers) {
-            text << ' ' << number;
+    for (const Names& names : {hostile, otherCapabilities}) {
+        for (const GLenum capability : names) {
+            text << capability << (glIsEnabled(capability) ? " on\n" : " off\n");
         }
-        text << '\n';
+    }
+    for (const Names& names : {placing, drawing, depthsAndBindings, pixels}) {
+        for (const GLenum name : names) {
+            GLfloat numbers[16] = {};
+            glGetFloatv(name, numbers);
+            text << name;
+            for (const GLfloat number : numbers) {
+                text << ' ' << number;
+            }
+            text << '\n';
+        }
     }
     GLint environment = 0;
     glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &environment);

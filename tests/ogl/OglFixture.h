@@ -12,18 +12,18 @@
 
 #include <gmock/gmock.h>
 
+#include <functional>
+
 namespace kelvartest {
 
-/// A black window of 160 by 120 pixels with its pixel centres at whole numbers. Each test must leave no GL
-/// error, no unbalanced stack and no GL object of its own behind.
+/// A black window with its pixel centres at whole numbers. Each test must leave no GL error, no unbalanced
+/// stack and no GL object of its own behind.
 class OglFixture : public ::testing::Test
 {
 protected:
-    static constexpr int width = 160;
-    static constexpr int height = 120;
-    const OruOglViewport window{0, 0, width, height};
-
-    OglFixture()
+    explicit OglFixture(const QSize& size = QSize(160, 120))
+        : window(0, 0, size.width(), size.height())
+        , context(size)
     {
         glViewport(window);
         glMatrixMode(GL_MODELVIEW);
@@ -40,29 +40,35 @@ protected:
 
     static void wipe() { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); }
 
+    QImage drawn(const std::function<void()>& draw)
+    {
+        wipe();
+        draw();
+        return context.grab();
+    }
+
     /// The colour of the pixel at (x, y), y upwards.
     static QColor pixel(const QImage& image, int x, int y) { return image.pixel(x, image.height() - 1 - y); }
 
     /// The smallest rectangle, y upwards, that holds all pixels that are not black; null without any.
-    static QRect lit(const QImage& image);
+    static QRect lit(const QImage& image)
+    {
+        QRect found;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (pixel(image, x, y) != QColor(Qt::black)) {
+                    found |= QRect(x, y, 1, 1);
+                }
+            }
+        }
+        return found;
+    }
 
-    GlContext context{QSize(width, height)};
+    const OruOglViewport window;
+    GlContext context;
 
 private:
     int objectsBefore_ = GlRecorder::instance().liveObjects();
 };
-
-inline QRect OglFixture::lit(const QImage& image)
-{
-    QRect found;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (pixel(image, x, y) != QColor(Qt::black)) {
-                found |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return found;
-}
 
 } // namespace kelvartest

@@ -1,33 +1,18 @@
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/core/OruResource.h"
 
-#include <QFileInfo>
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
 namespace {
 
-const QString dejaVuFolder = QStringLiteral("/usr/share/fonts/truetype/dejavu");
+const QString folder = "/usr/share/fonts/truetype/dejavu"; // of the package fonts-dejavu-core
 
-OruResource fontResource()
+struct OruOglFontTest : ::testing::Test
 {
-    return OruResource(dejaVuFolder, QString(), QString());
-}
-
-class OruOglFontTest : public ::testing::Test
-{
-protected:
-    OruOglFontTest()
-    {
-        if (font.family() != QLatin1String("DejaVu Sans")) {
-            ADD_FAILURE() << "needs the package fonts-dejavu-core";
-        }
-    }
-
-    OruResource resource = fontResource();
-    OruOglFont font{resource, QStringLiteral("_default_"), 7};
+    OruResource resource{folder, QString(), QString()};
+    OruOglFont font{resource, "_default_", 7};
 };
 
 TEST_F(OruOglFontTest, FindsFilesAndFamiliesAndFallsBackToTheDefault)
@@ -38,14 +23,14 @@ TEST_F(OruOglFontTest, FindsFilesAndFamiliesAndFallsBackToTheDefault)
         QString face;
         QString family;
     } rows[] = {
-        {"default", QStringLiteral("_default_"), QStringLiteral("DejaVu Sans")},
-        {"nothing", QString(), QStringLiteral("DejaVu Sans")},
-        {"file in the font folder", QStringLiteral("DejaVuSansMono.ttf"), QStringLiteral("DejaVu Sans Mono")},
-        {"path", dejaVuFolder + QStringLiteral("/DejaVuSansMono.ttf"), QStringLiteral("DejaVu Sans Mono")},
-        {"family", QStringLiteral("dejavu sans mono"), QStringLiteral("DejaVu Sans Mono")},
-        {"family that is not there", QStringLiteral("No Such Family"), QStringLiteral("DejaVu Sans")},
-        {"file that is no font", QStringLiteral("/etc/passwd"), QStringLiteral("DejaVu Sans")},
-        {"folder", dejaVuFolder, QStringLiteral("DejaVu Sans")},
+        {"default", "_default_", "DejaVu Sans"},
+        {"nothing", QString(), "DejaVu Sans"},
+        {"file in the font folder", "DejaVuSansMono.ttf", "DejaVu Sans Mono"},
+        {"path", folder + "/DejaVuSansMono.ttf", "DejaVu Sans Mono"},
+        {"family", "dejavu sans mono", "DejaVu Sans Mono"},
+        {"family that is not there", "No Such Family", "DejaVu Sans"},
+        {"file that is no font", "/etc/passwd", "DejaVu Sans"},
+        {"folder", folder, "DejaVu Sans"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(OruOglFont(resource, row.face, 7).family(), row.family) << row.name;
@@ -56,7 +41,7 @@ TEST_F(OruOglFontTest, SizeIsTheHeightOfASmallX)
 {
     for (const unsigned int size : {5U, 7U, 12U, 24U}) {
         const OruOglFont sized(resource, QString(), size);
-        const auto layout = sized.layout(QStringLiteral("x"));
+        const auto layout = sized.layout("x");
         EXPECT_EQ(sized.rasterise(layout.glyphs.at(0).glyph).rows, static_cast<int>(size)) << size;
     }
 }
@@ -64,7 +49,7 @@ TEST_F(OruOglFontTest, SizeIsTheHeightOfASmallX)
 TEST_F(OruOglFontTest, MeasuresLinesAndAdvances)
 {
     const int line = font.lineHeight();
-    const int x = font.size(QStringLiteral("x")).width();
+    const int x = font.size("x").width();
     const struct
     {
         const char* name;
@@ -72,16 +57,16 @@ TEST_F(OruOglFontTest, MeasuresLinesAndAdvances)
         QSize size;
     } rows[] = {
         {"empty", QString(), QSize(0, 0)},
-        {"one", QStringLiteral("x"), QSize(x, line)},
-        {"sum", QStringLiteral("xxx"), QSize(3 * x, line)},
-        {"widest line counts", QStringLiteral("x\nxxx\nxx"), QSize(3 * x, 3 * line)},
-        {"last line empty", QStringLiteral("x\n"), QSize(x, 2 * line)},
-        {"control characters have no width", QStringLiteral("x\r\ax"), QSize(2 * x, line)},
+        {"one", "x", QSize(x, line)},
+        {"sum", "xxx", QSize(3 * x, line)},
+        {"widest line counts", "x\nxxx\nxx", QSize(3 * x, 3 * line)},
+        {"last line empty", "x\n", QSize(x, 2 * line)},
+        {"control characters have no width", "x\r\ax", QSize(2 * x, line)},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(font.size(row.text), row.size) << row.name;
     }
-    EXPECT_GT(font.size(QStringLiteral("\t")).width(), font.size(QStringLiteral(" ")).width());
+    EXPECT_GT(font.size("\t").width(), font.size(" ").width());
 }
 
 TEST_F(OruOglFontTest, KernsPairs)

@@ -1,15 +1,13 @@
 #include "contracts/core/OruResource.h"
 #include "contracts/ogl/OruOglBoxedText.h"
 #include "contracts/ogl/OruOglCache.h"
+#include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglGlyphAtlas.h"
 #include "contracts/ogl/OruOglText.h"
 
 #include "tests/ogl/OglFixture.h"
 
-#include <QDir>
-
-#include <functional>
-#include <set>
+#include <QTemporaryDir>
 
 using Kelvar::Math::Angle;
 using kelvartest::glStateText;
@@ -17,16 +15,8 @@ using kelvartest::HostileState;
 
 namespace {
 
-class OruOglTextGLTest : public kelvartest::OglFixture
+struct OruOglTextGLTest : kelvartest::OglFixture
 {
-protected:
-    QImage drawn(const std::function<void()>& draw)
-    {
-        wipe();
-        draw();
-        return context.grab();
-    }
-
     // The same picture in a host's worst state, which must come back untouched.
     void expectSameInHostileState(const std::function<void()>& draw)
     {
@@ -47,25 +37,23 @@ protected:
 
 TEST_F(OruOglTextGLTest, TextFillsItsBoxCrisply)
 {
-    const QString label = QStringLiteral("HIlE");
+    const QString label = "HIlE";
     const QImage image = drawn([&] { text.draw(QPoint(20, 30), label); });
     const QRect box(QPoint(20, 30), text.size(label));
     EXPECT_TRUE(box.contains(lit(image)));
     EXPECT_EQ(lit(image).top(), 30 + text.descent()) << "letters stand on the baseline";
     EXPECT_GE(lit(image).height(), 9);
-    EXPECT_EQ(image.copy(box.left(), height - box.bottom() - 1, box.width(), box.height()),
-              drawn([&] {
-                  text.draw(QPoint(71, 52), label);
-              }).copy(71, height - 52 - box.height(), box.width(), box.height()))
-        << "the same pixels wherever it stands";
+    const QImage moved = drawn([&] { text.draw(QPoint(71, 52), label); });
+    EXPECT_EQ(image.copy(20, 0, 80, 90), moved.copy(71, -22, 80, 90)) << "the same pixels wherever it stands";
 }
 
 TEST_F(OruOglTextGLTest, LinesRunDownwards)
 {
-    const QImage image = drawn([&] { text.draw(QPoint(10, 10), QStringLiteral("I\nIIIIIIII")); });
+    const QImage image = drawn([&] { text.draw(QPoint(10, 10), "I\nIIIIIIII"); });
     const int line = text.lineHeight();
-    EXPECT_LT(lit(image.copy(0, height - 10 - 2 * line, width, line)).width(), 5) << "first line on top";
-    EXPECT_GT(lit(image.copy(0, height - 10 - line, width, line)).width(), 20);
+    EXPECT_LT(lit(image.copy(0, window.height - 10 - 2 * line, window.width, line)).width(), 5)
+        << "first line on top";
+    EXPECT_GT(lit(image.copy(0, window.height - 10 - line, window.width, line)).width(), 20);
 }
 
 TEST_F(OruOglTextGLTest, ColourAndFrame)
@@ -83,7 +71,7 @@ TEST_F(OruOglTextGLTest, ColourAndFrame)
 
 TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
 {
-    const QString label = QStringLiteral("pick me");
+    const QString label = "pick me";
     text.setSelectMode(true);
     glColor(QColor(1, 2, 3));
     const QImage image = drawn([&] { text.draw(QPoint(20, 30), label); });
@@ -97,7 +85,7 @@ TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
 
 TEST_F(OruOglTextGLTest, QuarterTurnsKeepThePixels)
 {
-    const QString label = QStringLiteral("Turn");
+    const QString label = "Turn";
     const QImage level = drawn([&] { text.draw(QPoint(60, 60), label); });
     text.setAngle(Angle(90.0));
     const QImage upwards = drawn([&] { text.draw(QPoint(60, 60), label); });
@@ -118,19 +106,19 @@ TEST_F(OruOglTextGLTest, TheStateOfTheHostNeitherMattersNorChanges)
 {
     text.setColor(Qt::yellow);
     boxed.shadow = true;
-    expectSameInHostileState([&] { text.draw(QPoint(5, 5), QStringLiteral("state")); });
-    expectSameInHostileState([&] { boxed.draw(QPoint(50, 50), QStringLiteral("state")); });
+    expectSameInHostileState([&] { text.draw(QPoint(5, 5), "state"); });
+    expectSameInHostileState([&] { boxed.draw(QPoint(50, 50), "state"); });
     text.setSelectMode(true);
     glColor(QColor(Qt::cyan));
     text.draw(QPoint(0, 0), QString());
     boxed.draw(QPoint(0, 0), QString());
-    text.draw(QPoint(100000, -100000), QStringLiteral("far outside"));
+    text.draw(QPoint(100000, -100000), "far outside");
 }
 
 TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
 {
     const QPoint point(80, 60);
-    const QString label = QStringLiteral("Ag");
+    const QString label = "Ag";
     const QSize size = boxed.size(label);
     const int left = point.x() - size.width();
     const int below = point.y() - size.height();
@@ -175,8 +163,8 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
 TEST_F(OruOglTextGLTest, GlyphPagesAreSharedGrowAndGoWithDisuse)
 {
     OruOglText same(cache, 7, OruOglText::defaultFace);
-    text.draw(QPoint(0, 0), QStringLiteral("shared"));
-    same.draw(QPoint(0, 0), QStringLiteral("shared"));
+    text.draw(QPoint(0, 0), "shared");
+    same.draw(QPoint(0, 0), "shared");
     EXPECT_EQ(cache.textureCount(), 1U);
 
     OruOglText large(cache, 100, OruOglText::defaultFace);
@@ -188,90 +176,45 @@ TEST_F(OruOglTextGLTest, GlyphPagesAreSharedGrowAndGoWithDisuse)
     EXPECT_GT(cache.textureCount(), 2U) << "a page that is full is followed by another one";
 
     for (std::uint64_t frame = 0; frame <= OruOglGlyphAtlas::pageLife; ++frame) {
-        text.draw(QPoint(0, 0), QStringLiteral("kept"));
+        text.draw(QPoint(0, 0), "kept");
         text.clear();
         large.clear();
     }
     EXPECT_EQ(cache.textureCount(), 1U);
-    EXPECT_FALSE(lit(drawn([&] { large.draw(QPoint(0, 0), QStringLiteral("I")); })).isNull()) << "comes back";
+    EXPECT_FALSE(lit(drawn([&] { large.draw(QPoint(0, 0), "I"); })).isNull()) << "comes back";
 }
 
-class OruOglImageGLTest : public OruOglTextGLTest
+TEST_F(OruOglTextGLTest, ImagesAreKeptAndAskedForOnce)
 {
-protected:
-    OruOglImageGLTest()
-    {
-        QImage image(5, 3, QImage::Format_ARGB32);
-        image.fill(qRgba(0, 255, 0, 255));
-        image.setPixel(0, 0, qRgba(255, 0, 255, 255));
-        image.setPixel(4, 2, qRgba(255, 0, 0, 0));
-        image.save(file);
-    }
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("image.png");
+    EXPECT_EQ(cache.image(file), nullptr);
+    EXPECT_EQ(cache.imageSize(file), QSize(0, 0));
+    ASSERT_TRUE(QImage(5, 3, QImage::Format_ARGB32).save(file));
+    EXPECT_EQ(cache.image(file), nullptr) << "asked for once";
+    cache.clear();
 
-    ~OruOglImageGLTest() override { QFile::remove(file); }
-
-    // Draws the texture at 5 by 3 pixels over blue.
-    QImage shown(const OruOglTexture& texture)
-    {
-        glPushAttrib(OruOglAllAttribBits);
-        glColor(QColor(Qt::blue));
-        glRecti(0, 0, 20, 20);
-        glEnable(GL_BLEND);
-        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-        glEnable(GL_TEXTURE_2D);
-        glBindTexture(GL_TEXTURE_2D, texture.name);
-        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-        glBegin(GL_QUADS);
-        const float corners[][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
-        for (const auto& corner : corners) {
-            glTexCoord2fv(corner);
-            glVertex2f(2.5f + 5.0f * corner[0], 2.5f + 3.0f * corner[1]);
-        }
-        glEnd();
-        glPopAttrib();
-        return context.grab();
-    }
-
-    const QString file = QDir::temp().filePath(QStringLiteral("kelvar_ogl_image_test.png"));
-};
-
-TEST_F(OruOglImageGLTest, ImagesOfAnySizeWithTransparency)
-{
-    EXPECT_EQ(cache.imageSize(file), QSize(5, 3));
     const std::string before = glStateText();
     const OruOglTexture* plain = cache.image(file);
     const OruOglTexture* keyed = cache.image(file, QColor(255, 0, 255));
     EXPECT_EQ(glStateText(), before);
     ASSERT_TRUE(plain && keyed);
     EXPECT_EQ(plain->size, QSize(5, 3));
+    EXPECT_EQ(cache.imageSize(file), QSize(5, 3));
     EXPECT_NE(plain->name, keyed->name);
     EXPECT_EQ(cache.image(file), plain) << "kept";
-
-    const QImage image = shown(*plain);
-    EXPECT_EQ(pixel(image, 3, 5), QColor(255, 0, 255)) << "upright: the first line is the topmost";
-    EXPECT_EQ(pixel(image, 5, 4), QColor(0, 255, 0));
-    EXPECT_EQ(pixel(image, 7, 3), QColor(0, 0, 255)) << "the image's own alpha";
-    EXPECT_EQ(pixel(shown(*keyed), 3, 5), QColor(0, 0, 255)) << "the transparent colour";
 }
 
-TEST_F(OruOglImageGLTest, AFileThatIsNotThereIsAskedForOnce)
-{
-    EXPECT_EQ(cache.image(file + QStringLiteral("x")), nullptr);
-    EXPECT_EQ(cache.imageSize(QStringLiteral("none.png")), QSize(0, 0));
-    QFile::copy(file, file + QStringLiteral("x"));
-    EXPECT_EQ(cache.image(file + QStringLiteral("x")), nullptr);
-    cache.clear();
-    EXPECT_NE(cache.image(file + QStringLiteral("x")), nullptr);
-    QFile::remove(file + QStringLiteral("x"));
-}
-
-TEST_F(OruOglImageGLTest, WithoutTexturesNothingIsCalled)
+TEST_F(OruOglTextGLTest, WhatHoldsNoGlObjectsCallsNothing)
 {
     kelvartest::GlRecording recording;
     {
+        OruModifiedGroup group;
+        OruOglGeometry geometry(group);
+        geometry.makeMesh()->draw();
         OruOglCache unused(resource);
         OruOglText quiet(unused, 7, OruOglText::defaultFace);
-        EXPECT_GT(quiet.size(QStringLiteral("measured")).width(), 20);
+        EXPECT_GT(quiet.size("measured").width(), 20);
         quiet.clear();
         quiet.draw(QPoint(0, 0), QString());
     }
