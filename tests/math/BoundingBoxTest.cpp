@@ -9,11 +9,7 @@
 
 using namespace Kelvar::Math;
 
-namespace {
-
-const BoundingBox Box(Vector3(-1.0f, 0.0f, 2.0f), Vector3(3.0f, 5.0f, 4.0f));
-
-} // namespace
+static const BoundingBox Box(Vector3(-1.0f, 0.0f, 2.0f), Vector3(3.0f, 5.0f, 4.0f));
 
 TEST(BoundingBox, UndefinedHoldsNothing)
 {
@@ -53,19 +49,18 @@ TEST(BoundingBox, IntersectsWhatItTouches)
 {
     const struct
     {
-        const char* name;
         BoundingBox other;
         bool meets;
     } rows[] = {
-        {"inside", BoundingBox(Vector3(0, 1, 3), Vector3(0, 1, 3)), true},
-        {"touching face", BoundingBox(Vector3(3, 0, 2), Vector3(4, 5, 4)), true},
-        {"beside in x", BoundingBox(Vector3(3.1f, 0, 2), Vector3(4, 5, 4)), false},
-        {"below in y", BoundingBox(Vector3(0, -2, 2), Vector3(1, -0.1f, 4)), false},
-        {"behind in z", BoundingBox(Vector3(0, 1, 0), Vector3(1, 2, 1.9f)), false},
+        {{{0, 1, 3}, {0, 1, 3}}, true},       // inside
+        {{{3, 0, 2}, {4, 5, 4}}, true},       // touching a face
+        {{{3.1f, 0, 2}, {4, 5, 4}}, false},   // beside in x
+        {{{0, -2, 2}, {1, -0.1f, 4}}, false}, // below in y
+        {{{0, 1, 0}, {1, 2, 1.9f}}, false},   // behind in z
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(row.meets, Box.intersects(row.other)) << row.name;
-        EXPECT_EQ(row.meets, row.other.intersects(Box)) << row.name;
+        EXPECT_EQ(row.meets, Box.intersects(row.other)) << testing::PrintToString(row.other.min());
+        EXPECT_EQ(row.meets, row.other.intersects(Box)) << testing::PrintToString(row.other.min());
     }
 }
 
@@ -73,33 +68,30 @@ TEST(BoundingBox, TransformedBoxIsTheTightestRoundItsCorners)
 {
     QMatrix4x4 lens;
     lens.perspective(60.0f, 1.0f, 1.0f, 100.0f);
-    const struct
-    {
-        const char* name;
-        Matrix matrix;
-    } rows[] = {
-        {"shift", Matrix::translate(Vector3(1.0f, -2.0f, 3.0f))},
-        {"quarter turn", Matrix::rotate(VectorZ, 90.0f)},
-        {"skew turn", Matrix::rotate(Vector3(1.0f, 1.0f, 0.5f), 35.0f)},
-        {"mirror", Matrix::scale(Vector3(-1.0f, 2.0f, 1.0f))},
-        {"flattened", Matrix::scale(0.0f)},
-        {"perspective", Matrix::translate(Vector3(0.0f, 0.0f, -20.0f)) * fromQt(lens)},
+    const Matrix matrices[] = {
+        Matrix::translate(Vector3(1.0f, -2.0f, 3.0f)),
+        Matrix::rotate(VectorZ, 90.0f),
+        Matrix::rotate(Vector3(1.0f, 1.0f, 0.5f), 35.0f),
+        Matrix::scale(Vector3(-1.0f, 2.0f, 1.0f)),
+        Matrix::scale(0.0f),
+        Matrix::translate(Vector3(0.0f, 0.0f, -20.0f)) * fromQt(lens),
     };
-    for (const auto& row : rows) {
+    for (const Matrix& matrix : matrices) {
+        SCOPED_TRACE(testing::PrintToString(matrix));
         BoundingBox box = Box;
-        box *= row.matrix;
-        QVector3D low = toQt(row.matrix).map(toQt(Box.corner(0)));
+        box *= matrix;
+        QVector3D low = toQt(matrix).map(toQt(Box.corner(0)));
         QVector3D high = low;
         for (int corner = 1; corner < 8; ++corner) {
-            const QVector3D image = toQt(row.matrix).map(toQt(Box.corner(corner)));
+            const QVector3D image = toQt(matrix).map(toQt(Box.corner(corner)));
             for (int axis = 0; axis < 3; ++axis) {
                 low[axis] = std::min(low[axis], image[axis]);
                 high[axis] = std::max(high[axis], image[axis]);
             }
         }
-        EXPECT_TRUE(box.defined()) << row.name;
-        EXPECT_THAT(box.min(), NearVector(fromQt(low), 1e-5)) << row.name;
-        EXPECT_THAT(box.max(), NearVector(fromQt(high), 1e-5)) << row.name;
+        EXPECT_TRUE(box.defined());
+        EXPECT_THAT(box.min(), NearVector(fromQt(low), 1e-5));
+        EXPECT_THAT(box.max(), NearVector(fromQt(high), 1e-5));
     }
     BoundingBox lost = Box;
     lost *= Matrix::scale(std::numeric_limits<float>::quiet_NaN());

@@ -32,14 +32,6 @@ const Matrix View = Matrix::translate(Vector3(3.0f, -2.0f, 1.0f)) *
                     Matrix::rotate(Vector3(1.0f, 2.0f, 3.0f), 77.0f) * Matrix::scale(0.5f) *
                     Matrix::translate(Vector3(0.0f, 0.0f, -50.0f));
 
-struct Projection
-{
-    const char* name;
-    Matrix matrix;
-};
-
-const Projection Projections[] = {{"orthographic", orthographic()}, {"perspective", perspective()}};
-
 } // namespace
 
 TEST(Vector3, DominantIsTheLargestMagnitude)
@@ -78,13 +70,13 @@ TEST(Vector3, ProjectsAndUnprojectsLikeTheReference)
 {
     const int viewport[4] = {10, 20, 801, 487};
     const QRect rect(viewport[0], viewport[1], viewport[2], viewport[3]);
-    for (const Projection& projection : Projections) {
+    for (const Matrix& projection : {orthographic(), perspective()}) {
+        SCOPED_TRACE(testing::PrintToString(projection));
         for (const Vector3& point : {Vector0, Vector3(4, -3, 2), Vector3(-20, 15, 30), Vector3(1, 60, -7)}) {
-            const Vector3 window = point.project(View, projection.matrix, viewport);
-            const QVector3D reference = toQt(point).project(toQt(View), toQt(projection.matrix), rect);
-            EXPECT_THAT(window, NearVector(fromQt(reference), 1e-5)) << projection.name;
-            EXPECT_THAT(window.unProject(View, projection.matrix, viewport), NearVector(point, 3e-4))
-                << projection.name;
+            const Vector3 window = point.project(View, projection, viewport);
+            const QVector3D reference = toQt(point).project(toQt(View), toQt(projection), rect);
+            EXPECT_THAT(window, NearVector(fromQt(reference), 1e-5));
+            EXPECT_THAT(window.unProject(View, projection, viewport), NearVector(point, 3e-4));
         }
     }
 }
