@@ -75,14 +75,14 @@ Scene makeScene(const QString& name, const QString& engineFile)
 {
     for (const GridScene& scene : gridScenes) {
         if (name == QLatin1String(scene.name)) {
-            return {name, sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles)};
+            return {name, sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles), true};
         }
     }
     if (name != QLatin1String(engineName)) {
         throw std::runtime_error("there is no scene " + name.toStdString());
     }
     hostkit::Progress progress;
-    return {name, arraysOf(hostkit::ModelImporter::load(engineFile, progress))};
+    return {name, arraysOf(hostkit::ModelImporter::load(engineFile, progress)), false};
 }
 
 Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles)

@@ -20,6 +20,8 @@ struct Scene
 {
     QString name;
     Arrays arrays;
+    /// All parts are known to be closed; of a model from a file nobody knows before it was looked at.
+    bool closed;
 };
 
 /// A closed bumpy sphere of 1,000,000 triangles, spheres on grids of 10 x 10 x 10 and 25 x 20 x 20, and an

@@ -27,19 +27,25 @@ struct Start
     double memory = 0.0;
 };
 
-void drawBare(const bench::Arrays& arrays)
+/// As the scene shows it: from above, front right, fitting.
+void drawBare(const bench::Scene& scene)
 {
+    using Kelvar::Math::Matrix;
     bench::BareProgram bare;
     Kelvar::Math::BoundingBox box;
-    for (const hostkit::MeshSource& part : arrays) {
-        bare.add({part.colour, part.positions, part.normals, part.colours, part.indices, true});
+    for (const hostkit::MeshSource& part : scene.arrays) {
+        bare.add({part.colour, part.positions, part.normals, part.colours, part.indices, scene.closed});
         for (const auto& position : part.positions) {
             box.add(position);
         }
     }
-    const float scale = 2.0f / box.depth();
-    const auto view = Kelvar::Math::Matrix::translate(box.center() * -1.0f) *
-                      Kelvar::Math::Matrix::scale({scale, scale, scale});
+    const auto turn = Matrix::translate(box.center() * -1.0f) *
+                      Matrix::rotate(Kelvar::Math::VectorZ, -45.0f) *
+                      Matrix::rotate(Kelvar::Math::VectorX, -54.7356f);
+    Kelvar::Math::BoundingBox turned = box;
+    turned *= turn;
+    const float scale = 0.9f * 2.0f / (turned.max().y - turned.min().y);
+    const Matrix view = turn * Matrix::scale({scale, scale, scale});
     const OruOglViewport viewport(0, 0, bench::frameWidth, bench::frameHeight);
     bare.draw(view, glGetOrtho(viewport, box, view), bench::frameSize());
 }
@@ -57,13 +63,13 @@ void drawAndPickScene(bench::Arrays arrays, Cost& untilFrame)
 void runSide(const QString& side, const QString& scene, const QString& engineFile)
 {
     const hostkit::OffscreenView view(bench::frameSize());
-    bench::Arrays arrays = bench::makeScene(scene, engineFile).arrays;
+    bench::Scene made = bench::makeScene(scene, engineFile);
     bench::forgetPeak();
     Cost cost;
     if (side == QLatin1String("bare")) {
-        cost = bench::measure([&] { drawBare(arrays); });
+        cost = bench::measure([&] { drawBare(made); });
     } else {
-        drawAndPickScene(std::move(arrays), cost);
+        drawAndPickScene(std::move(made.arrays), cost);
     }
     std::printf("%f %f %f\n", cost.wall, cost.processor, bench::peakMemory());
 }
