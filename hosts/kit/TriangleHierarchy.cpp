@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <limits>
 #include <utility>
 
@@ -18,6 +19,9 @@ using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
 constexpr std::size_t trianglesPerLeaf = 8;
+
+/// A half of a tree with as many leaves is built in a thread of its own.
+constexpr std::size_t leavesPerThread = 16384;
 
 /// Depths are compared as a 24 bit depth buffer does it, so that a face parallel to the screen is a tie.
 constexpr double depthSteps = 16777216.0;
@@ -354,8 +358,16 @@ private:
             return hierarchy_.boxes_[node] = fillLeaf(first, last);
         std::size_t const half = leafCount / 2;
         halve(first, firstOf(firstLeaf + half), last);
-        Box box = split(node + 1, firstLeaf, half);
-        grow(box, split(node + 2 * half, firstLeaf + half, leafCount - half));
+        Box box = emptyBox();
+        if (half >= leavesPerThread) {
+            // The halves share nothing. Without a thread to be had the first one runs after the second.
+            std::future<Box> beside = std::async([=] { return split(node + 1, firstLeaf, half); });
+            box = split(node + 2 * half, firstLeaf + half, leafCount - half);
+            grow(box, beside.get());
+        } else {
+            box = split(node + 1, firstLeaf, half);
+            grow(box, split(node + 2 * half, firstLeaf + half, leafCount - half));
+        }
         return hierarchy_.boxes_[node] = box;
     }
 
