@@ -1,14 +1,11 @@
-#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/OruModifiedWatcher.h"
-#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruViewPtr.h"
-#include "tests/core/QtPrint.h"
+#include "tests/core/TreeSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace {
 
@@ -16,17 +13,13 @@ namespace {
 struct Tree
 {
     OruModifiedGroup group;
-    OruProperties root{group};
-    OruProperties list{group};
-    OruProperties entry{group};
-    OruProperties other{group};
+    Named root{group, "root"};
+    Named list{group, "list"};
+    Named entry{group, "entry"};
+    Named other{group, "other"};
 
     Tree()
     {
-        root.rename("root");
-        list.rename("list");
-        entry.rename("entry");
-        other.rename("other");
         root.insert(&list, true);
         root.insert(&other, true);
         list.insert(&entry, true);
@@ -57,10 +50,9 @@ TEST(OruModifiedGroup, HandedOverGroupLivesAsLongAsItsLastNode)
         Root()
             : OruProperties((new OruModifiedGroup)->handOver())
         {
-            child.rename("child");
             insert(&child, true);
         }
-        OruProperties child{group};
+        Named child{group, "child"};
     };
     auto root = std::make_unique<Root>();
     const auto survivor = std::make_unique<OruProperties>(root->child);
@@ -75,19 +67,13 @@ TEST(OruModifiedGroup, HandedOverGroupLivesAsLongAsItsLastNode)
 TEST(OruModified, ChangeIsSeenAboveItsNodeOnly)
 {
     Tree tree;
-    const std::uint64_t rootItself = tree.root.revision();
-    const std::uint64_t rootTree = tree.root.subtreeRevision();
-    const std::uint64_t listTree = tree.list.subtreeRevision();
-    const std::uint64_t otherTree = tree.other.subtreeRevision();
-    const std::uint64_t entry = tree.entry.revision();
-
+    const std::uint64_t before = tree.group.nextRevision();
     tree.entry.touch();
-
-    EXPECT_GT(tree.entry.revision(), entry);
-    EXPECT_GT(tree.list.subtreeRevision(), listTree);
-    EXPECT_GT(tree.root.subtreeRevision(), rootTree);
-    EXPECT_EQ(tree.root.revision(), rootItself);
-    EXPECT_EQ(tree.other.subtreeRevision(), otherTree);
+    EXPECT_GT(tree.entry.revision(), before);
+    EXPECT_GT(tree.list.subtreeRevision(), before);
+    EXPECT_GT(tree.root.subtreeRevision(), before);
+    EXPECT_LT(tree.root.revision(), before);
+    EXPECT_LT(tree.other.subtreeRevision(), before);
 }
 
 /// One number per level and nothing for 10,000 siblings: the numbers that the group gave out are the work
@@ -96,11 +82,8 @@ TEST(OruModified, NotingAChangeCostsTheDepthAndAskingNothing)
 {
     OruModifiedGroup group;
     OruProperties root(group);
-    root.rename("root");
     for (int i = 0; i < 10000; ++i) {
-        auto child = std::make_unique<OruProperties>(group);
-        child->rename(QString::number(i));
-        ASSERT_TRUE(root.insert(child.release(), false));
+        root.insert(new Named(group, QString::number(i)), false);
     }
     const OruModifiedWatcher watcher(root);
     watcher.reset();
@@ -115,14 +98,10 @@ TEST(OruModified, NotingAChangeCostsTheDepthAndAskingNothing)
 
 TEST(OruModified, ChildrenOfOtherGroupsAreSeenEachTime)
 {
-    OruModifiedGroup rootGroup;
-    OruModifiedGroup groupA;
-    OruModifiedGroup groupB;
-    OruProperties root(rootGroup);
-    OruProperties a(groupA);
-    OruProperties b(groupB);
-    a.rename("a");
-    b.rename("b");
+    OruModifiedGroup groups[3];
+    OruProperties root(groups[0]);
+    Named a(groups[1], "a");
+    Named b(groups[2], "b");
     root.insert(&a, true);
     root.insert(&b, true);
     const OruModifiedWatcher watcher(root);
@@ -145,11 +124,7 @@ TEST(OruModifiedWatcher, SeesEveryKindOfChangeAndNothingElse)
         {"value", true, [](Tree& t) { t.entry.string().setValue("key", 5); }},
         {"the same value", false, [](Tree& t) { t.entry.string().setValue("old", "x"); }},
         {"virtual setValue", true, [](Tree& t) { t.entry.setValue("key", "5"); }},
-        {"read", false,
-         [](Tree& t) {
-             QString v;
-             t.entry.getValue("old", v, "");
-         }},
+        {"read", false, [](Tree& t) { textOf(t.entry, "old"); }},
         {"unit", true, [](Tree& t) { t.entry.string().setUnit("old", "mm"); }},
         {"removed key", true, [](Tree& t) { t.entry.string().remove("old"); }},
         {"unknown key removed", false, [](Tree& t) { t.entry.string().remove("nothing"); }},
@@ -161,11 +136,7 @@ TEST(OruModifiedWatcher, SeesEveryKindOfChangeAndNothingElse)
         {"child removed", true, [](Tree& t) { t.list.remove(&t.entry); }},
         {"refused insert", false, [](Tree& t) { t.list.insert(&t.entry, true); }},
         {"assignment", true, [](Tree& t) { t.entry = t.other; }},
-        {"self-assignment", false,
-         [](Tree& t) {
-             const OruProperties& same = t.entry;
-             t.entry = same;
-         }},
+        {"self-assignment", false, [](Tree& t) { t.entry = static_cast<const Named&>(*t.list.at(0)); }},
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
@@ -182,19 +153,16 @@ TEST(OruModifiedWatcher, SeesEveryKindOfChangeAndNothingElse)
 TEST(OruViewPtr, BecomesNullWithItsNodeInAllCopies)
 {
     OruModifiedGroup group;
+    auto node = std::make_unique<OruProperties>(group);
+    const OruProperties twin(*node);
     oru::view_ptr<OruProperties> first;
-    std::vector<oru::view_ptr<OruProperties>> copies;
-    std::unique_ptr<OruProperties> twin;
     EXPECT_EQ(first.get(), nullptr);
-    {
-        OruProperties node(group);
-        first = oru::view_ptr<OruProperties>(node);
-        copies.assign(2, first);
-        twin = std::make_unique<OruProperties>(node);
-        EXPECT_EQ(copies[1].get(), &node);
-    }
-    const oru::view_ptr<const OruProperties> twinView(*twin);
+    first = oru::view_ptr<OruProperties>(*node);
+    const oru::view_ptr<OruProperties> copy = first;
+    const oru::view_ptr<const OruProperties> twinView(twin);
+    EXPECT_EQ(copy.get(), node.get());
+    node.reset();
     EXPECT_EQ(first.get(), nullptr);
-    EXPECT_EQ(copies[0].get(), nullptr);
-    EXPECT_EQ(twinView.get(), twin.get()) << "a copy of the node has views of its own";
+    EXPECT_EQ(copy.get(), nullptr);
+    EXPECT_EQ(twinView.get(), &twin) << "a copy of the node has views of its own";
 }

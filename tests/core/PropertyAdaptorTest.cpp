@@ -1,5 +1,5 @@
 #include "Scene/navigation/OruPropertyAdaptor.h"
-#include "tests/core/QtPrint.h"
+#include "tests/core/TreeSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,6 @@ using Kelvar::Math::Vector3;
 using Kelvar::UI::Toolkit::KeyModifier;
 
 namespace {
-
-QString textOf(const OruProperties& node, const char* key)
-{
-    QString text;
-    node.string().getValue(key, text, "(undefined)");
-    return text;
-}
 
 /// One type's default, another value, their texts, and what a read yields when the key is gone.
 template <typename T>
@@ -61,33 +54,21 @@ TEST_F(OruPropertyAdaptorTest, EveryTypeWritesReadsAndFallsBack)
                       Matrix::rotate(Vector3(1, 2, 3), 40.0f), Matrix::Identity);
 }
 
-TEST_F(OruPropertyAdaptorTest, DefinedKeyWinsOverTheDefault)
+TEST_F(OruPropertyAdaptorTest, WhatIsStoredWinsOverTheDefaults)
 {
-    node.string().setValue("key", 2.5);
-    const std::uint64_t before = node.revision();
-    const OruPropertyAdaptor<double> adaptor(node, "key", 1.1, QString());
-    EXPECT_EQ(node.revision(), before) << "the store is left alone";
-    EXPECT_EQ(adaptor.value(), 2.5);
-    EXPECT_EQ(adaptor.name(), QString("key"));
-}
-
-TEST_F(OruPropertyAdaptorTest, UnitOfTheConstructorOnlyFillsAnEmptyOne)
-{
-    struct Case
-    {
-        const char* stored;
-        const char* given;
-        const char* result;
-    };
-    const Case cases[] = {{"", "mm", "mm"}, {"cm", "mm", "cm"}, {"cm", "", "cm"}, {"", "", ""}};
-    for (const Case& row : cases) {
-        SCOPED_TRACE(std::string("stored '") + row.stored + "', given '" + row.given + "'");
+    const char* const cases[][3] = {{"", "mm", "mm"}, {"cm", "mm", "cm"}, {"cm", "", "cm"}, {"", "", ""}};
+    for (const auto& [stored, given, result] : cases) {
+        SCOPED_TRACE(std::string("stored '") + stored + "', given '" + given + "'");
         OruProperties owner(group);
-        owner.string().setValue("key", 1);
-        owner.string().setUnit("key", row.stored);
-        const OruPropertyAdaptor<int> adaptor(owner, "key", 1, row.given);
-        EXPECT_EQ(adaptor.getUnit(), QString(row.result));
-        EXPECT_EQ(owner.string().getUnit("key", ""), QString(row.result));
+        owner.string().setValue("key", 2.5);
+        owner.string().setUnit("key", stored);
+        const std::uint64_t before = owner.revision();
+        const OruPropertyAdaptor<double> adaptor(owner, "key", 1.1, given);
+        EXPECT_EQ(adaptor.value(), 2.5);
+        EXPECT_EQ(adaptor.getUnit(), QString(result));
+        EXPECT_EQ(owner.string().getUnit("key", ""), QString(result));
+        EXPECT_EQ(owner.revision() == before, QString(result) == stored)
+            << "a store that has all is left alone";
     }
 }
 
@@ -137,47 +118,33 @@ TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)
     EXPECT_EQ(target.getUnit(), QString("cm"));
 }
 
-TEST_F(OruPropertyAdaptorTest, CopyStaysBoundToTheSourcesNode)
+TEST_F(OruPropertyAdaptorTest, CopiesAndAssignmentsToItselfWriteNothing)
 {
     OruPropertyAdaptor<int> source(node, "key", 5, QString());
+    node.string().remove("key");
     const std::uint64_t before = node.revision();
     OruPropertyAdaptor<int> copy(source);
+    const OruPropertyAdaptor<int>& same = source;
+    source = same;
     EXPECT_EQ(node.revision(), before);
+    EXPECT_FALSE(node.string().defined("key"));
     copy.setValue(6);
-    EXPECT_EQ(source.value(), 6);
-    EXPECT_EQ(textOf(node, "key"), QString("6"));
+    EXPECT_EQ(source.value(), 6) << "both are bound to one node";
 }
 
 TEST_F(OruPropertyAdaptorTest, AssignmentMovesValueAndUnitUnderTheLeftKey)
 {
-    struct Case
-    {
-        const char* leftUnit;
-        const char* rightUnit;
-        const char* result;
-    };
-    const Case cases[] = {{"cm", "mm", "mm"}, {"cm", "", "cm"}, {"", "mm", "mm"}};
-    for (const Case& row : cases) {
-        SCOPED_TRACE(std::string(row.leftUnit) + " = " + row.rightUnit);
+    const char* const cases[][3] = {{"cm", "mm", "mm"}, {"cm", "", "cm"}, {"", "mm", "mm"}};
+    for (const auto& [leftUnit, rightUnit, result] : cases) {
+        SCOPED_TRACE(std::string(leftUnit) + " = " + rightUnit);
         OruProperties owner(group);
-        OruPropertyAdaptor<int> left(owner, "left", 1, row.leftUnit);
-        const OruPropertyAdaptor<int> right(owner, "right", 2, row.rightUnit);
+        OruPropertyAdaptor<int> left(owner, "left", 1, leftUnit);
+        const OruPropertyAdaptor<int> right(owner, "right", 2, rightUnit);
         owner.string().setValue("right", 3);
         EXPECT_EQ(&(left = right), &left);
         EXPECT_EQ(textOf(owner, "left"), QString("3")) << "the right side was read, not its stale copy";
-        EXPECT_EQ(left.getUnit(), QString(row.result));
+        EXPECT_EQ(left.getUnit(), QString(result));
         EXPECT_EQ(left.name(), QString("left"));
         EXPECT_EQ(textOf(owner, "right"), QString("3"));
     }
-}
-
-TEST_F(OruPropertyAdaptorTest, SelfAssignmentWritesNothing)
-{
-    OruPropertyAdaptor<int> adaptor(node, "key", 5, QString());
-    node.string().remove("key");
-    const std::uint64_t before = node.revision();
-    const OruPropertyAdaptor<int>& same = adaptor;
-    adaptor = same;
-    EXPECT_EQ(node.revision(), before);
-    EXPECT_FALSE(node.string().defined("key"));
 }

@@ -5,6 +5,7 @@
 #include "contracts/core/OruTimer.h"
 #include "contracts/debug/logger.h"
 #include "tests/core/QtPrint.h"
+#include "tests/debug/RecordingSink.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,27 +16,9 @@
 
 #include <chrono>
 #include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 using Kelvar::Math::NumberFormat;
-
-namespace {
-
-void makeFile(const QString& path)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-}
-
-struct TraceLines : kelvardebug::sink
-{
-    std::vector<std::string> lines;
-    void line(kelvardebug::channel, const std::string& text) override { lines.push_back(text); }
-};
-
-} // namespace
 
 TEST(OruResource, SearchesTheUsersFolderFirstThenItsOwnKind)
 {
@@ -44,33 +27,29 @@ TEST(OruResource, SearchesTheUsersFolderFirstThenItsOwnKind)
     for (const char* sub : {"fonts", "images", "user", "user2"}) {
         ASSERT_TRUE(QDir(base).mkdir(sub));
     }
-    makeFile(base + "/fonts/f.ttf");
-    makeFile(base + "/fonts/both");
-    makeFile(base + "/images/both");
-    makeFile(base + "/images/i.png");
-    makeFile(base + "/user2/f.ttf");
+    for (const char* name :
+         {"/fonts/f.ttf", "/fonts/both", "/images/both", "/images/i.png", "/user2/f.ttf"}) {
+        ASSERT_TRUE(QFile(base + name).open(QIODevice::WriteOnly)) << name;
+    }
     const QString users = base + "/none:" + base + "/user:" + base + "/user2";
+    const QString image = base + "/images/i.png";
     struct Case
     {
-        const char* what;
-        QString user;
-        QString name;
-        QString font;
-        QString image;
+        QString user, name, font, image;
     };
     const Case cases[] = {
-        {"user's second folder wins", users, "f.ttf", base + "/user2/f.ttf", base + "/user2/f.ttf"},
-        {"no user folder", "", "f.ttf", base + "/fonts/f.ttf", "f.ttf"},
-        {"each kind in its place", users, "both", base + "/fonts/both", base + "/images/both"},
-        {"in a subfolder", "", "../images/i.png", base + "/images/i.png", base + "/images/i.png"},
-        {"nowhere", users, "x", "x", "x"},
-        {"a folder is no file", base, "fonts", "fonts", "fonts"},
-        {"no name", users, "", "", ""},
-        {"absolute", users, base + "/images/i.png", base + "/images/i.png", base + "/images/i.png"},
-        {"absolute and missing", users, "/no/f.ttf", "/no/f.ttf", "/no/f.ttf"},
+        {users, "f.ttf", base + "/user2/f.ttf", base + "/user2/f.ttf"},
+        {"", "f.ttf", base + "/fonts/f.ttf", "f.ttf"},
+        {users, "both", base + "/fonts/both", base + "/images/both"},
+        {"", "../images/i.png", image, image},
+        {users, "x", "x", "x"},
+        {base, "fonts", "fonts", "fonts"}, // a folder is no file
+        {users, "", "", ""},
+        {users, image, image, image},
+        {users, "/no/f.ttf", "/no/f.ttf", "/no/f.ttf"},
     };
     for (const Case& row : cases) {
-        SCOPED_TRACE(row.what);
+        SCOPED_TRACE(row.name.toStdString());
         const OruResource resource(base + "/fonts", base + "/images", row.user);
         EXPECT_EQ(resource.fontFile(row.name), row.font);
         EXPECT_EQ(resource.imageFile(row.name), row.image);
@@ -92,7 +71,7 @@ TEST(OruStringBuilder, WritesNumbersInTheFormat)
 TEST(OruTimer, ReportsOnlyWhatTookLongerThanTheThreshold)
 {
     kelvardebug::logger& log = oru::debug_logger::debuglogger();
-    const auto sink = std::make_shared<TraceLines>();
+    const auto sink = std::make_shared<RecordingSink>();
     log.setSink(sink);
     log.setTracing(true);
     {
@@ -110,15 +89,11 @@ TEST(OruTimer, ReportsOnlyWhatTookLongerThanTheThreshold)
 
 TEST(OruMemoryInfo, TellsAmountsAsPeopleReadThem)
 {
-    struct Case
-    {
-        std::uint64_t bytes;
-        const char* text;
-    };
-    const Case cases[] = {{0, "0 B"},           {1023, "1023 B"},           {1024, "1.0 KiB"},
-                          {1048575, "1.0 MiB"}, {12240656794u, "11.4 GiB"}, {~std::uint64_t(0), "16.0 EiB"}};
-    for (const Case& row : cases) {
-        EXPECT_EQ(oru::memoryText(row.bytes), QString(row.text));
+    const std::pair<std::uint64_t, const char*> cases[] = {
+        {0, "0 B"},           {1023, "1023 B"},           {1024, "1.0 KiB"},
+        {1048575, "1.0 MiB"}, {12240656794u, "11.4 GiB"}, {~std::uint64_t(0), "16.0 EiB"}};
+    for (const auto& row : cases) {
+        EXPECT_EQ(oru::memoryText(row.first), QString(row.second));
     }
     EXPECT_THAT(oru::memoryInfo().toStdString(), testing::MatchesRegex("[0-9]+\\.[0-9] [KMGT]iB"));
 }
