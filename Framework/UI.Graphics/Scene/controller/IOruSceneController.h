@@ -16,8 +16,6 @@ class OruVisualization;
 class KELVAR_SCENE_API IOruSceneController
 {
 public:
-    virtual ~IOruSceneController();
-
     /// The pointer rests on an object. `tooltip` is what will be shown at the pointer; the host may change
     /// it.
     virtual bool OnHoverEnter(const OruVisHitRecord& hit, const OruVisualization* visualization,
@@ -42,4 +40,6 @@ public:
     /// held, and no other.
     virtual bool OnClick(const OruVisHitRecord& hit, const OruVisualization* visualization,
                          bool withModifier) = 0;
+
+    virtual ~IOruSceneController();
 };
