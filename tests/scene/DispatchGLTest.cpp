@@ -223,9 +223,9 @@ const Row throwRows[] = {
 const Row reentryRows[] = {
     {"handler replaces the host", "Adg", "A.drag=s", "A.drag(7,3,-4) A.release(7) second.drag(7,one,3,-4)"},
     {"host replaces itself", "Adgg", "host.drag=n", DRAG_A " A.release(7) A.drag(7,3,-4)"},
-    {"reset out of a reset", "Amdng", "A.release=s",
-     ENTER_A " A.release(7) A.leave(7) A.drag(7,3,-4) second.drag(7,one,3,-4)"},
-    {"reset out of a reset to what was", "Amdng", "A.leave=h", ENTER_A " A.release(7) A.leave(7) " DRAG_A},
+    {"reset out of a reset", "Amdng", "A.release=s", ENTER_A " A.release(7) A.leave(7) A.drag(7,3,-4)"},
+    {"event out of a reset out of a reset", "Amdn", "A.release=sg",
+     ENTER_A " A.release(7) A.drag(7,3,-4) second.drag(7,one,3,-4) A.leave(7)"},
     {"host goes in its click", "Ac-c", "host.click=n", CLICK_A},
     {"viewpoint and draw out of a drag", "Adg", "A.drag=VW", DRAG_A},
     {"draw out of an enter", "Am-m", "host.enter=WV", ENTER_A " " LEAVE_A},

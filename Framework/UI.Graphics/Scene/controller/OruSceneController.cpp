@@ -50,25 +50,23 @@ public:
     ResetScope(const ResetScope&) = delete;
     ResetScope& operator=(const ResetScope&) = delete;
 
-    static ResetScope* find(const OruSceneController& controller)
+    static bool underWay(const OruSceneController& controller)
     {
-        ResetScope* scope = innermost_;
+        const ResetScope* scope = innermost_;
         while (scope && scope->controller_ != &controller) {
             scope = scope->outer_;
         }
         return scope;
     }
 
-    bool superseded = false;
-
 private:
-    static thread_local ResetScope* innermost_;
+    static thread_local const ResetScope* innermost_;
 
     const OruSceneController* controller_;
-    ResetScope* outer_;
+    const ResetScope* outer_;
 };
 
-thread_local ResetScope* ResetScope::innermost_ = nullptr;
+thread_local const ResetScope* ResetScope::innermost_ = nullptr;
 
 } // namespace
 
@@ -105,15 +103,14 @@ void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& new
 {
     // The argument may be a pointer that a call below changes. NOLINTNEXTLINE(performance-unnecessary-*)
     const boost::shared_ptr<IOruSceneController> next = newController;
-    if (ResetScope* const outer = ResetScope::find(*this)) {
-        outer->superseded = true;
+    if (ResetScope::underWay(*this)) {
         hostController = next;
         return;
     }
     if (hostController.get() == next.get()) {
         return;
     }
-    ResetScope scope(*this);
+    const ResetScope scope(*this);
     const CurrentHitRecord down = downHit;
     tellHandler(down, [&](IOruVisEventHandler& handler) {
         const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
@@ -124,9 +121,7 @@ void OruSceneController::reset(const boost::shared_ptr<IOruSceneController>& new
         QString dropped;
         return handler.OnHoverLeave(hover.hit, makeStringBuilder(render), dropped);
     });
-    if (!scope.superseded) {
-        hostController = next;
-    }
+    hostController = next;
 }
 
 bool OruSceneController::hitTop(OruSceneRender& render, const OruSceneEventContext& ctx,

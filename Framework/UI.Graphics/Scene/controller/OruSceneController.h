@@ -60,8 +60,8 @@ public:
 
     /// Makes `newController` the host's controller; empty: none. A different one than before first ends what
     /// the old one has seen: the held object's handler gets OnRelease, the handler last rested on
-    /// OnHoverLeave. Called from within one of these two, it only replaces the pointer, and that choice
-    /// stands.
+    /// OnHoverLeave. Called from within one of these two, it tells nobody, and its controller only stands
+    /// until these calls are over and the outer one's takes its place.
     void reset(const boost::shared_ptr<IOruSceneController>& newController, OruSceneRender& render);
 
     /// Grabs what lies under the pointer, unless something is held already. Always false.
