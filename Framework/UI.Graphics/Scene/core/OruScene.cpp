@@ -26,7 +26,7 @@ struct DrawingMark
 
 } // namespace
 
-const QString OruScene::typeString = QStringLiteral("scene");
+const QString OruScene::typeString = QLatin1String("scene");
 
 // The group is handed over at once, so it goes with the last node, also when a later member throws.
 OruScene::OruScene(const QString& fonts, const QString& images, const QString& user)
@@ -41,11 +41,11 @@ OruScene::OruScene(const QString& fonts, const QString& images, const QString& u
     , editDepth(0)
 {
     ORU_SCENE_TRACE();
-    rename(QStringLiteral("scene.1"));
+    rename(QLatin1String("scene.1"));
     setType(typeString);
-    zpr.rename(QStringLiteral("zpr"));
-    render.rename(QStringLiteral("render"));
-    mappings.rename(QStringLiteral("mouse mappings"));
+    zpr.rename(QLatin1String("zpr"));
+    render.rename(QLatin1String("render"));
+    mappings.rename(QLatin1String("mouse mappings"));
     insert(&zpr, true);
     insert(&render, true);
     insert(&mappings, true);

@@ -4,18 +4,18 @@ using Kelvar::UI::Toolkit::ModifierFirst;
 using Kelvar::UI::Toolkit::ModifierNone;
 using Kelvar::UI::Toolkit::ModifierSecond;
 
-const QString OruSceneMouseMappings::typeString = QStringLiteral("scene.mouse_mappings");
+const QString OruSceneMouseMappings::typeString = QLatin1String("scene.mouse_mappings");
 
 OruSceneMouseMappings::OruSceneMouseMappings(OruModifiedGroup& modifiedGroup)
     : OruProperties(modifiedGroup)
-    , rotateBut(*this, QStringLiteral("rotateBut"), OruMouse::ButtonView, QString())
-    , rotateMod(*this, QStringLiteral("rotateMod"), ModifierNone, QString())
-    , panBut(*this, QStringLiteral("panBut"), OruMouse::ButtonView, QString())
-    , panMod(*this, QStringLiteral("panMod"), ModifierFirst, QString())
-    , zoomBut(*this, QStringLiteral("zoomBut"), OruMouse::ButtonView, QString())
-    , zoomMod(*this, QStringLiteral("zoomMod"), ModifierSecond, QString())
-    , boxZoomBut(*this, QStringLiteral("boxZoomBut"), OruMouse::ButtonContext, QString())
-    , boxZoomMod(*this, QStringLiteral("boxZoomMod"), ModifierNone, QString())
+    , rotateBut(*this, QLatin1String("rotateBut"), OruMouse::ButtonView, QString())
+    , rotateMod(*this, QLatin1String("rotateMod"), ModifierNone, QString())
+    , panBut(*this, QLatin1String("panBut"), OruMouse::ButtonView, QString())
+    , panMod(*this, QLatin1String("panMod"), ModifierFirst, QString())
+    , zoomBut(*this, QLatin1String("zoomBut"), OruMouse::ButtonView, QString())
+    , zoomMod(*this, QLatin1String("zoomMod"), ModifierSecond, QString())
+    , boxZoomBut(*this, QLatin1String("boxZoomBut"), OruMouse::ButtonContext, QString())
+    , boxZoomMod(*this, QLatin1String("boxZoomMod"), ModifierNone, QString())
 {
     setType(typeString);
 }

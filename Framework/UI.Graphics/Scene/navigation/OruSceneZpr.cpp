@@ -47,13 +47,13 @@ float shrinkScale(const OruOglViewport& view, const OruOglViewport& band)
 
 } // namespace
 
-const QString OruSceneZpr::typeString = QStringLiteral("scene.zpr");
+const QString OruSceneZpr::typeString = QLatin1String("scene.zpr");
 
 OruSceneZpr::OruSceneZpr(OruModifiedGroup& modifiedGroup)
     : OruProperties(modifiedGroup)
-    , zoomMove(*this, QStringLiteral("zoomMove"), 0.01, QString())
-    , zoomWheelFactor(*this, QStringLiteral("zoomWheelFactor"), 1.1, QString())
-    , zoomInvert(*this, QStringLiteral("zoomInvert"), false, QString())
+    , zoomMove(*this, QLatin1String("zoomMove"), 0.01, QString())
+    , zoomWheelFactor(*this, QLatin1String("zoomWheelFactor"), 1.1, QString())
+    , zoomInvert(*this, QLatin1String("zoomInvert"), false, QString())
 {
     setType(typeString);
 }

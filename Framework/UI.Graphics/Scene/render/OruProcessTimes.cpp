@@ -38,5 +38,5 @@ QString OruProcessTimes::performanceText() const
 QString OruProcessTimes::frameRateText(double seconds)
 {
     const double fps = seconds == 0.0 ? 100.0 : 1.0 / seconds;
-    return fps < 32.0 ? QString::asprintf("fps(%4.0f)", fps) : QStringLiteral("fps(high)");
+    return fps < 32.0 ? QString::asprintf("fps(%4.0f)", fps) : QLatin1String("fps(high)");
 }

@@ -49,12 +49,12 @@ QString chooseFontFace(const OruResource& resource)
             return face;
         }
     }
-    return QStringLiteral("_default_");
+    return QLatin1String("_default_");
 }
 
 } // namespace
 
-const QString OruSceneRender::typeString = QStringLiteral("scene.render");
+const QString OruSceneRender::typeString = QLatin1String("scene.render");
 
 OruSceneRender::OruSceneRender(OruModifiedGroup& modifiedGroup, const QString& fonts, const QString& images,
                                const QString& user)
@@ -64,12 +64,12 @@ OruSceneRender::OruSceneRender(OruModifiedGroup& modifiedGroup, const QString& f
     , cache(new OruOglCache(resource))
     , text(*cache, textSize, chooseFontFace(resource))
     , boxedText(text)
-    , background(*this, QStringLiteral("background"), QColor(Qt::black), QString())
-    , textInfo(*this, QStringLiteral("textInfo"), false, QString())
-    , pickSize(*this, QStringLiteral("pickSize"), 3.0f, QString())
-    , decimalSeparator(*this, QStringLiteral("decimalSeparator"), '.', QString())
-    , significantDigits(*this, QStringLiteral("significantDigits"), -1, QString())
-    , visualizations(modifiedGroup, QStringLiteral("vis.0"))
+    , background(*this, QLatin1String("background"), QColor(Qt::black), QString())
+    , textInfo(*this, QLatin1String("textInfo"), false, QString())
+    , pickSize(*this, QLatin1String("pickSize"), 3.0f, QString())
+    , decimalSeparator(*this, QLatin1String("decimalSeparator"), '.', QString())
+    , significantDigits(*this, QLatin1String("significantDigits"), -1, QString())
+    , visualizations(modifiedGroup, QLatin1String("vis.0"))
     , lights(modifiedGroup)
     , logo(modifiedGroup)
     , defaultEditor(new DefaultOruVisPropertyEditor)
@@ -91,15 +91,15 @@ void OruSceneRender::buildDefaultTree()
 {
     rename(typeString);
     setType(typeString);
-    visualizations.rename(QStringLiteral("visualization"));
-    lights.rename(QStringLiteral("lights"));
-    geometry->rename(QStringLiteral("geometry"));
+    visualizations.rename(QLatin1String("visualization"));
+    lights.rename(QLatin1String("lights"));
+    geometry->rename(QLatin1String("geometry"));
 
-    visualizations.child(QStringLiteral("viewpoint"), OruVisViewpoint::typeString);
+    visualizations.child(QLatin1String("viewpoint"), OruVisViewpoint::typeString);
     visualizations.insert(&lights, true);
-    OruVisLight& light = lights.child(QStringLiteral("light.1"), OruVisLight::typeString);
+    OruVisLight& light = lights.child(QLatin1String("light.1"), OruVisLight::typeString);
     light.visible.setValue(true);
-    logo.rename(QStringLiteral("kelvar logo"));
+    logo.rename(QLatin1String("kelvar logo"));
     visualizations.insert(&logo, true);
     setLogoDefaults();
 
@@ -112,7 +112,7 @@ void OruSceneRender::buildDefaultTree()
 void OruSceneRender::setLogoDefaults()
 {
     logo.visible.setValue(false);
-    logo.file.setValue(QStringLiteral("logoKelvar.png"));
+    logo.file.setValue(QLatin1String("logoKelvar.png"));
     logo.transparentColor.setValue(QColor(Qt::white));
     logo.useTransparentColor.setValue(true);
     logo.pixelated.setValue(false);
