@@ -6,11 +6,12 @@
 #include <QSize>
 
 /// A render context with the window of one pick, in pixels. The caller sets both fields after construction.
-class KELVAR_SCENE_API OruSceneSelectContext : public OruSceneRenderContext
+class OruSceneSelectContext : public OruSceneRenderContext
 {
 public:
-    explicit OruSceneSelectContext(const OruSceneEventContext& event);
-    ~OruSceneSelectContext();
+    explicit OruSceneSelectContext(const OruSceneEventContext& event)
+        : OruSceneRenderContext(event)
+    {}
 
     /// The pointer position that the pick is made at.
     QPoint pickPoint;
