@@ -55,9 +55,10 @@ public:
 
     /// Draws the view off screen into an image of `ctx.viewport`'s width and height, in pixels, and then once
     /// more to the screen at its former size. `ctx` stays unchanged. The image comes out upright, in RGB.
-    /// False: the capture could not start (no framebuffer objects, or a size that they don't take); the
-    /// reason is on the error stream and `image` is as it was. An exception from a draw goes on to the
-    /// caller.
+    /// False: the capture could not start, and `image` is as it was: OpenGL has no framebuffer objects, or
+    /// they don't take the size. The error stream tells which, unless the extension is just not there. An
+    /// exception from a draw, or std::bad_alloc for an image that memory does not take, goes on to the
+    /// caller; the scene stands at the size of the image then, until the next draw.
     bool drawGl(const OruSceneEventContext& ctx, QImage& image);
 
     /// Loads viewport and matrices into OpenGL and leaves the matrix mode at the model view.

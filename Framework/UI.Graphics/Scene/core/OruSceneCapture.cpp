@@ -11,6 +11,7 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 
+#include <new>
 #include <string>
 
 namespace {
@@ -118,56 +119,6 @@ void takeErrorsOff()
 
 } // namespace
 
-OruSceneCaptureTarget::OruSceneCaptureTarget(int width, int height)
-{
-    glGenFramebuffersEXT(1, &frame_);
-    glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, frame_);
-    attachColor(width, height);
-    attachDepth(width, height);
-}
-
-OruSceneCaptureTarget::~OruSceneCaptureTarget()
-{
-    release();
-}
-
-void OruSceneCaptureTarget::attachColor(int width, int height)
-{
-    glGenRenderbuffersEXT(1, &color_);
-    glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, color_);
-    glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_RGB, width, height);
-    glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, GL_COLOR_ATTACHMENT0_EXT, GL_RENDERBUFFER_EXT, color_);
-}
-
-void OruSceneCaptureTarget::attachDepth(int width, int height)
-{
-    glGenRenderbuffersEXT(1, &depth_);
-    glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, depth_);
-    glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_DEPTH_COMPONENT24, width, height);
-    glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, GL_DEPTH_ATTACHMENT_EXT, GL_RENDERBUFFER_EXT, depth_);
-}
-
-bool OruSceneCaptureTarget::complete() const
-{
-    return glCheckFramebufferStatusEXT(GL_FRAMEBUFFER_EXT) == GL_FRAMEBUFFER_COMPLETE_EXT;
-}
-
-void OruSceneCaptureTarget::release()
-{
-    if (frame_) {
-        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
-        discard();
-    }
-}
-
-void OruSceneCaptureTarget::discard()
-{
-    glDeleteRenderbuffersEXT(1, &color_);
-    glDeleteRenderbuffersEXT(1, &depth_);
-    glDeleteFramebuffersEXT(1, &frame_);
-    frame_ = color_ = depth_ = 0;
-}
-
 bool OruScene::drawGl(const OruSceneEventContext& ctx, QImage& image)
 {
     ORU_SCENE_TRACE();
@@ -191,9 +142,9 @@ bool OruScene::drawGl(const OruSceneEventContext& ctx, QImage& image)
         glDrawBuffer(static_cast<GLenum>(drawBuffer));
         redrawScreen(ctx, savedViewport);
     } catch (...) {
-        takeErrorsOff();
         writeErrorLine("failed to correctly render to the render buffer for a screen grab!");
         glDrawBuffer(static_cast<GLenum>(drawBuffer));
+        takeErrorsOff();
         throw;
     }
     takeErrorsOff();
@@ -216,6 +167,9 @@ void OruScene::capture(const OruSceneEventContext& ctx, OruSceneCaptureTarget& t
     drawGl(copy);
     glReadBuffer(GL_COLOR_ATTACHMENT0_EXT);
     glReadPixels(0, 0, ctx.viewport.width, ctx.viewport.height, image);
+    if (image.isNull()) {
+        throw std::bad_alloc();
+    }
     // Back to the window ahead of the attributes, whose draw buffer then does not fit: see takeErrorsOff.
     target.release();
     attributes.pop();
@@ -224,8 +178,9 @@ void OruScene::capture(const OruSceneEventContext& ctx, OruSceneCaptureTarget& t
 /// The scene and the window get their former size back, with the current view.
 void OruScene::redrawScreen(const OruSceneEventContext& ctx, const OruOglViewport& viewport)
 {
-    const AttributeEntry attributes;
+    AttributeEntry attributes;
     OruSceneEventContext copy(ctx);
     copy.viewport = viewport;
     drawGl(copy);
+    attributes.pop();
 }
