@@ -147,16 +147,18 @@ void OruSceneRender::draw3dPass(const OruVisualization::DrawContext& dc)
 void OruSceneRender::draw2dPass(const OruVisualization::DrawContext& dc)
 {
     enterPass();
-    OruVisualization::DrawContext dc2(dc);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_NORMALIZE);
-    glDisable(GL_CULL_FACE);
-    glDisable(GL_LIGHTING);
-    glDisable(GL_POLYGON_OFFSET_FILL);
-    glEnable(GL_COLOR_MATERIAL);
-    glShadeModel(GL_SMOOTH);
-    loadPixelMatrices(dc2);
-    visualizations.draw2d(dc2);
+    {
+        OruVisualization::DrawContext dc2(dc);
+        glDisable(GL_DEPTH_TEST);
+        glDisable(GL_NORMALIZE);
+        glDisable(GL_CULL_FACE);
+        glDisable(GL_LIGHTING);
+        glDisable(GL_POLYGON_OFFSET_FILL);
+        glEnable(GL_COLOR_MATERIAL);
+        glShadeModel(GL_SMOOTH);
+        loadPixelMatrices(dc2);
+        visualizations.draw2d(dc2);
+    }
     leavePass();
 }
 
