@@ -20,8 +20,8 @@ class OruSceneEventContext;
 class KELVAR_SCENE_API OruSceneZpr : public OruProperties
 {
 public:
-    /// The standard views. X, Y, Z look along that axis, seen from its positive end; the reverse ones look
-    /// from the other end, but for Y, where ViewYReverse is the one from the front.
+    /// The standard views. ViewX, ViewY and ViewZ look at the scene from the positive end of that axis, the
+    /// reverse ones from its negative end. The numbers are fixed; any other one is taken as ViewZ.
     enum Position : int
     {
         ViewX = 0,
