@@ -233,6 +233,7 @@ TEST_F(OruVisGLTest, draws_the_triad_turned_as_the_view)
             list.draw2d(pass);
         });
         EXPECT_TRUE(QRect(0, 0, 200, 160).contains(lit(picture)));
+        EXPECT_GT(lit(picture).width(), 100) << "arms of 88 pixels, and labels at their ends";
         const QColor x = pixel(picture, centre.x() + row.x.x(), centre.y() + row.x.y());
         EXPECT_GT(x.red(), 2 * std::max(x.green(), x.blue()));
         const QColor y = pixel(picture, centre.x() + row.y.x(), centre.y() + row.y.y());
