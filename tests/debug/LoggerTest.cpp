@@ -119,17 +119,14 @@ TEST_F(LoggerTest, AFailingSinkDisturbsNobody)
 
 TEST(Logger, TheEnvironmentSwitchesTracingOn)
 {
-    const struct
-    {
-        const char* value;
-        bool tracing;
-    } rows[] = {{nullptr, false}, {"0", false}, {"1", true}, {"", true}, {"00", true}};
+    const std::pair<const char*, bool> rows[] = {
+        {nullptr, false}, {"0", false}, {"1", true}, {"", true}, {"00", true}};
     for (const auto& row : rows) {
         unsetenv("KELVAR_TRACE");
-        if (row.value) {
-            setenv("KELVAR_TRACE", row.value, 1);
+        if (row.first) {
+            setenv("KELVAR_TRACE", row.first, 1);
         }
-        EXPECT_EQ(row.tracing, logger().tracing()) << (row.value ? row.value : "unset");
+        EXPECT_EQ(row.second, logger().tracing()) << (row.first ? row.first : "unset");
     }
     unsetenv("KELVAR_TRACE");
 }
