@@ -51,6 +51,8 @@ function(kelvar_test target)
     target_link_libraries(${target} PRIVATE ${ARG_LIBRARIES} GTest::gmock)
     if(ARG_GL)
         target_link_libraries(${target} PRIVATE kelvar_test_gl)
+        # The recorded functions must come ahead of the libraries' own.
+        set_target_properties(${target} PROPERTIES ENABLE_EXPORTS ON)
     else()
         target_link_libraries(${target} PRIVATE GTest::gmock_main)
     endif()

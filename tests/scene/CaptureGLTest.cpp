@@ -5,7 +5,9 @@
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/debug/RecordingSink.h"
 #include "tests/scene/SceneFixture.h"
+#include "tests/support/GlExtensions.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 using namespace kelvartest;
@@ -28,6 +30,12 @@ protected:
         };
     }
     ~CaptureGLTest() override { oru::debug_logger::debuglogger().setSink(nullptr); }
+
+    void TearDown() override
+    {
+        EXPECT_LE(GlRecorder::instance().liveObjects(), 1) << "the glyphs of the text alone";
+        SceneTest::TearDown();
+    }
 
     static void drawTriangle()
     {
@@ -93,6 +101,11 @@ TEST_F(CaptureGLTest, ImageIsTheFrameOfAWindowOfThatSize)
 TEST_F(CaptureGLTest, LeavesSceneContextAndOpenGlAsTheyWere)
 {
     settle();
+    const int objects = GlRecorder::instance().liveObjects();
+    int captured = 0;
+    probe.action = [&](const std::string&) {
+        captured = std::max(captured, GlRecorder::instance().liveObjects() - objects);
+    };
     glReadBuffer(GL_BACK);
     glPixelStorei(GL_PACK_ALIGNMENT, 2);
     const GLint drawBuffer = state(GL_DRAW_BUFFER);
@@ -105,6 +118,8 @@ TEST_F(CaptureGLTest, LeavesSceneContextAndOpenGlAsTheyWere)
     ASSERT_TRUE(scene.drawGl(other, image));
     EXPECT_THAT(probe.passes, ElementsAre("resize", "draw3d", "draw2d", "resize", "draw3d", "draw2d"));
     EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+    EXPECT_EQ(captured, 3) << "a framebuffer object and two renderbuffers";
+    EXPECT_EQ(GlRecorder::instance().liveObjects(), objects);
     EXPECT_EQ(other.modelView, view);
     EXPECT_FALSE(other.bounds.defined());
     EXPECT_EQ(state(GL_DRAW_BUFFER), drawBuffer);
@@ -165,6 +180,21 @@ TEST_F(CaptureGLTest, ExceptionsReachTheHostAndLeaveNothingBehind)
             EXPECT_THAT(probe.passes, ElementsAre("resize", "draw3d", "draw2d"))
                 << "the next draw comes back from the size of the capture";
         }
+    }
+}
+
+TEST_F(CaptureGLTest, WithoutFramebufferObjectsThereIsNoPicture)
+{
+    settle();
+    for (const char* name : {"glBindFramebufferEXT", "glIsRenderbufferEXT"}) {
+        missingExtensions() = {name};
+        QImage image;
+        EXPECT_FALSE(scene.drawGl(sized(64, 48), image)) << name;
+        EXPECT_TRUE(image.isNull()) << name;
+        EXPECT_TRUE(probe.passes.empty()) << name;
+        missingExtensions().clear();
+        EXPECT_TRUE(scene.drawGl(sized(64, 48), image)) << "they are looked for anew each time";
+        probe.passes.clear();
     }
 }
 
