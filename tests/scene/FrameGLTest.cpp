@@ -12,6 +12,7 @@ using namespace kelvartest;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 namespace {
@@ -184,6 +185,17 @@ TEST_F(FrameGLTest, RenderPassesCallOnTheirOwn)
               text(pass3d + pass2d + focusFrame(true) + Lines{"glFinish()"}));
 }
 
+TEST_F(FrameGLTest, BandIsDrawnInItsOrder)
+{
+    ctx.boxZoom = {40, 30, -6, 8};
+    EXPECT_THAT(text(drawCalls()),
+                HasSubstr("glLoadIdentity()\nglPushAttrib(0x4)\nglColor4ub(255, 255, 255, 17)\n"
+                          "glLineWidth(2)\nglEnable(0xbf2)\nglLogicOp(0x1506)\n"
+                          "glBegin(0x7)\nglVertex2i(34, 30)\nglVertex2i(40, 30)\n"
+                          "glVertex2i(40, 38)\nglVertex2i(34, 38)\nglEnd()\n"
+                          "glDisable(0xbf2)\nglPopAttrib()\n"));
+}
+
 TEST_F(FrameGLTest, SelectionPassInItsOrder)
 {
     settle();
@@ -218,8 +230,7 @@ TEST_F(FrameGLTest, ViewportsWithoutAreaMakeNoCall)
     settle();
     for (const QSize& size : {QSize(0, 10), QSize(10, 0), QSize(10, -3), QSize(-1, -1)}) {
         SCOPED_TRACE(size.width() * 1000 + size.height());
-        ctx.viewport.width = size.width();
-        ctx.viewport.height = size.height();
+        ctx.viewport = {0, 0, size.width(), size.height()};
         const OruSceneRenderContext rc(ctx);
         const OruSceneSelectContext sc(ctx);
         EXPECT_THAT(calls([&] { scene.render.update(rc); }), IsEmpty());

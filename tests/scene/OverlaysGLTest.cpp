@@ -114,10 +114,7 @@ TEST_F(OverlaysGLTest, BandInvertsItsOutlineWhicheverWayItWasDragged)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.size.width() * 1000 + row.size.height());
-        ctx.boxZoom.x = row.from.x();
-        ctx.boxZoom.y = row.from.y();
-        ctx.boxZoom.width = row.size.width();
-        ctx.boxZoom.height = row.size.height();
+        ctx.boxZoom = {row.from.x(), row.from.y(), row.size.width(), row.size.height()};
         const QImage image = frame();
         EXPECT_EQ(image != without, row.drawn);
         if (std::abs(row.size.width()) == 60) {
