@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -153,14 +154,14 @@ TEST(OruModifiedWatcher, SeesEveryKindOfChangeAndNothingElse)
 TEST(OruViewPtr, BecomesNullWithItsNodeInAllCopies)
 {
     OruModifiedGroup group;
-    auto node = std::make_unique<OruProperties>(group);
+    std::optional<OruProperties> node(std::in_place, group);
     const OruProperties twin(*node);
     oru::view_ptr<OruProperties> first;
     EXPECT_EQ(first.get(), nullptr);
     first = oru::view_ptr<OruProperties>(*node);
     const oru::view_ptr<OruProperties> copy = first;
     const oru::view_ptr<const OruProperties> twinView(twin);
-    EXPECT_EQ(copy.get(), node.get());
+    EXPECT_EQ(copy.get(), &*node);
     node.reset();
     EXPECT_EQ(first.get(), nullptr);
     EXPECT_EQ(copy.get(), nullptr);
