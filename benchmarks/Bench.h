@@ -62,7 +62,7 @@ void reportRatios(const QString& name, const Costs& costs, const Costs& bare, co
 double peakMemory();
 void forgetPeak();
 
-/// Bytes in use on the heap, and the process-wide address space that large blocks take.
+/// Bytes in use on the heap, blocks with a mapping of their own included.
 double heapBytes();
 
 /// The framebuffer that everything is drawn to.
