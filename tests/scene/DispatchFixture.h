@@ -19,14 +19,17 @@ class CallLog
 {
 public:
     template <typename... Arguments>
-    bool note(const std::string& call, Arguments... arguments)
+    bool note(const std::string& call, const Arguments&... arguments)
     {
         std::ostringstream line;
         [[maybe_unused]] const char* separator = "";
         line << (text.empty() ? "" : " ") << call << '(';
-        ((line << separator << arguments, separator = ","), ...);
+        ((line << separator << shown(arguments), separator = ","), ...);
         line << ')';
         text += line.str();
+        if (whim) {
+            return whim(call);
+        }
         react(call);
         return yes.count(call) != 0;
     }
@@ -34,93 +37,112 @@ public:
     /// Runs what the test has set for that call, once.
     void react(const std::string& call)
     {
-        const auto found = reactions.find(call);
-        if (found != reactions.end()) {
-            const std::function<void()> reaction = found->second;
-            reactions.erase(found);
-            reaction();
+        if (const auto reaction = reactions.extract(call)) {
+            reaction.mapped()();
         }
     }
 
     std::string text;
     std::set<std::string> yes; ///< calls that are answered with true
     std::map<std::string, std::function<void()>> reactions;
-};
-
-/// An object's handler that notes its calls under a name.
-class MockHandler : public IOruVisEventHandler
-{
-public:
-    using Hit = const OruVisHitRecord&;
-    using Builder = const OruStringBuilder&;
-
-    MockHandler(CallLog& log, const std::string& name)
-    {
-        using namespace ::testing;
-        const auto note = [&log, name](const char* operation) {
-            return [&log, call = name + operation](Hit hit, auto&&...) { return log.note(call, hit.name); };
-        };
-        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".enter"));
-        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".leave"));
-        ON_CALL(*this, OnDrag).WillByDefault([&log, name](Hit hit, QPoint delta) {
-            return log.note(name + ".drag", hit.name, delta.x(), delta.y());
-        });
-        ON_CALL(*this, OnRelease).WillByDefault(note(".release"));
-        ON_CALL(*this, OnDrop).WillByDefault([&log, name](Hit hit, Hit target, IOruVisPropertyEdit*) {
-            return log.note(name + ".drop", hit.name, target.name);
-        });
-        ON_CALL(*this, OnClick).WillByDefault(note(".click"));
-    }
-
-    MOCK_METHOD(bool, OnHoverEnter, (Hit, Builder, QString&), (override));
-    MOCK_METHOD(bool, OnHoverLeave, (Hit, Builder, QString&), (override));
-    MOCK_METHOD(bool, OnDrag, (Hit, QPoint), (override));
-    MOCK_METHOD(bool, OnRelease, (Hit, IOruVisPropertyEdit*), (override));
-    MOCK_METHOD(bool, OnDrop, (Hit, Hit, IOruVisPropertyEdit*), (override));
-    MOCK_METHOD(bool, OnClick, (Hit, IOruVisPropertyEdit*), (override));
-};
-
-/// A host's controller that notes its calls under a name, with the names of the visualizations.
-class MockHost : public IOruSceneController
-{
-public:
-    using Hit = const OruVisHitRecord&;
-    using Object = const OruVisualization*;
-
-    MockHost(CallLog& log, const std::string& name)
-    {
-        const auto note = [&log, name](const char* operation) {
-            return [&log, call = name + operation](Hit hit, Object object, auto&&...) {
-                return log.note(call, hit.name, nameOf(object));
-            };
-        };
-        ON_CALL(*this, OnHoverEnter).WillByDefault(note(".enter"));
-        ON_CALL(*this, OnHoverLeave).WillByDefault(note(".leave"));
-        ON_CALL(*this, OnDrag).WillByDefault([&log, name](Hit hit, Object object, QPoint delta) {
-            return log.note(name + ".drag", hit.name, nameOf(object), delta.x(), delta.y());
-        });
-        ON_CALL(*this, OnRelease).WillByDefault(note(".release"));
-        ON_CALL(*this, OnDrop).WillByDefault([&log, name](Hit hit, Hit target, Object from, Object to) {
-            log.note(name + ".drop", hit.name, target.name, nameOf(from), nameOf(to));
-        });
-        ON_CALL(*this, OnClick).WillByDefault([&log, name](Hit hit, Object object, bool withModifier) {
-            return log.note(name + ".click", hit.name, nameOf(object), withModifier);
-        });
-    }
-
-    MOCK_METHOD(bool, OnHoverEnter, (Hit, Object, QString&), (override));
-    MOCK_METHOD(bool, OnHoverLeave, (Hit, Object, QString&), (override));
-    MOCK_METHOD(bool, OnDrag, (Hit, Object, QPoint), (override));
-    MOCK_METHOD(bool, OnRelease, (Hit, Object), (override));
-    MOCK_METHOD(void, OnDrop, (Hit, Hit, Object, Object), (override));
-    MOCK_METHOD(bool, OnClick, (Hit, Object, bool), (override));
+    std::function<bool(const std::string&)> whim; ///< if set, reacts to all calls and answers them
+    const OruStringBuilder* builder = nullptr;    ///< what came with the last call that carries one
+    QString* tooltip = nullptr;
+    std::vector<const IOruVisPropertyEdit*> editors;
 
 private:
-    static std::string nameOf(Object object) { return object ? object->name().toStdString() : "null"; }
+    static int shown(int value) { return value; }
+    static unsigned int shown(const OruVisHitRecord& hit) { return hit.name; }
+    static std::string shown(const OruVisualization* object)
+    {
+        return object ? object->name().toStdString() : "null";
+    }
 };
 
-using Handler = ::testing::NiceMock<MockHandler>;
-using Host = ::testing::NiceMock<MockHost>;
+/// Somebody who is called and notes it under a name.
+class Noting
+{
+public:
+    Noting(CallLog& log, const std::string& name)
+        : log_(log)
+        , name_(name)
+    {}
+
+protected:
+    using Hit = const OruVisHitRecord&;
+    using Builder = const OruStringBuilder&;
+    using Editor = IOruVisPropertyEdit*;
+    using Object = const OruVisualization*;
+
+    template <typename... Arguments>
+    bool note(const char* call, const Arguments&... arguments)
+    {
+        return log_.note(name_ + call, arguments...);
+    }
+
+    CallLog& log_;
+
+private:
+    std::string name_;
+};
+
+/// An object's handler.
+class Handler : public IOruVisEventHandler, private Noting
+{
+public:
+    using Noting::Noting;
+
+    bool OnHoverEnter(Hit hit, Builder builder, QString& tooltip) override
+    {
+        log_.builder = &builder;
+        log_.tooltip = &tooltip;
+        return note(".enter", hit);
+    }
+    bool OnHoverLeave(Hit hit, Builder, QString& tooltip) override
+    {
+        log_.tooltip = &tooltip;
+        return note(".leave", hit);
+    }
+    bool OnDrag(Hit hit, QPoint by) override { return note(".drag", hit, by.x(), by.y()); }
+    bool OnRelease(Hit hit, Editor editor) override { return edited(editor, ".release", hit); }
+    bool OnDrop(Hit hit, Hit target, Editor editor) override { return edited(editor, ".drop", hit, target); }
+    bool OnClick(Hit hit, Editor editor) override { return edited(editor, ".click", hit); }
+
+private:
+    template <typename... Hits>
+    bool edited(Editor editor, const Hits&... callAndHits)
+    {
+        log_.editors.push_back(editor);
+        return note(callAndHits...);
+    }
+};
+
+/// A host's controller.
+class Host : public IOruSceneController, private Noting
+{
+public:
+    using Noting::Noting;
+
+    bool OnHoverEnter(Hit hit, Object object, QString& tooltip) override
+    {
+        log_.tooltip = &tooltip;
+        return note(".enter", hit, object);
+    }
+    bool OnHoverLeave(Hit hit, Object object, QString&) override { return note(".leave", hit, object); }
+    bool OnDrag(Hit hit, Object object, QPoint by) override
+    {
+        return note(".drag", hit, object, by.x(), by.y());
+    }
+    bool OnRelease(Hit hit, Object object) override { return note(".release", hit, object); }
+    void OnDrop(Hit hit, Hit target, Object from, Object to) override
+    {
+        note(".drop", hit, target, from, to);
+    }
+    bool OnClick(Hit hit, Object object, bool modified) override
+    {
+        return note(".click", hit, object, modified);
+    }
+};
 
 /// A scene in which two objects, one and two, can lie under the pointer, and a host that listens.
 class DispatchTest : public SceneTest
@@ -128,10 +150,6 @@ class DispatchTest : public SceneTest
 protected:
     DispatchTest()
     {
-        for (const auto& object : {one.get(), two.get()}) {
-            object->rename(object == one.get() ? QStringLiteral("one") : QStringLiteral("two"));
-            scene.render.visualizations.insert(object, true);
-        }
         probe.pickAction = [this](const std::string& pass, const OruVisualization::SelectContext&,
                                   OruVisHitRecordList& hits) {
             if (pass == "select3d") {
@@ -139,8 +157,24 @@ protected:
                 report(hits);
             }
         };
-        scene.controller().reset(host, scene.render);
+        renew();
         settle();
+    }
+
+    /// Objects, handlers and a controller that nothing has happened to, and nothing under the pointer.
+    void renew()
+    {
+        scene.controller() = OruSceneController();
+        scene.controller().reset(host, scene.render);
+        for (auto* object : {&one, &two}) {
+            object->reset(new Probe(scene.group));
+            (*object)->rename(object == &one ? QStringLiteral("one") : QStringLiteral("two"));
+            scene.render.visualizations.insert(object->get(), true);
+        }
+        a = boost::make_shared<Handler>(log, "A");
+        b = boost::make_shared<Handler>(log, "B");
+        log = CallLog();
+        under = '-';
     }
 
     /// Puts what `under` says into the list of hits.
@@ -170,10 +204,10 @@ protected:
     }
 
     CallLog log;
-    std::unique_ptr<Probe> one{new Probe(scene.group)};
-    std::unique_ptr<Probe> two{new Probe(scene.group)};
-    boost::shared_ptr<Handler> a{boost::make_shared<Handler>(log, "A")};
-    boost::shared_ptr<Handler> b{boost::make_shared<Handler>(log, "B")};
+    std::unique_ptr<Probe> one;
+    std::unique_ptr<Probe> two;
+    boost::shared_ptr<Handler> a;
+    boost::shared_ptr<Handler> b;
     boost::shared_ptr<Host> host{boost::make_shared<Host>(log, "host")};
     boost::shared_ptr<Host> second{boost::make_shared<Host>(log, "second")};
     char under = '-';

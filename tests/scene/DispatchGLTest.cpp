@@ -256,20 +256,7 @@ TEST_F(DispatchGLTest, CallsComeInOneOrder)
     };
     const auto check = [&](const Row& row) {
         SCOPED_TRACE(row.name);
-        // Each row starts with objects and a controller that nothing has happened to.
-        scene.controller() = OruSceneController();
-        scene.controller().reset(host, scene.render);
-        for (auto* object : {&one, &two}) {
-            if (!*object) {
-                object->reset(new Probe(scene.group));
-                (*object)->rename(object == &one ? QStringLiteral("one") : QStringLiteral("two"));
-                scene.render.visualizations.insert(object->get(), true);
-            }
-        }
-        a = boost::make_shared<Handler>(log, "A");
-        b = boost::make_shared<Handler>(log, "B");
-        log = CallLog();
-        under = '-';
+        renew();
         const bool result = run(row.script, row.when);
         EXPECT_EQ(log.text + (result ? " yes" : ""), row.expected);
         EXPECT_TRUE(log.reactions.empty()) << row.when << " did not come";
@@ -286,34 +273,19 @@ TEST_F(DispatchGLTest, CallsCarryEditorBuilderAndTooltip)
 {
     scene.render.decimalSeparator.setValue(0x100 + ',');
     scene.render.significantDigits.setValue(3);
-    IOruVisPropertyEdit* const inForce = editor.get();
-    QString dropped("not null");
     under = 'A';
-    EXPECT_CALL(*a, OnHoverEnter)
-        .WillOnce([](const OruVisHitRecord& hit, const OruStringBuilder& builder, QString& tooltip) {
-            tooltip += "<" + builder.number(hit.distance) + ">";
-            return false;
-        });
-    EXPECT_CALL(*host, OnHoverEnter).WillOnce([](auto&&, auto&&, QString& tooltip) {
-        tooltip += "host";
-        return false;
-    });
-    EXPECT_CALL(*a, OnHoverLeave).WillOnce([&](auto&&, auto&&, QString& tooltip) {
-        dropped = tooltip;
-        tooltip = "lost";
-        return true;
-    });
-    EXPECT_CALL(*a, OnDrop(testing::_, testing::_, inForce));
-    EXPECT_CALL(*a, OnRelease(testing::_, inForce)).Times(2);
-    EXPECT_CALL(*a, OnClick(testing::_, inForce));
-    EXPECT_CALL(*host, OnClick(testing::_, testing::_, true));
     ctx.tooltip = "was ";
-    run("md");
+    log.yes = {"A.leave"};
+    log.reactions = {{"A.enter", [this] { *log.tooltip += "<" + log.builder->number(0.5) + ">"; }},
+                     {"host.enter", [this] { *log.tooltip += "host"; }},
+                     {"A.leave", [this] {
+                          EXPECT_TRUE(log.tooltip->isNull());
+                          *log.tooltip = "lost";
+                      }}};
+    run("mdcBuAdn");
+    EXPECT_TRUE(log.reactions.empty());
     EXPECT_EQ(ctx.tooltip, "was <0,5>host");
-    ctx.mouse.setModifier(Kelvar::UI::Toolkit::ModifierFirst);
-    run("cBuAdn");
-    EXPECT_TRUE(dropped.isNull());
-    EXPECT_EQ(ctx.tooltip, "was <0,5>host");
+    EXPECT_THAT(log.editors, ElementsAre(editor.get(), editor.get(), editor.get(), editor.get()));
 }
 
 TEST_F(DispatchGLTest, ClickTellsTheHostOfTheFirstModifierAlone)

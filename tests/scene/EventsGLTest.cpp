@@ -4,8 +4,6 @@
 #include "tests/math/MathMatchers.h"
 #include "tests/scene/DispatchFixture.h"
 
-#include <stdexcept>
-
 using namespace kelvartest;
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Matrix;
@@ -38,9 +36,8 @@ protected:
     /// The state that each row of a table starts from: nothing held, the view stored, nobody told.
     void renew()
     {
+        DispatchTest::renew();
         scene.setMode(3);
-        scene.controller() = OruSceneController();
-        scene.controller().reset(host, scene.render);
         scene.mappings = OruSceneMouseMappings(scene.group);
         ctx.mouse = OruMouse();
         ctx.keyModifiers = 0;
@@ -50,8 +47,6 @@ protected:
         ctx.center = Vector3(5.0f, 5.0f, 5.0f);
         ctx.modelView = start;
         scene.setViewpoint(ctx.viewpointName, start);
-        under = '-';
-        log = CallLog();
         editor->calls.clear();
     }
 
@@ -424,28 +419,6 @@ TEST_F(EventsGLTest, SessionOfEachEvent)
         scene.mouseRelease(ctx);
         EXPECT_EQ(editor->calls, Calls{"end"});
     }
-}
-
-TEST_F(EventsGLTest, ExceptionsCloseTheSessionButForThePress)
-{
-    const auto fail = [] { throw std::runtime_error("of the test"); };
-    under = 'A';
-    log.reactions["A.enter"] = fail;
-    EXPECT_THROW(scene.mouseMove(ctx), std::runtime_error);
-    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
-
-    renew();
-    ctx.mouse.press(pickButton, noModifier, QPoint(40, 30));
-    log.reactions["pick"] = fail;
-    EXPECT_THROW(scene.mousePress(ctx), std::runtime_error);
-    EXPECT_THAT(editor->calls, ElementsAre("begin"));
-    EXPECT_EQ(gl.faults(), "");
-
-    under = 'A';
-    scene.controller().OnMouseDown(scene.render, ctx);
-    log.reactions["A.release"] = fail;
-    EXPECT_THROW(scene.mouseRelease(ctx), std::runtime_error);
-    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
 }
 
 } // namespace
