@@ -19,8 +19,10 @@ set(KELVAR_PRIVATE_HEADERS
     OruPropertiesCheck.h
     OruPropertiesForeign.h
     OruSceneCaptureTarget.h
+    OruSceneDispatch.h
     OruSceneEditGuard.h
     OruSceneFrameState.h
+    OruSceneHandlerCall.h
     OruSceneRenderRecovery.h
     OruSceneTrace.h
     OruVisSmoothShapes.h)
