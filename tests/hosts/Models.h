@@ -2,6 +2,7 @@
 
 #include "hosts/kit/Mesh.h"
 #include "hosts/kit/MeshBuilder.h"
+#include "hosts/kit/SampleMeshes.h"
 
 #include <QString>
 
@@ -36,6 +37,11 @@ inline hostkit::MeshSource cubeSource(const Kelvar::Math::Vector3& centre = Kelv
                                                                   corner & 4 ? 1.0f : -1.0f));
     }
     return source;
+}
+
+inline hostkit::MeshSource sourceOf(const hostkit::SampleMesh& sample)
+{
+    return {"sample", QColor(90, 140, 200), sample.positions, sample.normals, {}, sample.indices};
 }
 
 inline std::shared_ptr<const hostkit::Mesh> built(hostkit::MeshSource source)
