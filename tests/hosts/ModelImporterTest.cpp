@@ -10,9 +10,7 @@
 
 #include <array>
 #include <cstring>
-#include <functional>
 #include <set>
-#include <thread>
 
 using hostkit::Model;
 using hostkit::ModelImporter;
@@ -34,6 +32,13 @@ QByteArray contentOf(const QString& name)
     return file.readAll();
 }
 
+QString writtenFile(const QTemporaryDir& folder, const char* name, const QByteArray& content)
+{
+    QFile file(folder.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size()) << name;
+    return file.fileName();
+}
+
 } // namespace
 
 TEST(ModelImporter, TellsTheFileAndTheReason)
@@ -43,13 +48,14 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
     QByteArray broken = head.left(84 + 50);
     broken.replace(80, 4, QByteArray("\1\0\0\0", 4));
     broken.replace(84 + 12, 4, QByteArray("\0\0\xC0\x7F", 4));
-    struct Row
+    const struct
     {
         const char* file;
         QByteArray content;
         const char* reason;
-    };
-    const Row rows[] = {
+    } rows[] = {
+        {"missing.stl", QByteArray(), "no such file"},
+        {".", QByteArray(), "is a folder"},
         {"empty.stl", "", "the file is empty"},
         {"short.stl", head.left(2000), "damaged"},
         {"words.stl", "this is no model", "damaged"},
@@ -67,12 +73,9 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
         {"points.obj", "v 0 0 0\nv 1 0 0\np 1\np 2\n", "there are no triangles"},
     };
     QTemporaryDir folder;
-    for (const Row& row : rows) {
-        const QString name = folder.filePath(QLatin1String(row.file));
-        QFile file(name);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(row.content);
-        file.close();
+    for (const auto& row : rows) {
+        const QString name =
+            row.content.isNull() ? folder.filePath(row.file) : writtenFile(folder, row.file, row.content);
         try {
             load(name);
             ADD_FAILURE() << row.file << " was accepted";
@@ -81,16 +84,6 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
             EXPECT_THAT(error.what(), testing::HasSubstr(row.reason)) << row.file;
         }
     }
-    const auto reasonFor = [](const QString& file) {
-        try {
-            load(file);
-        } catch (const ModelImporter::Error& error) {
-            return std::string(error.what());
-        }
-        return std::string();
-    };
-    EXPECT_THAT(reasonFor(folder.filePath("missing.stl")), testing::EndsWith("no such file"));
-    EXPECT_THAT(reasonFor(folder.path()), testing::EndsWith("is a folder"));
 }
 
 TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
@@ -98,7 +91,6 @@ TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
     const QByteArray file = contentOf(kelvartest::stlFile("head"));
     const Model model = load(kelvartest::stlFile("head"));
     ASSERT_EQ(model.parts.size(), 1u);
-    EXPECT_EQ(model.name, "head");
     EXPECT_EQ(model.parts[0]->name, "head");
 
     // The same file read by hand: 80 bytes of head, a count, 50 bytes a triangle. Triangles that are but a
@@ -128,9 +120,8 @@ TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
 TEST(ModelImporter, ReadsTextStl)
 {
     const Model model = load(kelvartest::stlFile("bearing"));
-    ASSERT_EQ(model.parts.size(), 1u);
     EXPECT_GT(model.triangleCount(), 24000u);
-    EXPECT_LT(model.parts[0]->positions.size(), model.triangleCount());
+    EXPECT_LT(model.parts.at(0)->positions.size(), model.triangleCount());
 }
 
 TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
@@ -159,10 +150,7 @@ TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
 TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
 {
     QTemporaryDir folder;
-    const QString name = folder.filePath("mirror.dae");
-    QFile file(name);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(R"(<?xml version="1.0"?>
+    const Model model = load(writtenFile(folder, "mirror.dae", R"(<?xml version="1.0"?>
 <COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1"><asset><up_axis>Y_UP</up_axis></asset>
 <library_geometries><geometry id="g"><mesh><source id="p"><float_array id="a" count="12">
 0 0 0 1 0 0 0 1 0 0 0 1</float_array><technique_common><accessor source="#a" count="4" stride="3">
@@ -172,9 +160,7 @@ TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
 </mesh></geometry></library_geometries><library_visual_scenes><visual_scene id="s">
 <node name="plain"><instance_geometry url="#g"/></node>
 <node name="mirrored"><matrix>-1 0 0 5 0 1 0 0 0 0 1 7 0 0 0 1</matrix><instance_geometry url="#g"/></node>
-</visual_scene></library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)");
-    file.close();
-    const Model model = load(name);
+</visual_scene></library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)"));
     ASSERT_EQ(model.parts.size(), 2u);
     for (const auto& part : model.parts) {
         EXPECT_TRUE(part->closed) << part->name.toStdString();
@@ -182,13 +168,6 @@ TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
     // x = 5 - 0..1; the file's z = 7..8 points towards -y, its y upwards.
     EXPECT_EQ(model.parts[1]->bounds.min(), Vector3(4, -8, 0));
     EXPECT_EQ(model.parts[1]->bounds.max(), Vector3(5, -7, 1));
-}
-
-TEST(ModelImporter, StopsWhenItIsCancelled)
-{
-    Progress progress;
-    progress.cancel();
-    EXPECT_THROW(ModelImporter::load(kelvartest::stlFile("head"), progress), Progress::Cancelled);
 }
 
 TEST(ImportJob, LoadsOnItsOwnThreadAndCarriesErrorsOver)
