@@ -44,12 +44,8 @@ QRect extent(const QImage& image, const QColor& color)
 TEST_F(OverlaysGLTest, FrameIsExactDarkGrayInAnyStateOfTheHost)
 {
     const QColor gray(Qt::darkGray);
-    for (const unsigned int capability :
-         {0u, static_cast<unsigned int>(GL_LIGHTING), static_cast<unsigned int>(GL_DEPTH_TEST),
-          static_cast<unsigned int>(GL_TEXTURE_2D), static_cast<unsigned int>(GL_LINE_STIPPLE)}) {
-        if (capability) {
-            glEnable(capability);
-        }
+    for (const GLenum capability : {GL_DITHER, GL_LIGHTING, GL_DEPTH_TEST, GL_TEXTURE_2D, GL_LINE_STIPPLE}) {
+        glEnable(capability);
         const QImage image = frame();
         for (const QPoint& point : {QPoint(0, 0), QPoint(159, 0), QPoint(0, 119), QPoint(159, 119),
                                     QPoint(80, 0), QPoint(80, 119), QPoint(0, 60), QPoint(159, 60)}) {
@@ -57,9 +53,7 @@ TEST_F(OverlaysGLTest, FrameIsExactDarkGrayInAnyStateOfTheHost)
                 << glName(capability) << " at " << point.x() << "," << point.y();
         }
         EXPECT_EQ(at(image, 1, 1), background) << glName(capability);
-        if (capability) {
-            glDisable(capability);
-        }
+        glDisable(capability);
     }
 }
 
@@ -83,16 +77,9 @@ TEST_F(OverlaysGLTest, TooltipStandsWhereThereIsRoom)
         const QRect box = extent(frame(), tooltipFill);
         ASSERT_FALSE(box.isNull()) << row.where;
         const int x = std::max(row.pointer.x(), 0);
-        if (row.right) {
-            EXPECT_NEAR(box.left(), x, 2) << row.where;
-        } else {
-            EXPECT_NEAR(box.right(), x, 3) << row.where;
-        }
-        if (row.below) {
-            EXPECT_NEAR(box.bottom(), row.pointer.y() - 24, 3) << row.where;
-        } else {
-            EXPECT_NEAR(box.top(), row.pointer.y(), 2) << row.where;
-        }
+        EXPECT_NEAR(row.right ? box.left() : box.right(), x, row.right ? 2 : 3) << row.where;
+        EXPECT_NEAR(row.below ? box.bottom() + 24 : box.top(), row.pointer.y(), row.below ? 3 : 2)
+            << row.where;
     }
     for (const QString& none : {QString(), QStringLiteral("")}) {
         ctx.tooltip = none;
