@@ -171,6 +171,7 @@ TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
         for (Vector3& position : mesh.positions)
             position = position * row.scale + row.offset;
         TriangleHierarchy const hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
+        EXPECT_LE(hierarchy.byteSize(), 12 * mesh.indices.size() / 3 + 24);
         std::mt19937 random(1);
         int hits = 0;
         for (int i = 0; i < 60; ++i) {
@@ -193,18 +194,13 @@ struct ExactCase
     Found expected = miss;
 };
 
-std::vector<Vector3> flat(float z)
-{
-    return {{0, 0, z}, {40, 0, z}, {0, 40, z}};
-}
-
 /// 21 pixels wide; the depth rises along x.
 std::vector<Vector3> ramp(float from, float to)
 {
     return {{0, 0, from}, {0, 21, from}, {21, 0, to}, {21, 21, to}};
 }
 
-std::vector<Vector3> spike(float left, float right, float z)
+std::vector<Vector3> flat(float z, float left = 0, float right = 40)
 {
     return {{left, 0, z}, {right, 0, z}, {(left + right) / 2, 40, z}};
 }
@@ -243,9 +239,9 @@ ExactCase const exactCases[] = {
      one,
      1,
      {0.5F, 0.0, 0}},
-    {"between the pixel centres", spike(10.6F, 11.4F, 0.5F), one, 9},
-    {"off the centre of the window", spike(11.25F, 11.75F, 0.5F), one, 5, {0.5F, 1.0, 0}},
-    {"nearer beats more central", spike(12.0F, 13.0F, 0.25F) + flat(0.5F), two, 5, {0.25F, 2.0, 1}},
+    {"between the pixel centres", flat(0.5F, 10.6F, 11.4F), one, 9},
+    {"off the centre of the window", flat(0.5F, 11.25F, 11.75F), one, 5, {0.5F, 1.0, 0}},
+    {"nearer beats more central", flat(0.25F, 12.0F, 13.0F) + flat(0.5F), two, 5, {0.25F, 2.0, 1}},
     {"window of no size", flat(0.5F), one, 0},
 };
 
@@ -278,17 +274,6 @@ TEST(TriangleHierarchyTest, SurvivesMatricesThatShowNothing)
     for (float const factor : {0.0F, nan, std::numeric_limits<float>::infinity()})
         EXPECT_EQ(pick(hierarchy, volumeAt(Matrix(), QMatrix4x4() * factor, QPoint(32, 32), 9)), miss)
             << factor;
-}
-
-TEST(TriangleHierarchyTest, StaysCompactAndLeavesOutWhatCannotBeDrawn)
-{
-    SampleMesh mesh = hostkit::bumpySphere(20000);
-    mesh.positions.back().y = nan;
-    mesh.indices[0] = 4000000000U;
-    auto const around = std::count(mesh.indices.begin(), mesh.indices.end(), mesh.positions.size() - 1);
-    auto const hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
-    EXPECT_EQ(hierarchy.triangleCount() + around + 1, 20000U);
-    EXPECT_LE(hierarchy.byteSize(), 12U * 20000U);
 }
 
 } // namespace
