@@ -77,7 +77,7 @@ TEST(MeshBuilder, TellsClosedMeshesFromOpenOnes)
     }
 }
 
-TEST(MeshBuilder, KeepsCreasesSharpAndRoundsTheRest)
+TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
 {
     const auto cube = built(cubeSource());
     EXPECT_EQ(cube->positions.size(), 24u);
@@ -86,14 +86,8 @@ TEST(MeshBuilder, KeepsCreasesSharpAndRoundsTheRest)
         const Vector3 flat = cross(corner(1) - corner(0), corner(2) - corner(0)).normalized();
         EXPECT_EQ(cube->normals[cube->indices[i]], flat) << "corner " << i;
     }
-
-    const hostkit::SampleMesh sphere = hostkit::bumpySphere(10000);
-    const auto round = built(append(sphere));
-    EXPECT_EQ(round->positions.size(), sphere.positions.size());
-    for (std::size_t i = 0; i < round->positions.size(); ++i) {
-        EXPECT_NEAR(round->normals[i].length(), 1.0f, 1e-4f);
-        EXPECT_GT(dot(round->normals[i], round->positions[i].normalized()), 0.5f) << "vertex " << i;
-    }
+    const auto round = built(append(hostkit::bumpySphere(10000)));
+    EXPECT_EQ(round->positions.size(), 5002u) << "no creases, so one vertex a place";
 }
 
 TEST(MeshBuilder, SplitsVerticesByGivenNormalsAndColours)
@@ -136,18 +130,22 @@ TEST(MeshBuilder, CopesWithThousandsOfTrianglesInOnePlace)
     EXPECT_NEAR(mesh->normals[0].z, 1.0f, 1e-3f);
 }
 
-TEST(SampleMeshes, SpheresAreClosedAndOfTheGreatestSizeThatFits)
+TEST(MeshBuilder, ClosesAndShadesSampleSpheresOfTheGreatestSizeThatFits)
 {
     const std::pair<uint32_t, uint32_t> rows[] = {{0, 6}, {6, 6}, {100, 100}, {101, 100}, {10000, 10000}};
     for (const auto& [asked, given] : rows) {
+        SCOPED_TRACE(asked);
         const hostkit::SampleMesh sample = hostkit::bumpySphere(asked, 2.0f);
         const auto mesh = built(append(sample));
-        EXPECT_TRUE(mesh->closed) << asked;
+        EXPECT_TRUE(mesh->closed);
         EXPECT_EQ(mesh->triangleCount(), given);
-        ASSERT_EQ(sample.normals.size(), sample.positions.size());
         for (std::size_t i = 0; i < sample.positions.size(); ++i) {
-            EXPECT_NEAR(sample.positions[i].length(), 2.0f, 0.1f) << asked;
-            EXPECT_GT(dot(sample.positions[i], sample.normals[i]), 0.0f) << asked;
+            EXPECT_NEAR(sample.positions[i].length(), 2.0f, 0.1f);
+            EXPECT_GT(dot(sample.positions[i], sample.normals.at(i)), 0.0f);
+        }
+        for (std::size_t i = 0; i < mesh->positions.size(); ++i) {
+            EXPECT_NEAR(mesh->normals[i].length(), 1.0f, 1e-4f);
+            EXPECT_GT(dot(mesh->normals[i], mesh->positions[i].normalized()), 0.4f) << "vertex " << i;
         }
     }
 }
