@@ -117,13 +117,6 @@ TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
     EXPECT_EQ(mesh.hierarchy.triangleCount(), mesh.triangleCount());
 }
 
-TEST(ModelImporter, ReadsTextStl)
-{
-    const Model model = load(kelvartest::stlFile("bearing"));
-    EXPECT_GT(model.triangleCount(), 24000u);
-    EXPECT_LT(model.parts.at(0)->positions.size(), model.triangleCount());
-}
-
 TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
 {
     const Model engine = load(kelvartest::engineFile());
@@ -136,7 +129,6 @@ TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
         box.add(part->bounds);
         names.insert(part->name);
         closed += part->closed;
-        EXPECT_TRUE(part->colour.isValid());
     }
     EXPECT_EQ(names.size(), 34u);
     EXPECT_TRUE(names.count("Piston_123-844_0_Parts_1-0"));
@@ -176,6 +168,8 @@ TEST(ImportJob, LoadsOnItsOwnThreadAndCarriesErrorsOver)
     const auto models = good.take();
     ASSERT_EQ(models.size(), 2u);
     EXPECT_EQ(models[1].name, "bearing");
+    EXPECT_GT(models[1].triangleCount(), 24000u) << "an STL file of text";
+    EXPECT_LT(models[1].parts.at(0)->positions.size(), models[1].triangleCount());
     EXPECT_TRUE(good.finished());
 
     hostkit::ImportJob bad({kelvartest::stlFile("shape"), "nowhere.stl"});
