@@ -104,12 +104,6 @@ SampleMesh soup(uint32_t triangles, float size)
     return mesh;
 }
 
-SampleMesh twice(SampleMesh mesh)
-{
-    mesh.indices.insert(mesh.indices.end(), mesh.indices.begin(), mesh.indices.end());
-    return mesh;
-}
-
 SampleMesh withOutlier(SampleMesh mesh)
 {
     mesh.indices.insert(mesh.indices.end(), {0, 1, static_cast<uint32_t>(mesh.positions.size())});
@@ -158,12 +152,10 @@ TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
         {"sphere from within and without", hostkit::bumpySphere(1000), true, 5},
         {"sphere, much of it in the window", hostkit::bumpySphere(100), false, 33},
         {"far magnified", soup(100, 1.0F), true, 9, 40.0F},
-        {"duplicates", twice(soup(50, 1.0F)), false, 9},
         {"huge coordinates", soup(100, 1.0F), true, 3, 1.0F, 1e15F},
         {"tiny coordinates", soup(100, 1.0F), false, 3, 1.0F, 1e-15F},
         {"far from the origin", soup(100, 1.0F), false, 9, 1.0F, 1.0F, {3000.0F, -5000.0F, 2000.0F}},
         {"one corner far away", withOutlier(soup(100, 1.0F)), true, 3},
-        {"single triangle", soup(1, 3.0F), false, 9},
     };
     for (RandomCase const& row : rows) {
         SCOPED_TRACE(row.name);
