@@ -20,40 +20,22 @@ namespace {
 struct Fault
 {};
 
-/// Shows something in both passes, and has its bounds asked for like the other callbacks.
-class LoudProbe : public Probe
-{
-public:
-    explicit LoudProbe(OruModifiedGroup& modifiedGroup)
-        : Probe(modifiedGroup)
-    {
-        drawAction = [](const std::string& pass, const DrawContext&) {
-            const bool flat = pass == "draw2d";
-            flat ? glRecti(100, 10, 130, 30) : glRectf(-0.4f, -0.3f, 0.3f, 0.5f);
-        };
-    }
-
-    Kelvar::Math::BoundingBox bounds() const override
-    {
-        action("bounds");
-        return box;
-    }
-};
-
 class FaultInjectionGLTest : public DispatchTest
 {
 protected:
     FaultInjectionGLTest()
     {
         oru::debug_logger::debuglogger().setSink(std::make_shared<RecordingSink>());
-        loud.action = [this](const std::string& call) { onCall(call, call != "bounds"); };
+        probe.action = [this](const std::string& pass) { onCall(pass, true); };
+        probe.boundsAction = [this] { onCall("bounds"); };
+        probe.drawAction = [](const std::string& pass, const OruVisualization::DrawContext&) {
+            pass == "draw2d" ? glRecti(100, 10, 130, 30) : glRectf(-0.4f, -0.3f, 0.3f, 0.5f);
+        };
         editor->action = [this](const std::string& call) { onCall(call.substr(0, call.find(' '))); };
         log.whim = [this](const std::string& call) {
             onCall(call);
             return log.yes.count(call) != 0;
         };
-        loud.rename("loud");
-        scene.render.visualizations.insert(&loud, true);
     }
     ~FaultInjectionGLTest() override { oru::debug_logger::debuglogger().setSink(nullptr); }
 
@@ -156,7 +138,7 @@ protected:
         log.text.clear();
         resetView();
         site.before();
-        loud.touch();
+        probe.touch();
         calls.clear();
         callsToFault = faultAt;
         site.event();
@@ -184,7 +166,6 @@ protected:
         }
     }
 
-    LoudProbe loud{scene.group};
     QImage image;
     std::string calls;
     int callsToFault = 0;

@@ -28,10 +28,15 @@ public:
     void draw2d(const DrawContext& dc) override { pass("draw2d", &dc); }
     OruVisHitRecordList select3d(const SelectContext& sel) override { return pick("select3d", sel); }
     OruVisHitRecordList select2d(const SelectContext& sel) override { return pick("select2d", sel); }
-    Kelvar::Math::BoundingBox bounds() const override { return box; }
+    Kelvar::Math::BoundingBox bounds() const override
+    {
+        boundsAction();
+        return box;
+    }
 
     /// Called in every pass, with its name.
     std::function<void(const std::string&)> action;
+    std::function<void()> boundsAction = [] {};
     std::function<void(const std::string&, const DrawContext&)> drawAction;
     std::function<void(const std::string&, const SelectContext&, OruVisHitRecordList&)> pickAction;
     Kelvar::Math::BoundingBox box{{-1.0f, -1.0f, -1.0f}, {1.0f, 1.0f, 1.0f}};
