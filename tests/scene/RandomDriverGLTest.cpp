@@ -118,21 +118,14 @@ protected:
 
     void edit()
     {
-        const struct
-        {
-            const char* path;
-            const char* key;
-            std::array<const char*, 3> values;
-        } edits[] = {
-            {"zpr", "zoomInvert", {"true", "false", "perhaps"}},
-            {"zpr", "zoomWheelFactor", {"0", "1.1", "0.5"}},
-            {"render", "pickSize", {"3", "-2", "nan"}},
-            {"mouse mappings", "panBut", {"3", "1", "-99"}},
-            {"mouse mappings", "boxZoomBut", {"2", "1", "1000"}},
-            {"mouse mappings", "zoomMod", {"2", "0", "none"}},
-        };
+        const char* const edits[][5] = {{"zpr", "zoomInvert", "true", "false", "perhaps"},
+                                        {"zpr", "zoomWheelFactor", "0", "1.1", "0.5"},
+                                        {"render", "pickSize", "3", "-2", "nan"},
+                                        {"mouse mappings", "panBut", "3", "1", "-99"},
+                                        {"mouse mappings", "boxZoomBut", "2", "1", "1000"},
+                                        {"mouse mappings", "zoomMod", "2", "0", "none"}};
         const auto& row = edits[random(0, 5)];
-        scene.find(row.path)->setValue(row.key, row.values[static_cast<size_t>(random(0, 2))]);
+        scene.find(row[0])->setValue(row[1], row[random(2, 4)]);
         const int modes[] = {1, 2, 3, 6, 4};
         scene.setMode(modes[random(0, 4)]);
     }
@@ -241,12 +234,9 @@ TEST_F(RandomDriverGLTest, SceneStaysWholeUnderAnyStreamOfEvents)
         event();
     }
     calm = true;
+    log.whim = nullptr;
     while (presses > 0 && !HasFailure()) {
-        try {
-            release();
-        } catch (const std::runtime_error&) {
-            ++thrown;
-        }
+        release();
     }
     EXPECT_EQ(opened, closed);
     EXPECT_GT(thrown, events / 1000);
