@@ -41,12 +41,7 @@ TEST_F(SceneTreeGLTest, DefaultTree)
 
 TEST_F(SceneTreeGLTest, DefaultValuesByPath)
 {
-    const struct
-    {
-        const char* path;
-        const char* key;
-        const char* text;
-    } rows[] = {
+    const char* const rows[][3] = {
         {"render", "background", "#ff000000"},
         {"render", "textInfo", "false"},
         {"render", "pickSize", "3"},
@@ -64,11 +59,11 @@ TEST_F(SceneTreeGLTest, DefaultValuesByPath)
         {"zpr", "zoomWheelFactor", "1.1"},
     };
     for (const auto& row : rows) {
-        OruProperties* const node = scene.find(row.path);
-        ASSERT_TRUE(node) << row.path;
+        OruProperties* const node = scene.find(row[0]);
+        ASSERT_TRUE(node) << row[0];
         QString value;
-        node->getValue(row.key, value, QString());
-        EXPECT_EQ(value.toStdString(), row.text) << row.path << '/' << row.key;
+        node->getValue(row[1], value, QString());
+        EXPECT_EQ(value.toStdString(), row[2]) << row[0] << '/' << row[1];
     }
 }
 
