@@ -13,10 +13,14 @@ ViewerOptions parse(const char* line)
 
 TEST(ViewerOptions, ReadsEveryOption)
 {
+    EXPECT_EQ(parse("--default-model d.glb").models, QStringList("d.glb"));
+    EXPECT_EQ(parse("--default-model d.glb m.stl").models, QStringList("m.stl"));
+    EXPECT_TRUE(parse("--help").showHelp);
+    EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =
-        parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 --drag "
-              "right 0,0 1,1 "
-              "--state in.json --save-state out.json --set render/textInfo=true --set zpr/zoomMove=a=b "
+        parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
+              "--drag right 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
+              "zpr/zoomMove=a=b "
               "--out p.png b.glb -- --odd.stl");
     EXPECT_EQ(options.models, QStringList({"a.stl", "b.glb", "--odd.stl"}));
     EXPECT_EQ(options.size, QSize(300, 701));
@@ -33,14 +37,6 @@ TEST(ViewerOptions, ReadsEveryOption)
     ASSERT_EQ(options.settings.size(), 2u);
     EXPECT_EQ(options.settings[1], std::make_pair(QString("zpr/zoomMove"), QString("a=b")));
     EXPECT_EQ(options.outFile, "p.png");
-}
-
-TEST(ViewerOptions, TakesTheDefaultModelOnlyWhenNoneIsNamed)
-{
-    EXPECT_EQ(parse("--default-model d.glb").models, QStringList("d.glb"));
-    EXPECT_EQ(parse("--default-model d.glb m.stl").models, QStringList("m.stl"));
-    EXPECT_TRUE(parse("--help").showHelp);
-    EXPECT_TRUE(parse("--version").showVersion);
 }
 
 TEST(ViewerOptions, SaysWhatIsWrong)
