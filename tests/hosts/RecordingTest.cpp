@@ -20,22 +20,19 @@ auto fields(const InputEvent& event)
 
 TEST(Recording, EveryEventReadsBackOnItsPixel)
 {
-    const InputEvent rows[] = {
+    std::vector<InputEvent> rows = {
         {Kind::Press, OruMouse::ButtonContext, 3, {0, 798}, 0},
         {Kind::Release, OruMouse::ButtonView, 0, {1278, 0}, 0},
-        {Kind::Click, OruMouse::ButtonPick, 0, {}, 0},
-        {Kind::DoubleClick, OruMouse::ButtonPick, 0, {}, 0},
         {Kind::Move, OruMouse::ButtonPick, 64, {-17, 5000}, 0},
         {Kind::Wheel, OruMouse::ButtonPick, 12, {640, 3}, -1},
         {Kind::KeyPress, OruMouse::ButtonPick, 2, {}, 'X'},
         {Kind::KeyRelease, OruMouse::ButtonPick, 0, {}, '5'},
         {Kind::KeyPress, OruMouse::ButtonPick, 0, {}, 0x01000020},
-        {Kind::FocusIn, OruMouse::ButtonPick, 0, {}, 0},
-        {Kind::FocusOut, OruMouse::ButtonPick, 0, {}, 0},
-        {Kind::Enter, OruMouse::ButtonPick, 0, {}, 0},
-        {Kind::Leave, OruMouse::ButtonPick, 0, {}, 0},
-        {Kind::Cancel, OruMouse::ButtonPick, 0, {}, 0},
     };
+    for (const Kind kind : {Kind::Click, Kind::DoubleClick, Kind::FocusIn, Kind::FocusOut, Kind::Enter,
+                            Kind::Leave, Kind::Cancel}) {
+        rows.push_back({kind, OruMouse::ButtonPick, 0, {}, 0});
+    }
     for (const QSize& size : {QSize(1279, 799), QSize(3, 7), QSize(1, 1)}) {
         Recording head;
         head.size = size;
