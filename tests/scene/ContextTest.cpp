@@ -66,6 +66,9 @@ TEST(OruSceneRenderContextTest, TakesAnEventContextAndKeepsItsFocusWhenAssigned)
     EXPECT_EQ(&(rc = second), &rc);
     expectTaken(rc, second);
     EXPECT_FALSE(rc.focused);
+    const OruSceneSelectContext sc(second);
+    expectTaken(sc, second);
+    EXPECT_EQ(sc.pickSize, QSize(-1, -1));
 }
 
 TEST(OruSceneRenderContextTest, MoveConstructorCopiesAndMoveAssignmentTakes)
@@ -81,16 +84,6 @@ TEST(OruSceneRenderContextTest, MoveConstructorCopiesAndMoveAssignmentTakes)
         EXPECT_FALSE(rc->focused);
     }
     EXPECT_TRUE(source.tooltip.isNull()); // NOLINT
-}
-
-TEST(OruSceneSelectContextTest, PickWindowIsInvalidUntilSet)
-{
-    const OruSceneEventContext event = filled();
-    const OruSceneSelectContext sc(event);
-    expectTaken(sc, event);
-    EXPECT_TRUE(sc.focused);
-    EXPECT_EQ(sc.pickPoint, QPoint(0, 0));
-    EXPECT_EQ(sc.pickSize, QSize(-1, -1));
 }
 
 } // namespace
