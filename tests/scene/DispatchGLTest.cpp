@@ -257,11 +257,8 @@ TEST_F(DispatchGLTest, ClickTellsTheHostOfTheFirstModifierAlone)
 
 TEST_F(DispatchGLTest, HitTestBringsThePickUpToDate)
 {
-    const struct
-    {
-        const char* stored;
-        int size;
-    } sizes[] = {{"3", 3}, {"3.9", 3}, {"0.9", 0}, {"-2.5", -2}, {"nan", 0}, {"1e30", 2147483520}};
+    const std::pair<const char*, int> sizes[] = {{"3", 3},     {"3.9", 3}, {"0.9", 0},
+                                                 {"-2.5", -2}, {"nan", 0}, {"1e30", 2147483520}};
     ctx.modelView = Matrix::scale(0.5f);
     ctx.projection = Matrix::scale(0.25f);
     ctx.mouse.move(QPoint(12, 34), KeyModifier());
@@ -274,9 +271,9 @@ TEST_F(DispatchGLTest, HitTestBringsThePickUpToDate)
         EXPECT_TRUE(pass == "select2d" || sel.projection == ctx.projection);
     };
     for (const auto& row : sizes) {
-        scene.render.setValue("pickSize", row.stored);
+        scene.render.setValue("pickSize", row.first);
         run("m");
-        EXPECT_EQ(seen, QSize(row.size, row.size)) << row.stored;
+        EXPECT_EQ(seen, QSize(row.second, row.second)) << row.first;
     }
     probe.passes.clear();
     run("m");
@@ -294,18 +291,6 @@ TEST_F(DispatchGLTest, ViewportWithoutAreaHitsNothing)
     run("Admguc");
     EXPECT_EQ(log.text, CLICK_NONE);
     EXPECT_THAT(probe.passes, ElementsAre());
-}
-
-TEST_F(DispatchGLTest, CopiesShareHostAndHandlersAndGoSilently)
-{
-    run("Amd");
-    {
-        OruSceneController copy(scene.controller());
-        log.text.clear();
-        copy.OnMouseDrag(scene.render, ctx);
-    }
-    EXPECT_EQ(log.text, "A.drag(7,0,0) host.drag(7,one,0,0)");
-    EXPECT_EQ(host.use_count(), 2) << "the test's and the scene's";
 }
 
 /// A triad whose labels lie wherever the test says.
