@@ -64,8 +64,7 @@ TEST_F(OverlaysGLTest, TooltipStandsWhereThereIsRoom)
     {
         const char* where;
         QPoint pointer;
-        bool right;
-        bool below;
+        bool right, below;
     } rows[] = {
         {"middle", {60, 100}, true, true},
         {"right edge", {155, 100}, false, true},
