@@ -43,16 +43,4 @@ TEST(OruSceneMouseMappingsTest, AssignmentWritesAllEightKeysIntoItsOwnStore)
     EXPECT_EQ(static_cast<int>(assigned.boxZoomMod.value()), number);
 }
 
-TEST(OruSceneMouseMappingsTest, CopiesAndMovesStayWithTheSourcesNode)
-{
-    OruModifiedGroup group;
-    OruSceneMouseMappings source(group);
-    OruSceneMouseMappings copy(source);
-    OruSceneMouseMappings moved(static_cast<OruSceneMouseMappings&&>(source));
-    copy.panMod.setValue(Kelvar::UI::Toolkit::ModifierSecond);
-    EXPECT_EQ(moved.panMod.value(), Kelvar::UI::Toolkit::ModifierSecond);
-    EXPECT_EQ(stored(source, "panMod"), "2");
-    EXPECT_EQ(stored(copy, "panMod"), "1");
-}
-
 } // namespace
