@@ -345,42 +345,4 @@ TEST_F(EventsGLTest, KeysTurnTheView)
     EXPECT_FALSE(scene.keyPress(ctx));
 }
 
-TEST_F(EventsGLTest, SessionOfEachEvent)
-{
-    using Calls = std::vector<std::string>;
-    const Calls session = {"begin", "end"};
-    const struct
-    {
-        const char* name;
-        Event event;
-        Calls calls;
-    } rows[] = {
-        {"focusIn", &OruScene::focusIn, session},
-        {"focusOut", &OruScene::focusOut, session},
-        {"mouseEnter", &OruScene::mouseEnter, session},
-        {"mouseLeave", &OruScene::mouseLeave, session},
-        {"mouseMove", &OruScene::mouseMove, session},
-        {"mouseWheel", &OruScene::mouseWheel, session},
-        {"mouseClick", &OruScene::mouseClick, session},
-        {"mouseDoubleClick", &OruScene::mouseDoubleClick, {}},
-        {"keyPress", &OruScene::keyPress, session},
-        {"keyRelease", &OruScene::keyRelease, {}},
-        {"mouseRelease without a press", &OruScene::mouseRelease, {}},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        renew();
-        EXPECT_FALSE((scene.*row.event)(ctx));
-        EXPECT_EQ(editor->calls, row.calls);
-        scene.mousePress(ctx);
-        scene.mousePress(ctx);
-        editor->calls.clear();
-        (scene.*row.event)(ctx);
-        scene.mouseRelease(ctx);
-        EXPECT_EQ(editor->calls, row.event == &OruScene::mouseRelease ? Calls{"end"} : Calls{});
-        scene.mouseRelease(ctx);
-        EXPECT_EQ(editor->calls, Calls{"end"});
-    }
-}
-
 } // namespace
