@@ -237,18 +237,6 @@ TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCentres)
     }
 }
 
-TEST_F(ZprTest, AssignmentWritesToItsOwnNode)
-{
-    EXPECT_EQ(zpr.type(), "scene.zpr");
-    zpr.setValue("zoomMove", "0.25");
-    zpr.setValue("zoomInvert", "true");
-    OruSceneZpr other(group);
-    other = zpr;
-    QString text;
-    EXPECT_EQ(other.getValue("zoomMove", text, QString()), "0.25");
-    EXPECT_EQ(other.getValue("zoomInvert", text, QString()), "true");
-}
-
 using Turns = std::vector<std::pair<QVector3D, float>>;
 
 /// The turns one after the other as they act on a point.
