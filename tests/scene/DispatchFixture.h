@@ -25,8 +25,7 @@ public:
         [[maybe_unused]] const char* separator = "";
         line << (text.empty() ? "" : " ") << call << '(';
         ((line << separator << shown(arguments), separator = ","), ...);
-        line << ')';
-        text += line.str();
+        text += line.str() + ')';
         if (whim) {
             return whim(call);
         }
