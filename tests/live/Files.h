@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+namespace kelvartest {
+
+/// The program under test, as built beside the tests.
+inline QString viewerProgram()
+{
+    return QStringLiteral(KELVAR_VIEWER);
+}
+
+/// Empty if there is no such file.
+inline QByteArray contentOf(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace kelvartest
