@@ -1,6 +1,5 @@
 #include "hosts/kit/WindowCoordinates.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace hostkit {
@@ -11,11 +10,6 @@ namespace {
 constexpr qreal roundingSlack = 1e-3;
 
 } // namespace
-
-QSize WindowCoordinates::devicePixels(const QSize& logical, qreal ratio)
-{
-    return {std::max(1, qRound(logical.width() * ratio)), std::max(1, qRound(logical.height() * ratio))};
-}
 
 QPoint WindowCoordinates::pixelAt(const QPointF& position, qreal ratio, const QSize& framebuffer)
 {

@@ -13,9 +13,6 @@ namespace hostkit {
 /// number above 0, whole or not.
 struct WindowCoordinates
 {
-    /// Size of the framebuffer of a window of a logical size; never below 1 by 1.
-    static QSize devicePixels(const QSize& logical, qreal ratio);
-
     /// The pixel under a position. Positions outside the window give pixels outside the framebuffer.
     static QPoint pixelAt(const QPointF& position, qreal ratio, const QSize& framebuffer);
 };

@@ -290,3 +290,36 @@ TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)
     EXPECT_FALSE(input.release(OruMouse::ButtonContext, 0, QPoint(220, 20))) << "the late release is no news";
     EXPECT_FALSE(input.cancel());
 }
+
+TEST_F(HostSceneGLTest, PutsAllDownWhenAReleaseNeverComes)
+{
+    part("cube").movable.setValue(true);
+    part("cube").setDropListener([](const QString&, const QString&) { throw std::runtime_error("drop"); });
+    input.press(OruMouse::ButtonPick, 0, pixelOf(left));
+    input.move(0, pixelOf(right));
+    input.press(OruMouse::ButtonView, 0, pixelOf(right));
+    EXPECT_THROW(input.press(OruMouse::ButtonPick, 0, pixelOf(right)), std::runtime_error);
+    EXPECT_EQ(count("begin"), count("end"));
+    EXPECT_FALSE(input.held(OruMouse::ButtonView)) << "the other button went up, too";
+}
+
+TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)
+{
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(input.move(0, pixelOf(left)));
+        EXPECT_EQ(host->context().tooltip, "cube\ntriangles: 12");
+        EXPECT_TRUE(input.enter(false));
+        EXPECT_EQ(host->context().tooltip, "");
+    }
+}
+
+TEST_F(HostSceneGLTest, TakesAReleaseFarFromItsPressForNoClick)
+{
+    input.setDragThreshold(6);
+    for (const QPoint& way : {QPoint(6, -6), QPoint(7, 0), QPoint(0, -7)}) {
+        part("cube").marked.setValue(false);
+        input.press(OruMouse::ButtonPick, 0, pixelOf(left));
+        input.release(OruMouse::ButtonPick, 0, pixelOf(left) + way);
+        EXPECT_EQ(part("cube").marked.value(), way == QPoint(6, -6)) << way.x() << ' ' << way.y();
+    }
+}
