@@ -1,5 +1,6 @@
 // The contexts as values: their defaults, and what each kind of copy carries.
 
+#include "Scene/controller/OruSceneController.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
@@ -38,6 +39,34 @@ void expectTaken(const OruSceneRenderContext& rc, const OruSceneEventContext& ct
     EXPECT_EQ(rc.projection, ctx.projection);
     EXPECT_EQ(rc.tooltip, ctx.tooltip);
     EXPECT_EQ(rc.boxZoom, ctx.boxZoom);
+}
+
+TEST(OruSceneEventContextTest, StartsWithItsDefaultsAndCopiesEveryField)
+{
+    OruSceneEventContext ctx;
+    EXPECT_EQ(ctx.viewpointName, "viewpoint");
+    EXPECT_EQ(ctx.fitFactor, 0.9f);
+    EXPECT_EQ(ctx.key, 0);
+    EXPECT_EQ(ctx.keyModifiers, 0u);
+    EXPECT_FALSE(ctx.noDraw || ctx.bounds.defined() || ctx.zoomBounds.defined());
+    ctx = filled();
+    ctx.key = 'X';
+    ctx.keyModifiers = 2;
+    ctx.upAxis = Vector3(0.0f, 1.0f, 0.0f);
+    ctx.bounds = Kelvar::Math::BoundingBox(Vector3(), Vector3(1.0f, 1.0f, 1.0f));
+    ctx.zoomBounds = Kelvar::Math::BoundingBox(Vector3(), Vector3(2.0f, 2.0f, 2.0f));
+    ctx.fitFactor = 0.5f;
+    ctx.noDraw = true;
+    const OruSceneEventContext copy(ctx);
+    expectTaken(OruSceneRenderContext(copy), ctx);
+    EXPECT_EQ(copy.viewpointName, "other");
+    EXPECT_EQ(copy.key, 'X');
+    EXPECT_EQ(copy.keyModifiers, 2u);
+    EXPECT_EQ(copy.upAxis, ctx.upAxis);
+    EXPECT_EQ(copy.bounds, ctx.bounds);
+    EXPECT_EQ(copy.zoomBounds, ctx.zoomBounds);
+    EXPECT_EQ(copy.fitFactor, 0.5f);
+    EXPECT_TRUE(copy.noDraw);
 }
 
 TEST(OruSceneEventContextTest, MoveIsACopy)
@@ -84,6 +113,24 @@ TEST(OruSceneRenderContextTest, MoveConstructorCopiesAndMoveAssignmentTakes)
         EXPECT_FALSE(rc->focused);
     }
     EXPECT_TRUE(source.tooltip.isNull()); // NOLINT
+}
+
+TEST(OruSceneControllerTest, RecordsMoveTheirHandlerAndCopyTheRest)
+{
+    const boost::shared_ptr<int> alive(new int);
+    using Record = OruSceneController::CurrentHitRecord;
+    Record source;
+    EXPECT_FALSE(source.hasHandler());
+    source.hit.name = 7;
+    source.handler =
+        boost::shared_ptr<IOruVisEventHandler>(alive, static_cast<IOruVisEventHandler*>(nullptr));
+    EXPECT_FALSE(source.hasHandler()) << "alive, but nobody is there";
+    const Record copy(source);
+    EXPECT_EQ(copy.hit.name, 7u);
+    Record moved(std::move(source));
+    EXPECT_FALSE(moved.handler.expired());
+    EXPECT_TRUE(source.handler.expired()); // NOLINT
+    EXPECT_EQ(source.hit.name, 7u);
 }
 
 } // namespace

@@ -37,6 +37,10 @@ TEST(OruSceneMouseMappingsTest, AssignmentWritesAllEightKeysIntoItsOwnStore)
         EXPECT_EQ(stored(assigned, row.key), QString::number(++number)) << row.key;
     }
     EXPECT_EQ(static_cast<int>(assigned.boxZoomMod.value()), number);
+    const OruSceneMouseMappings copy(source);
+    EXPECT_EQ(stored(copy, "rotateBut"), "-999");
+    source.setValue("rotateBut", "5");
+    EXPECT_EQ(static_cast<int>(copy.rotateBut.value()), 5) << "copied adaptors stay with the source's node";
 }
 
 } // namespace
