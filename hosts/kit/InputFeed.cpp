@@ -67,13 +67,19 @@ bool InputFeed::apply(const InputEvent& event)
     if (event.kind == Kind::Cancel) {
         return endGesture();
     }
+    // What a drag starts from is known; its name would only hang on the pointer.
+    QString& tooltip = host_.context().tooltip;
+    const bool untold = event.kind == Kind::Move && anyHeld() && !tooltip.isEmpty();
+    if (untold) {
+        tooltip.clear();
+    }
     feedMouse(event);
     for (const KindRow& row : kindRows) {
         if (row.kind == event.kind) {
-            return host_.send(row.operation);
+            return host_.send(row.operation) || untold;
         }
     }
-    return false;
+    return untold;
 }
 
 /// Brings the pointer and the keys of the context to where the event has them.

@@ -47,6 +47,7 @@ public:
     /// The second press of a double click; its release comes by release().
     bool doubleClick(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel);
 
+    /// With a button held it is a drag, and the tooltip goes.
     bool move(unsigned int modifiers, const QPoint& pixel);
 
     /// Sums small turns, as touchpads report them, to whole steps and sends each step.

@@ -311,6 +311,11 @@ TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)
         EXPECT_TRUE(input.enter(false));
         EXPECT_EQ(host->context().tooltip, "");
     }
+    input.move(0, pixelOf(left));
+    input.press(OruMouse::ButtonPick, 1, pixelOf(left));
+    EXPECT_TRUE(input.move(1, pixelOf(right))) << "a drag that does nothing else";
+    EXPECT_EQ(host->context().tooltip, "");
+    input.cancel();
 }
 
 TEST_F(HostSceneGLTest, TakesAReleaseFarFromItsPressForNoClick)

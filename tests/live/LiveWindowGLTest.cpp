@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 using Kelvar::Math::Matrix;
@@ -127,7 +128,8 @@ TEST(LiveWindow, TurnsPansAndZooms)
         EXPECT_NEAR(after.scale() / before.scale(), row.zoom, 1e-3);
         const bool centre = row.from == Vector3();
         const Vector3 point = centre ? viewer.scene().context().bounds.center() : before.pointAt(row.from);
-        expectSamePixel(after.pixelOf(point), centre ? before.pixelOf(point) : row.to, row.zoom);
+        expectSamePixel(after.pixelOf(point), centre ? before.pixelOf(point) : row.to,
+                        std::max(1.0, row.zoom));
         if (row.turns) {
             const Vector3 near = after.pixelOf(point + before.eye()) - after.pixelOf(point);
             EXPECT_GT(near.x, 0.0f) << "the near side follows the pointer";
