@@ -32,8 +32,8 @@ constexpr int movesPerDrag = 16;
 
 constexpr int pollMilliseconds = 20;
 
-/// A dark slate: parts in shadow still stand out from it, and the white of the overlays, too.
-const QString backgroundColour = QStringLiteral("#ff2b333d");
+/// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
+const QString backgroundColour = QStringLiteral("#ff38465a");
 
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);

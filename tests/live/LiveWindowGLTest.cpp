@@ -209,6 +209,7 @@ TEST(LiveWindow, EndsAGestureWhenItLosesTheFocus)
     viewer.act(QStringLiteral("windowfocus %1").arg(other.winId()), "focus-out");
     EXPECT_EQ(viewer.scene().context().boxZoom, OruOglViewport());
     viewer.act("mousemove 420 320 mouseup 3 mousemove 10 10", "move - 0.016");
+    viewer.act("mousemove 100 100 mousedown 3 mousemove 200 200 mousemove 320 240", "move - 0.50");
     EXPECT_EQ(viewer.scene().context().modelView, before) << "no box zoom ran";
     EXPECT_TRUE(viewer.terminates());
     EXPECT_EQ(viewer.savedState(), viewer.state());
