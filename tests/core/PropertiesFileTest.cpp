@@ -120,6 +120,8 @@ TEST_F(OruPropertiesFileTest, TenThousandNodesComeBackThroughInsertAndMakeChild)
         }
     }
     root.flags = 0x180;
+    const QString marked = QString(QChar(0xfeff)) + "marked";
+    root.string().setValue(marked, marked);
     ASSERT_TRUE(save(root)) << error.toStdString();
     const std::string saved = read();
     Branch copy(group, "root");
@@ -127,6 +129,7 @@ TEST_F(OruPropertiesFileTest, TenThousandNodesComeBackThroughInsertAndMakeChild)
     EXPECT_EQ(copy.inserts, 100);
     EXPECT_EQ(copy.at(7)->size(), 99u);
     EXPECT_EQ(copy.flags, 0x180);
+    EXPECT_TRUE(copy.string().defined(marked)) << "a byte order mark in front is part of the text";
     ASSERT_TRUE(save(copy));
     EXPECT_TRUE(read() == saved) << "a second save differs";
 }
@@ -221,6 +224,7 @@ TEST_F(OruPropertiesFileTest, RefusesBadContentWithItsPlaceAndLeavesTheTree)
         {"not JSON", "<xml/>", "1:", "illegal"},
         {"truncated", head + "{'name': 'ro", "3:22", "unterminated"},
         {"garbage behind", head + "{}} x", "3:14", "garbage"},
+        {"byte order mark", head + "{'\xef\xbb\xbfname': ''}}", "3:11", "byte order mark"},
         {"broken UTF-8", head + "{'name': '\xff'}}", "3:", "UTF"},
         {"behind a byte order mark", "\xEF\xBB\xBF{'format': 1}", "1:12", "format"},
         {"damaged line", "{\n\n  'format': tru\n}", "3:13", "illegal"},

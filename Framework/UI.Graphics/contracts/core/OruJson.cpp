@@ -64,11 +64,12 @@ private:
         endBlock(array.isEmpty(), depth, ']');
     }
 
-    /// A document must be an object or an array, so a leaf is written as the only element of one.
+    /// A document must be an object or an array, so a leaf is written as the only element of one. A byte
+    /// order mark is escaped: the reader would drop it from the start of a text.
     void writeLeaf(const QJsonValue& leaf)
     {
         const QByteArray array = QJsonDocument(QJsonArray{leaf}).toJson(QJsonDocument::Compact);
-        text += array.mid(1, array.size() - 2);
+        text += array.mid(1, array.size() - 2).replace(oru::byteOrderMark, "\\ufeff");
     }
 
     void startLine(int depth) { text += '\n' + QByteArray(4 * depth, ' '); }

@@ -10,6 +10,9 @@
 /// the public interface.
 namespace oru {
 
+/// U+FEFF in UTF-8.
+constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
+
 /// The text of a number, with all digits of a 64-bit integer.
 QString jsonNumber(const QJsonValue& number);
 

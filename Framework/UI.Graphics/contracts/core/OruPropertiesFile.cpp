@@ -131,6 +131,11 @@ int offsetOf(const QJsonParseError& problem, const QByteArray& text)
 
 bool parse(const QString& file, const QByteArray& text, QJsonObject& document, QString* error)
 {
+    const int mark = static_cast<int>(text.indexOf(QByteArray("\"") + oru::byteOrderMark));
+    if (mark >= 0) {
+        return failAt(error, file, oru::jsonPosition(text, mark),
+                      member("a byte order mark in a text; write it as \\ufeff"));
+    }
     QJsonParseError problem;
     const QJsonDocument parsed = QJsonDocument::fromJson(text, &problem);
     if (problem.error != QJsonParseError::NoError) {
