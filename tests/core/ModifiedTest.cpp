@@ -29,19 +29,6 @@ struct Tree
 
 } // namespace
 
-TEST(OruModifiedGroup, CountsLocksAndIgnoresOneUnlockTooMany)
-{
-    OruModifiedGroup group;
-    group.unlock();
-    EXPECT_FALSE(group.locked());
-    group.lock();
-    group.lock();
-    group.unlock();
-    EXPECT_TRUE(group.locked());
-    group.unlock();
-    EXPECT_FALSE(group.locked());
-}
-
 /// A root with member children, as a scene has them: members die before the base, and the group with the last
 /// node. The address sanitizer sees a group that goes too early, the leak sanitizer one that stays.
 TEST(OruModifiedGroup, HandedOverGroupLivesAsLongAsItsLastNode)

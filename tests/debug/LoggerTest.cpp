@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <locale>
 #include <optional>
 
 using kelvardebug::dbgostream;
@@ -22,13 +21,6 @@ protected:
 
     std::shared_ptr<RecordingSink> recorded = std::make_shared<RecordingSink>();
     logger log;
-};
-
-/// Groups digits, as many a host's locale does.
-struct GroupingDigits : std::numpunct<char>
-{
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
 };
 
 } // namespace
@@ -63,14 +55,6 @@ TEST_F(LoggerTest, TheLastCopyBringsTheRestAndMayOutliveTheLogger)
     EXPECT_THAT(recorded->lines, IsEmpty());
     out.reset();
     EXPECT_THAT(recorded->lines, ElementsAre("E head: rest"));
-}
-
-TEST_F(LoggerTest, NumbersDoNotFollowTheHostsLocale)
-{
-    const std::locale before = std::locale::global(std::locale(std::locale(), new GroupingDigits));
-    log.derr("").buffer() << 1234567;
-    std::locale::global(before);
-    EXPECT_THAT(recorded->lines, ElementsAre("E 1234567"));
 }
 
 TEST_F(LoggerTest, EnsureReportsOnlyWhatFailed)

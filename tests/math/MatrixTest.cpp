@@ -1,6 +1,5 @@
 #include "contracts/math/Matrix.h"
 
-#include "contracts/math/CircleTable.h"
 #include "tests/math/MathMatchers.h"
 
 #include <gtest/gtest.h>
@@ -145,27 +144,4 @@ TEST(Matrix, StandardOrientationsLookAtTheirPlanes)
         EXPECT_EQ(VectorY, view.transform(row.up));
         EXPECT_EQ(VectorZ, view.transform(row.towardsEye));
     }
-}
-
-TEST(Matrix, ComparesAndDetectsBrokenElements)
-{
-    for (int i = 0; i < 16; ++i) {
-        Matrix changed;
-        changed.data()[i] += 0.5f;
-        EXPECT_NE(Matrix::Identity, changed) << "element " << i;
-        changed.data()[i] = i % 2 == 0 ? NaN : Infinity;
-        EXPECT_FALSE(changed.isFinite()) << "element " << i;
-        changed.identity();
-        EXPECT_EQ(Matrix::Identity, changed);
-    }
-}
-
-TEST(CircleTable, HoldsTheRegularPolygonWithinItsLimits)
-{
-    const std::vector<Vector3> square = CircleTable::points(4);
-    EXPECT_THAT(square, testing::ElementsAre(VectorX, VectorY, -VectorX, -VectorY));
-    CircleTable::clear();
-    EXPECT_EQ(square, CircleTable::points(4));
-    EXPECT_EQ(std::size_t(CircleTable::MinSegments), CircleTable::points(-7).size());
-    EXPECT_EQ(std::size_t(CircleTable::MaxSegments), CircleTable::points(1 << 30).size());
 }

@@ -83,25 +83,6 @@ TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
     EXPECT_NE(lit(drawn([&] { text.draw(QPoint(20, 30), label); })), lit(image));
 }
 
-TEST_F(OruOglTextGLTest, QuarterTurnsKeepThePixels)
-{
-    const QString label = "Turn";
-    const QImage level = drawn([&] { text.draw(QPoint(60, 60), label); });
-    text.setAngle(Angle(90.0));
-    const QImage upwards = drawn([&] { text.draw(QPoint(60, 60), label); });
-    const QSize size = text.size(label);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x) {
-            ASSERT_EQ(pixel(level, 60 + x, 60 + y), pixel(upwards, 60 - y, 60 + x)) << x << ", " << y;
-        }
-    }
-    EXPECT_EQ(drawn([&] { boxed.draw(QPoint(60, 60), label); }), drawn([&] {
-                  text.setAngle(Angle());
-                  boxed.draw(QPoint(60, 60), label);
-              }))
-        << "a box stays level";
-}
-
 TEST_F(OruOglTextGLTest, TheStateOfTheHostNeitherMattersNorChanges)
 {
     text.setColor(Qt::yellow);
