@@ -66,6 +66,14 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
     }
 }
 
+void tellLoading(hostkit::LiveView& view, LoadingReport& report, const QString& title, float share)
+{
+    report.tell(share);
+    if (report.due()) {
+        view.setTitle(QStringLiteral("%1 - loading %2 %").arg(title).arg(qRound(share * 100)));
+    }
+}
+
 QSize sizeOf(HostScene& host)
 {
     const OruOglViewport& viewport = host.context().viewport;
@@ -186,11 +194,7 @@ Viewer::ExitCode Viewer::showWindow()
     const auto look = [&] {
         try {
             if (!job.finished()) {
-                report.tell(job.share());
-                if (report.due()) {
-                    view.setTitle(
-                        QStringLiteral("%1 - loading %2 %").arg(title).arg(qRound(job.share() * 100)));
-                }
+                tellLoading(view, report, title, job.share());
                 return;
             }
             poll.stop();
