@@ -202,12 +202,19 @@ const MeshVisualization::Look& MeshVisualization::look() const
 
 void MeshVisualization::moveBy(const QPoint& delta)
 {
-    const Vector3 centre =
-        bounds().center().project(view_.modelView, view_.projection, view_.viewport.data());
-    const Vector3 target(centre.x + static_cast<float>(delta.x()), centre.y + static_cast<float>(delta.y()),
-                         centre.z);
-    dragged_ += target.unProject(view_.modelView, view_.projection, view_.viewport.data()) -
-                centre.unProject(view_.modelView, view_.projection, view_.viewport.data());
+    const bool turned = drag_.view.modelView != view_.modelView || drag_.view.viewport != view_.viewport;
+    if (dragged_ == Vector3() || turned) {
+        drag_ = Drag{view_, dragged_, QPoint()};
+    }
+    drag_.way += delta;
+    const View& view = drag_.view;
+    const Vector3 centre = offset.value()
+                               .transform(mesh_->bounds.center())
+                               .project(view.modelView, view.projection, view.viewport.data());
+    const Vector3 target =
+        centre + Vector3(static_cast<float>(drag_.way.x()), static_cast<float>(drag_.way.y()), 0);
+    dragged_ = drag_.before + target.unProject(view.modelView, view.projection, view.viewport.data()) -
+               centre.unProject(view.modelView, view.projection, view.viewport.data());
     boundsChanged();
 }
 

@@ -66,6 +66,16 @@ private:
         OruOglViewport viewport;
     };
 
+    /// The part of a drag that one view has seen. What the pixels of a drag come to hangs on all of them, not
+    /// on how many moves they came in and what was drawn in between.
+    struct Drag
+    {
+        View view;
+        /// How far the part had been moved before, and the pixels since.
+        Kelvar::Math::Vector3 before;
+        QPoint way;
+    };
+
     /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
     /// the draw of a small mesh.
     struct Look
@@ -94,6 +104,7 @@ private:
     /// As of its revision of this node.
     mutable Look look_;
     View view_;
+    Drag drag_;
     /// How far a drag that still goes on has moved the part.
     Kelvar::Math::Vector3 dragged_;
 };
