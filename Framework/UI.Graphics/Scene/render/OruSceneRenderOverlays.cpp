@@ -71,7 +71,7 @@ void OruSceneRender::drawBox(const OruOglViewport& box, const OruOglViewport& vi
     glPushAttrib(GL_LINE_BIT);
     glColor(QColor(Qt::white), 17.0f);
     glLineWidth(2.0f);
-    // Inverting what lies below shows the band on every background.
+    // Inverting what lies below shows the band on dark and on light pictures alike.
     glEnable(GL_COLOR_LOGIC_OP);
     glLogicOp(GL_XOR);
     glBegin(GL_QUADS);
