@@ -279,6 +279,8 @@ TEST_F(OruPropertiesFileTest, RefusesFilesThatItCannotReadOrThatAreTooLarge)
     EXPECT_FALSE(OruPropertiesFile::load(root, folder.path(), &error));
     EXPECT_FALSE(OruPropertiesFile::load(root, "/dev/zero", &error));
     EXPECT_EQ(error, "/dev/zero: is not a regular file");
+    EXPECT_FALSE(OruPropertiesFile::load(root, "/proc/self/mem", &error));
+    EXPECT_EQ(error, "/proc/self/mem: Input/output error");
     QFile large(file);
     EXPECT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(OruPropertiesFile::MaximumBytes + 1));
     EXPECT_FALSE(load(root));

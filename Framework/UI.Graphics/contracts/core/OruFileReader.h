@@ -12,7 +12,8 @@ struct KELVAR_CORE_API OruFileReader
     /// speaks against it, also when there is no such file.
     static QString refusal(const QString& file);
 
-    /// The content of a regular file of `mostBytes` at most. False: `content` is not to be used, `reason` says
-    /// why, without the file's name. One that is too large gives as much as shows it, and an empty reason.
+    /// The content of a regular file of `mostBytes` at most. False: `content` is not to be used, `reason`
+    /// says why, without the file's name. One that is too large gives as much as shows it, and an empty
+    /// reason.
     static bool read(const QString& file, qint64 mostBytes, QByteArray& content, QString& reason);
 };

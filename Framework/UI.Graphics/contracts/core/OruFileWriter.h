@@ -32,7 +32,8 @@ private:
     bool open(QIODevice::OpenMode mode);
     bool fail(const QFileDevice& device);
 
-    /// Open while more may be written to it: from the first append() on, a pipe or a device from replace() on.
+    /// Open while more may be written to it: from the first append() on, a pipe or a device from replace()
+    /// on.
     QFile out_;
     QString error_;
 };

@@ -88,10 +88,10 @@ bool readText(const QString& file, QByteArray& text, QString* error)
 {
     QString reason;
     if (!OruFileReader::read(file, OruPropertiesFile::MaximumBytes, text, reason)) {
-        return reason.isEmpty() ? failAt(error, file, member("1:1"),
-                                         QString::fromLatin1("larger than %1 bytes")
-                                             .arg(OruPropertiesFile::MaximumBytes))
-                                : fail(error, file, reason);
+        return reason.isEmpty()
+                   ? failAt(error, file, member("1:1"),
+                            QString::fromLatin1("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes))
+                   : fail(error, file, reason);
     }
     if (text.startsWith("\xEF\xBB\xBF")) {
         text.remove(0, 3);
