@@ -57,12 +57,9 @@ public:
     {
         constexpr std::size_t elementSize = sizeof(*Array().data());
         const auto count = value<std::uint64_t>();
-        // Ahead of making room for it: a reader gone mad may announce anything.
         if (count > bytesLeft_ / elementSize) {
-            fail(QStringLiteral("the model takes more than %1, an eighth of the memory that is available")
-                     .arg(oru::memoryText(limits_.modelBytes)));
+            failAsTooLarge(); // ahead of making room for what a reader gone mad may announce
         }
-        bytesLeft_ -= count * elementSize;
         Array result;
         result.resize(static_cast<std::size_t>(count));
         bytes(result.data(), result.size() * elementSize);
@@ -72,6 +69,10 @@ public:
 private:
     void bytes(void* data, std::size_t size)
     {
+        if (size > bytesLeft_) {
+            failAsTooLarge();
+        }
+        bytesLeft_ -= size;
         char* at = static_cast<char*>(data);
         while (size > 0) {
             await();
@@ -82,6 +83,12 @@ private:
             at += got > 0 ? got : 0;
             size -= static_cast<std::size_t>(got > 0 ? got : 0);
         }
+    }
+
+    [[noreturn]] void failAsTooLarge() const
+    {
+        fail(QStringLiteral("the model takes more than %1, an eighth of the memory that is available")
+                 .arg(oru::memoryText(limits_.modelBytes)));
     }
 
     /// Waits until there is something to read.

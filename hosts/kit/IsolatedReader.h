@@ -25,7 +25,7 @@ public:
         /// Bytes of memory for the program; 0: as many as it likes.
         std::uint64_t readerBytes;
 
-        /// Bytes of what it sends: the arrays of all parts.
+        /// Bytes of all that it sends.
         std::uint64_t modelBytes;
     };
 
