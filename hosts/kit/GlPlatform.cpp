@@ -6,7 +6,19 @@
 
 #include <algorithm>
 
+// Behind Qt's headers: it defines names that they use.
+#include <X11/Xlib.h>
+
 namespace hostkit {
+
+bool GlPlatform::displayAnswers()
+{
+    Display* const display = XOpenDisplay(nullptr);
+    if (display) {
+        XCloseDisplay(display);
+    }
+    return display != nullptr;
+}
 
 void GlPlatform::prepare()
 {

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "contracts/core/OruFileWriter.h"
 #include "hosts/kit/Recording.h"
-
-#include <QFile>
 
 namespace hostkit {
 
@@ -11,16 +10,17 @@ namespace hostkit {
 class RecordingWriter
 {
 public:
-    /// Starts `file` anew with the head of `recording`. Throws Recording::Error.
+    /// Starts `file` anew with the head of `recording`. Throws Recording::Error; the file is then as it was.
     RecordingWriter(const QString& file, const Recording& recording);
 
-    /// Appends an event on a view of `view` pixels. Throws Recording::Error.
+    /// Appends an event on a view of `view` pixels. Throws Recording::Error; the file then ends with the
+    /// event before.
     void write(const InputEvent& event, const QSize& view);
 
 private:
-    void append(const QByteArray& text);
+    void check(bool written) const;
 
-    QFile file_;
+    OruFileWriter file_;
 };
 
 } // namespace hostkit
