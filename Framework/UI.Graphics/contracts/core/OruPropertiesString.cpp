@@ -161,7 +161,7 @@ bool OruPropertiesString::remove(const QString& key)
 QString OruPropertiesString::getUnit(const QString& key, const QString& fallback) const
 {
     const Slot* slot = find(key);
-    return slot ? slot->unit : fallback;
+    return slot && !slot->unit.isEmpty() ? slot->unit : fallback;
 }
 
 void OruPropertiesString::setUnit(const QString& key, const QString& unit)

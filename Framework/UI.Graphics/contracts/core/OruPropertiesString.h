@@ -67,7 +67,7 @@ public:
     /// Takes value and unit of `key` away. False: it was not defined.
     bool remove(const QString& key);
 
-    /// The unit of `key`, or `fallback` for a key that was never seen.
+    /// The unit of `key`, or `fallback` where it has none.
     QString getUnit(const QString& key, const QString& fallback) const;
 
     /// Sets the unit of `key`, defined or not; an empty unit clears it.
