@@ -43,7 +43,8 @@ public:
     virtual ~OruProperties();
 
     /// Appends `child`. `member` true: its owner destroys it; false: this node takes it over. Refused: null,
-    /// this node or one above it, a child that has a parent, a name that a sibling bears.
+    /// this node or one above it, a child that has a parent, a name that a sibling bears; the last one is
+    /// told on the error stream.
     virtual bool insert(OruProperties* child, bool member);
 
     /// Takes `child` out and leaves it to the caller, tree-owned or not. Refused: not a child of this node.
