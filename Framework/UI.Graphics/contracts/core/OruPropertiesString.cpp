@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertiesString.h"
 
 #include "contracts/core/OruModified.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
 
 namespace {
@@ -182,6 +183,22 @@ void OruPropertiesString::setCachable(const QString& key, bool cachable)
     }
 }
 
+const OruPropertyKind& OruPropertiesString::kind(const QString& key) const
+{
+    static constexpr OruPropertyKind anyText = OruPropertyKind::of<QString>();
+    const Slot* slot = find(key);
+    return slot && slot->kind ? *slot->kind : anyText;
+}
+
+const OruPropertiesString::Slot& OruPropertiesString::slot(const QString& key, const OruPropertyKind* kind)
+{
+    Slot& slot = slots_[key];
+    if (!slot.kind) {
+        slot.kind = kind;
+    }
+    return slot;
+}
+
 void OruPropertiesString::assign(const OruPropertiesString& other)
 {
     for (const QString& key : keys()) {
@@ -194,5 +211,6 @@ void OruPropertiesString::assign(const OruPropertiesString& other)
             setValue(key, slot.text);
             setUnit(key, slot.unit);
         }
+        this->slot(key, slot.kind);
     }
 }
