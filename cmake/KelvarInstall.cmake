@@ -25,7 +25,6 @@ set(KELVAR_PRIVATE_HEADERS
     OruSceneHandlerCall.h
     OruSceneRenderRecovery.h
     OruSceneTrace.h
-    OruVisAlignmentKind.h
     OruVisSmoothShapes.h)
 
 # One library with the headers of its folder and its export header.
