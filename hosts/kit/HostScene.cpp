@@ -1,6 +1,7 @@
 #include "hosts/kit/HostScene.h"
 
 #include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/ogl/OruOglFunctions.h"
 
 #include <QStringList>
@@ -136,23 +137,36 @@ bool HostScene::save(const QString& file, QString* error) const
     return OruPropertiesFile::save(scene_, file, error);
 }
 
-bool HostScene::setValue(const QString& path, const QString& value, QString* error)
+HostScene::Place HostScene::placeOf(const QString& path)
 {
     const int slash = path.lastIndexOf(QLatin1Char('/'));
-    const QString node = slash < 0 ? QString() : path.left(slash);
-    const QString key = path.mid(slash + 1);
-    OruProperties* properties = scene_.find(node);
-    if (!properties) {
-        *error = QStringLiteral("there is no node \"%1\"").arg(node);
+    const QString nodePath = slash < 0 ? QString() : path.left(slash);
+    return {scene_.find(nodePath), nodePath, path.mid(slash + 1)};
+}
+
+bool HostScene::setValue(const QString& path, const QString& value, QString* error)
+{
+    const Place place = placeOf(path);
+    if (!place.node) {
+        *error = QStringLiteral("there is no node \"%1\"").arg(place.nodePath);
         return false;
     }
-    if (!properties->string().defined(key)) {
-        *error = QStringLiteral("\"%1\" has no property \"%2\"").arg(node, key);
+    if (!place.node->string().defined(place.key)) {
+        *error = QStringLiteral("\"%1\" has no property \"%2\"").arg(place.nodePath, place.key);
         return false;
     }
-    properties->setValue(key, value);
+    if (!accepts(path, value, error)) {
+        return false;
+    }
+    place.node->setValue(place.key, value);
     stale_ = true;
     return true;
+}
+
+bool HostScene::accepts(const QString& path, const QString& value, QString* error)
+{
+    const Place place = placeOf(path);
+    return !place.node || place.node->kind(place.key).accepts(value, error);
 }
 
 void HostScene::refresh()

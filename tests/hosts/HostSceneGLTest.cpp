@@ -213,6 +213,57 @@ TEST_F(HostSceneGLTest, MovesAMovablePartInTheViewPlaneAsOneEdit)
     EXPECT_THAT(dropped, ElementsAre("cube", "cube.2"));
 }
 
+TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
+{
+    const Vector3 away(150000, 0, 0);
+    host->scene().render.visualizations.erase(&part("cube"));
+    host->scene().render.visualizations.erase(&part("cube.2"));
+    host->addModel(cubes({away}));
+    MeshVisualization& cube = part("cube");
+    cube.movable.setValue(true);
+    // A pixel is 0.0075 units, less than floats can tell apart out there.
+    const Matrix front =
+        Matrix::translate(-away) * host->scene().viewpoint("viewpoint") * Matrix::scale(8.0f / 3.0f);
+    const struct
+    {
+        const char* what;
+        int moves;
+        int pixels;
+        bool zoom; ///< by a turn of the wheel after the first move
+        float moved;
+    } rows[] = {
+        {"fast", 1, 50, false, 0.375f}, {"slow", 50, 1, false, 0.375f}, {"zoomed", 2, 55, true, 0.7875f}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        cube.offset.setValue(Matrix());
+        host->scene().setViewpoint("viewpoint", front);
+        host->draw();
+        QPoint pixel = pixelOf(away);
+        input.press(OruMouse::ButtonPick, 0, pixel);
+        for (int i = 0; i < row.moves; ++i) {
+            pixel += QPoint(row.pixels, 0);
+            input.move(0, pixel);
+            if (row.zoom && i == 0) {
+                input.wheel(-InputFeed::wheelStep, 0, pixel);
+                host->draw();
+            }
+        }
+        input.release(OruMouse::ButtonPick, 0, pixel);
+        EXPECT_NEAR(cube.offset.value().transform(Vector3()).x, row.moved, 1e-4f);
+    }
+}
+
+TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
+{
+    const Vector3 away(20, 0, 0);
+    Model model;
+    model.parts.push_back(built(sourceOf(bumpySphere(5000, 0.7f))));
+    host->addModel(model);
+    part("sample").offset.setValue(Matrix::translate(away));
+    host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));
+    EXPECT_GT(colourAt(drawn(), away).blue(), 60);
+}
+
 TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
 {
     Progress progress;
@@ -255,13 +306,28 @@ TEST_F(HostSceneGLTest, SavesAndLoadsTheWholeState)
     EXPECT_FALSE(other.load(folder.filePath("missing.json"), &error));
 }
 
-TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsMissing)
+TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsWrong)
 {
-    QString error;
-    EXPECT_FALSE(host->setValue("nowhere/textInfo", "true", &error));
-    EXPECT_THAT(error.toStdString(), testing::HasSubstr("no node \"nowhere\""));
-    EXPECT_FALSE(host->setValue("render/textinfo", "true", &error));
-    EXPECT_THAT(error.toStdString(), testing::HasSubstr("no property \"textinfo\""));
+    const struct
+    {
+        const char* path;
+        const char* value;
+        const char* reason;
+        bool accepted; ///< for when the property exists
+    } rows[] = {
+        {"nowhere/textInfo", "true", "there is no node \"nowhere\"", true},
+        {"render/textinfo", "true", "\"render\" has no property \"textinfo\"", true},
+        {"render/pickSize", "perhaps", "must be a number from 0, not \"perhaps\"", false},
+        {"render/visualization/cube/movable", "2", "must be true or false, not \"2\"", false},
+    };
+    for (const auto& row : rows) {
+        QString error;
+        const std::uint64_t before = host->scene().subtreeRevision();
+        EXPECT_EQ(host->accepts(row.path, row.value, &error), row.accepted);
+        EXPECT_FALSE(host->setValue(row.path, row.value, &error));
+        EXPECT_EQ(error.toStdString(), row.reason);
+        EXPECT_EQ(host->scene().subtreeRevision(), before);
+    }
 }
 
 TEST_F(HostSceneGLTest, SumsSmallTurnsOfTheWheel)

@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertiesString.h"
 
 #include "contracts/core/OruModified.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
 
 namespace {
@@ -17,6 +18,10 @@ bool parse(const QString& text, T& value)
 {
     return oru::fromString(text, value);
 }
+
+/// Scenes have 100,000 nodes and more, each with a few slots.
+static_assert(sizeof(OruPropertiesString::Slot) <=
+              2 * sizeof(QString) + sizeof(void*) + sizeof(std::uint64_t));
 
 } // namespace
 
@@ -161,7 +166,7 @@ bool OruPropertiesString::remove(const QString& key)
 QString OruPropertiesString::getUnit(const QString& key, const QString& fallback) const
 {
     const Slot* slot = find(key);
-    return slot ? slot->unit : fallback;
+    return slot && !slot->unit.isEmpty() ? slot->unit : fallback;
 }
 
 void OruPropertiesString::setUnit(const QString& key, const QString& unit)
@@ -182,6 +187,22 @@ void OruPropertiesString::setCachable(const QString& key, bool cachable)
     }
 }
 
+const OruPropertyKind& OruPropertiesString::kind(const QString& key) const
+{
+    static constexpr OruPropertyKind anyText = OruPropertyKind::of<QString>();
+    const Slot* slot = find(key);
+    return slot && slot->kind ? *slot->kind : anyText;
+}
+
+const OruPropertiesString::Slot& OruPropertiesString::slot(const QString& key, const OruPropertyKind* kind)
+{
+    Slot& slot = slots_[key];
+    if (!slot.kind) {
+        slot.kind = kind;
+    }
+    return slot;
+}
+
 void OruPropertiesString::assign(const OruPropertiesString& other)
 {
     for (const QString& key : keys()) {
@@ -194,5 +215,6 @@ void OruPropertiesString::assign(const OruPropertiesString& other)
             setValue(key, slot.text);
             setUnit(key, slot.unit);
         }
+        this->slot(key, slot.kind);
     }
 }
