@@ -69,8 +69,8 @@ public:
     const Kelvar::Math::Matrix& viewpoint(const QString& name) const;
 
     /// Writes `view` to the viewpoint of that name, through the property editor and in an edit session. True:
-    /// the matrix differed and was handed to the editor. False: it was equal, or there is no such viewpoint;
-    /// nothing changed.
+    /// the matrix differed and was handed to the editor. False: it was equal, or there is no such viewpoint,
+    /// or none any more once the session had begun; nothing changed.
     bool setViewpoint(const QString& name, const Kelvar::Math::Matrix& view);
 
     /// Hit tracking; the host's own controller goes in by its `reset`.
