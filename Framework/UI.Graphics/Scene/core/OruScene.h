@@ -22,7 +22,8 @@ class OruSceneRenderContext;
 ///
 /// The host makes one for each view, feeds it paint requests and input together with its event context, and
 /// repaints when an operation answers true. Every call runs on the thread of the host's OpenGL context with
-/// that context current, the destructor included. The scene has no window, no thread and no timer of its own.
+/// that context current, the destructor included. The scene has no window, no thread and no timer of its own;
+/// scenes in different threads, each with a context of its own, share nothing that one could notice.
 ///
 /// Frames: world coordinates are those of the visualizations. The view matrix maps them to a view space in
 /// which the view spans 2 units in height about the origin, x to the right, y up, the eye looking along -z.
