@@ -18,6 +18,8 @@ constexpr OruMouse::Button pick = OruMouse::ButtonPick;
 constexpr OruMouse::Button context = OruMouse::ButtonContext;
 constexpr OruMouse::Button view = OruMouse::ButtonView;
 constexpr auto unknown = static_cast<OruMouse::Button>(4);
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
 
 using Feed = std::function<void(OruMouse&, KeyModifier, const QPoint&)>;
 
@@ -75,14 +77,14 @@ TEST(OruMouse, AnswersAllQuestionsThroughASession)
         {turn, first, {15, 24}, -120, {0, 0}, "1+1 2+1", ""},
         {move, second, {16, 24}, 0, {1, 0}, "1+2 2+2", ""},
         {release(pick), second, {16, 24}, 0, {0, 0}, "2+2", "1+0"},
-        {move, none, {17, 24}, 0, {1, 0}, "2+0", "1+0"},
+        {press(unknown), none, {17, 24}, 0, {1, 0}, "2+0", ""},
         {release(context), none, {17, 24}, 0, {0, 0}, "", "2+1"},
         {press(view), second, {20, 20}, 0, {3, -4}, "3+2", "2+1"},
         {press(view), none, {21, 20}, 0, {1, 0}, "3+0", "2+1"},
         {release(pick), none, {21, 20}, 0, {0, 0}, "3+0", ""},
-        {press(unknown), none, {22, 20}, 0, {1, 0}, "3+0", ""},
-        {release(unknown), none, {22, 20}, 0, {0, 0}, "3+0", ""},
-        {release(view), first, {22, 20}, 0, {0, 0}, "", "3+0"},
+        {release(view), first, {22, 20}, 0, {1, 0}, "", "3+0"},
+        {release(unknown), none, {lowest, highest}, 0, {lowest, highest - 20}, "", ""},
+        {move, none, {highest, lowest}, 0, {highest, lowest}, "", ""},
     };
     OruMouse mouse;
     QPoint former;
@@ -102,7 +104,7 @@ TEST(OruMouse, AnswersAllQuestionsThroughASession)
     EXPECT_EQ(mouse.downpos(pick), QPoint(12, 20));
     EXPECT_EQ(mouse.downpos(context), QPoint(15, 24));
     EXPECT_EQ(mouse.downpos(view), QPoint(21, 20)) << "the press that began anew";
-    for (const int number : {0, 4, -1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    for (const int number : {0, 4, -1, lowest, highest}) {
         EXPECT_EQ(mouse.downpos(static_cast<OruMouse::Button>(number)), QPoint(0, 0)) << number;
     }
 }

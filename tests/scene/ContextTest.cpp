@@ -58,7 +58,7 @@ TEST(OruSceneEventContextTest, StartsWithItsDefaultsAndCopiesEveryField)
     ctx.fitFactor = 0.5f;
     ctx.noDraw = true;
     const OruSceneEventContext copy(ctx);
-    expectTaken(OruSceneRenderContext(copy), ctx);
+    expectTaken(copy, ctx);
     EXPECT_EQ(copy.viewpointName, "other");
     EXPECT_EQ(copy.key, 'X');
     EXPECT_EQ(copy.keyModifiers, 2u);
@@ -95,7 +95,7 @@ TEST(OruSceneRenderContextTest, TakesAnEventContextAndKeepsItsFocusWhenAssigned)
     EXPECT_EQ(&(rc = second), &rc);
     expectTaken(rc, second);
     EXPECT_FALSE(rc.focused);
-    const OruSceneSelectContext sc(second);
+    const OruSceneSelectContext sc = second;
     expectTaken(sc, second);
     EXPECT_EQ(sc.pickSize, QSize(-1, -1));
 }

@@ -42,6 +42,8 @@ public:
     }
 
     std::string text;
+    std::map<const OruVisualization*, std::string> names = {
+        {nullptr, "null"}};    ///< of objects that may be dead
     std::set<std::string> yes; ///< calls that are answered with true
     std::map<std::string, std::function<void()>> reactions;
     std::function<bool(const std::string&)> whim; ///< if set, reacts to all calls and answers them
@@ -52,9 +54,10 @@ public:
 private:
     static int shown(int value) { return value; }
     static unsigned int shown(const OruVisHitRecord& hit) { return hit.name; }
-    static std::string shown(const OruVisualization* object)
+    std::string shown(const OruVisualization* object) const
     {
-        return object ? object->name().toStdString() : "null";
+        const auto known = names.find(object);
+        return known != names.end() ? known->second : "unknown";
     }
 };
 
@@ -173,6 +176,7 @@ protected:
         a = boost::make_shared<Handler>(log, "A");
         b = boost::make_shared<Handler>(log, "B");
         log = CallLog();
+        log.names.insert({{one.get(), "one"}, {two.get(), "two"}});
         under = '-';
     }
 

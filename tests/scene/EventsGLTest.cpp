@@ -4,6 +4,8 @@
 #include "tests/math/MathMatchers.h"
 #include "tests/scene/DispatchFixture.h"
 
+#include <limits>
+
 using namespace kelvartest;
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Matrix;
@@ -185,6 +187,11 @@ TEST_F(EventsGLTest, BandIsMeasuredFromItsOwnButton)
     ctx.mouse.release(pickButton, noModifier, QPoint(30, 20));
     EXPECT_TRUE(scene.mouseMove(ctx));
     EXPECT_EQ(ctx.boxZoom, OruOglViewport(100, 90, -70, -70));
+    const int highest = std::numeric_limits<int>::max();
+    ctx.mouse.press(contextButton, noModifier, QPoint(-2, highest));
+    ctx.mouse.move(QPoint(highest, -9), noModifier);
+    EXPECT_TRUE(scene.mouseMove(ctx));
+    EXPECT_EQ(ctx.boxZoom, OruOglViewport(-2, highest, highest, -highest - 1));
     EXPECT_EQ(ctx.modelView, start);
 }
 

@@ -5,6 +5,7 @@
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/scene/SceneFixture.h"
 
+#include <limits>
 #include <map>
 #include <stdexcept>
 
@@ -132,6 +133,10 @@ TEST_F(FrameGLTest, BandIsDrawnInItsOrder)
                                 "glLineWidth(2); glEnable(0xbf2); glLogicOp(0x1506); glBegin(0x7); "
                                 "glVertex2i(34, 30); glVertex2i(40, 30); glVertex2i(40, 38); "
                                 "glVertex2i(34, 38); glEnd(); glDisable(0xbf2); glPopAttrib(); ")));
+    ctx.boxZoom = {std::numeric_limits<int>::max() - 1, 0, 5, std::numeric_limits<int>::min()};
+    EXPECT_THAT(drawCalls(),
+                HasSubstr(lines("glVertex2i(2147483646, -2147483648); glVertex2i(2147483647, -2147483648); "
+                                "glVertex2i(2147483647, -1); glVertex2i(2147483646, -1); ")));
 }
 
 TEST_F(FrameGLTest, SelectionPassInItsOrder)

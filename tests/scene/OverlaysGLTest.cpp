@@ -5,6 +5,7 @@
 #include "tests/scene/SceneFixture.h"
 
 #include <cmath>
+#include <limits>
 
 using namespace kelvartest;
 
@@ -80,6 +81,8 @@ TEST_F(OverlaysGLTest, TooltipStandsWhereThereIsRoom)
         EXPECT_NEAR(row.below ? box.bottom() + 24 : box.top(), row.pointer.y(), row.below ? 3 : 2)
             << row.where;
     }
+    ctx.mouse.move(QPoint(60, std::numeric_limits<int>::min()), Kelvar::UI::Toolkit::ModifierNone);
+    EXPECT_FALSE(extent(frame(), tooltipFill).isNull()) << "no sum has turned round";
     for (const QString& none : {QString(), QStringLiteral("")}) {
         ctx.tooltip = none;
         EXPECT_TRUE(extent(frame(), tooltipFill).isNull());

@@ -142,6 +142,11 @@ TEST_F(SceneTreeGLTest, ViewWritesGoThroughTheEditorAsText)
     editor->writes = false;
     EXPECT_TRUE(scene.setViewpoint("viewpoint", Matrix::Identity));
     EXPECT_TRUE(scene.setViewpoint("viewpoint", Matrix::Identity)) << "a dropped write stays different";
+    OruVisList& list = scene.render.visualizations;
+    editor->action = [&](const std::string&) { list.erase(list["viewpoint"]); };
+    editor->calls.clear();
+    EXPECT_FALSE(scene.setViewpoint("viewpoint", Matrix::Identity)) << "gone when the session has begun";
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
 }
 
 class CountingNode : public OruProperties
@@ -159,6 +164,7 @@ public:
 TEST_F(SceneTreeGLTest, DefaultEditorWritesOnlyChanges)
 {
     scene.render.setCustomEditor(nullptr);
+    scene.render.editor().reset();
     const boost::shared_ptr<IOruVisPropertyEdit> byDefault = scene.render.editor();
     ASSERT_TRUE(byDefault);
     CountingNode node(scene.group);

@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -61,6 +62,9 @@ protected:
     OruSceneEventContext ctx;
 };
 
+constexpr int lowest = std::numeric_limits<int>::min();
+constexpr int highest = std::numeric_limits<int>::max();
+
 struct ZoomRow
 {
     const char* name;
@@ -86,6 +90,9 @@ const ZoomRow zoomRows[] = {
     {"inverted, forward", "zoomInvert", "true", {}, 3, 1.1},
     {"inverted, back", "zoomInvert", "true", {}, -3, 1.0 / 1.1},
     {"edited wheel factor", "zoomWheelFactor", "2", {}, -1, 2.0},
+    {"inverted, back by the lowest int", "zoomInvert", "true", {}, lowest, 1.0 / 1.1},
+    {"drag by 20,000 pixels", "zoomInvert", "false", {0, -20000}, 0, 0.0},
+    {"wheel factor beyond float", "zoomWheelFactor", "1e300", {}, -1, 0.0},
     {"wheel factor 0, used", "zoomWheelFactor", "0", {}, -1, 0.0},
     {"wheel factor 0, divided by", "zoomWheelFactor", "0", {}, 1, 0.0},
 };
@@ -234,6 +241,55 @@ TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCentres)
         const Vector3 arrived = window(moving);
         EXPECT_NEAR(arrived.x, target.x(), 0.01);
         EXPECT_NEAR(arrived.y, target.y(), 0.01);
+    }
+}
+
+TEST_F(ZprTest, RefusesWhatWouldNotBeFinite)
+{
+    const Matrix before = ctx.modelView;
+    ctx.boxZoom = OruOglViewport(10, 10, 50, -50);
+    drag(QPoint(10, 10), QPoint(50, 50));
+    ctx.viewport.width = 0;
+    EXPECT_FALSE(zpr.pan(ctx, ctx.modelView));
+    EXPECT_FALSE(zpr.zoomBox(ctx, ctx.modelView));
+    ctx.viewport.width = -1;
+    EXPECT_FALSE(zpr.rotate(ctx, ctx.modelView));
+    ctx.viewport.width = 800;
+    ctx.bounds = BoundingBox(Vector3(0.0f, 0.0f, -INFINITY), Vector3(1.0f, 1.0f, INFINITY));
+    EXPECT_FALSE(zpr.zoomTo(ctx, OruSceneZpr::ViewZ, ctx.modelView));
+    EXPECT_EQ(ctx.modelView, before);
+
+    for (const int delta : {-1, 1}) {
+        ctx.modelView = before;
+        ctx.mouse.wheel(delta, ModifierNone, QPoint());
+        int steps = 0;
+        while (steps < 2000 && zpr.zoomWheel(ctx, ctx.modelView)) {
+            ++steps;
+        }
+        EXPECT_NEAR(steps, 915, 20);
+        EXPECT_THAT(ctx.modelView.orientation(), NearMatrix(before.orientation(), 1e-3));
+    }
+}
+
+TEST_F(ZprTest, TheEndsOfIntCountAsTheirNeighbours)
+{
+    Matrix views[3][2];
+    for (const int step : {0, 1}) {
+        const std::pair<QPoint, int> drags[] = {{{0, lowest + step}, highest / 4 * 3},
+                                                {{highest / 3, 0}, highest - step}};
+        for (int row = 0; row < 2; ++row) {
+            ctx.mouse.move(QPoint(0, 0), ModifierNone);
+            ctx.mouse.move(drags[row].first, ModifierNone);
+            ctx.viewport.width = drags[row].second;
+            views[row][step] = ctx.modelView;
+            EXPECT_TRUE(zpr.rotate(ctx, views[row][step]));
+        }
+        ctx.boxZoom = OruOglViewport(highest - 99 - step, 300, 200, -100);
+        views[2][step] = ctx.modelView;
+        EXPECT_TRUE(zpr.zoomBox(ctx, views[2][step]));
+    }
+    for (const auto& neighbours : views) {
+        EXPECT_THAT(neighbours[0], NearMatrix(neighbours[1], 1e-4));
     }
 }
 

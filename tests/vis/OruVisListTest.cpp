@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <set>
@@ -43,6 +44,28 @@ struct OruVisListTest : testing::Test
         OruVisualization::DrawContext context = stage.draw();
         context.modelView = modelView;
         list.draw3d(context);
+        return log;
+    }
+
+    static Probe::Log callsOf(const std::string& entry, Probe::Log calls)
+    {
+        const auto isOther = [&](const std::string& call) { return call.find(entry) == std::string::npos; };
+        calls.erase(std::remove_if(calls.begin(), calls.end(), isOther), calls.end());
+        return calls;
+    }
+
+    /// What a render does for one frame.
+    Probe::Log frame(OruVisList& of)
+    {
+        log.clear();
+        const OruVisualization::DrawContext context = stage.draw();
+        if (of.watcher().modified()) {
+            of.update(context);
+            of.resize(context);
+            of.watcher().reset();
+        }
+        of.draw3d(context);
+        of.draw2d(context);
         return log;
     }
 };
@@ -186,11 +209,52 @@ TEST_F(OruVisListTest, draws_the_group_in_view_nearest_first_between_the_others)
                                      "draw3d near", "draw3d unknown"));
 }
 
-TEST_F(OruVisListTest, ends_a_pass_in_which_an_entry_changes_the_list)
+TEST_F(OruVisListTest, goes_on_over_what_is_left_when_an_entry_takes_others_out)
 {
-    add("remover").action = [&] { entries.pop_back(); };
+    auto inner = std::make_unique<OruVisList>(stage.group, "inner");
+    Probe killer(stage.group, "killer", log);
+    Probe orphan(stage.group, "orphan", log);
+    inner->insert(&killer, true);
+    inner->insert(&orphan, true);
+    add("passed");
+    list.insert(inner.get(), true);
+    Probe& remover = add("remover");
+    remover.action = [&] {
+        list.remove(entries.front().get());
+        list.remove(&remover);
+        entries.erase(entries.begin() + 2);
+    };
     add("victim");
-    EXPECT_THAT(drawn(), ElementsAre("draw3d remover"));
+    add("last");
+    killer.action = [&] { inner.reset(); };
+    EXPECT_THAT(frame(list), ElementsAre("update passed", "update killer", "update remover", "update last",
+                                         "resize last", "draw3d last", "draw2d last"));
+}
+
+TEST_F(OruVisListTest, takes_in_who_comes_during_a_pass_by_update_and_resize)
+{
+    for (const std::string pass : {"update", "resize", "draw3d", "draw2d"}) {
+        for (const bool nested : {false, true}) {
+            SCOPED_TRACE(pass + (nested ? " into a list that was reached before" : ""));
+            OruVisList outer(stage.group, "outer");
+            OruVisList inner(stage.group, "inner");
+            Probe host(stage.group, "host", log);
+            Probe comer(stage.group, "comer", log);
+            comer.setBox(boxAt(0, 0, 0));
+            outer.insert(&inner, true);
+            outer.insert(&host, true);
+            host.action = [&] {
+                if (log.back() == pass + " host" && (nested ? inner : outer).insert(&comer, true)) {
+                    EXPECT_FALSE(outer.bounds().defined());
+                }
+            };
+            const std::vector<std::string> all = {"update comer", "resize comer", "draw3d comer",
+                                                  "draw2d comer"};
+            EXPECT_EQ(callsOf("comer", frame(outer)), pass == "update" ? all : Probe::Log());
+            EXPECT_EQ(callsOf("comer", frame(outer)).size(), pass == "update" ? 2U : 4U);
+            EXPECT_EQ(outer.bounds(), boxAt(0, 0, 0));
+        }
+    }
 }
 
 TEST_F(OruVisListTest, reaches_all_that_a_walk_over_all_boxes_would_reach)

@@ -12,7 +12,8 @@ class OruVisualization;
 ///
 /// Each operation comes after the one of the object's own event handler, with the same hit, whatever that one
 /// answered. True: something changed that the host has to show. A visualization is borrowed for the length of
-/// the call; null: nothing was hit, or the object is gone.
+/// the call; null: nothing was hit, or the object's handler, which stands for its life, is gone. An object
+/// that its own handler has destroyed counts as alive until that handler's call is over.
 class KELVAR_SCENE_API IOruSceneController
 {
 public:
@@ -31,7 +32,8 @@ public:
     /// The object was let go.
     virtual bool OnRelease(const OruVisHitRecord& hit, const OruVisualization* visualization) = 0;
 
-    /// The object was let go over another one. Its release follows.
+    /// The object was let go over another one. Its release follows. `targetVisualization` is what lay there
+    /// at the hit test, dead or alive: a host whose handlers destroy targets compares it and reads nothing.
     virtual void OnDrop(const OruVisHitRecord& hit, const OruVisHitRecord& target,
                         const OruVisualization* sourceVisualization,
                         const OruVisualization* targetVisualization) = 0;

@@ -8,15 +8,13 @@
 #include "Scene/core/OruSceneTrace.h"
 #include "Scene/render/OruSceneRenderRecovery.h"
 #include "contracts/core/OruStringBuilder.h"
-#include "contracts/core/OruViewPtr.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
 
 #include <algorithm>
 #include <cmath>
 
-using oru::liveVisualization;
+using oru::tellBoth;
 using oru::tellHandler;
-using oru::tellHost;
 
 namespace {
 
@@ -166,12 +164,11 @@ bool OruSceneController::OnMouseDrag(OruSceneRender&, const OruSceneEventContext
     }
     const CurrentHitRecord held = downHit;
     const QPoint delta = ctx.mouse.mousedelta();
-    const bool byHandler =
-        tellHandler(held, [&](IOruVisEventHandler& handler) { return handler.OnDrag(held.hit, delta); });
-    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
-        return host.OnDrag(held.hit, liveVisualization(held), delta);
-    });
-    return byHandler || byHost;
+    return tellBoth(
+        held, hostController, [&](IOruVisEventHandler& handler) { return handler.OnDrag(held.hit, delta); },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            return host.OnDrag(held.hit, object, delta);
+        });
 }
 
 bool OruSceneController::OnMouseMove(OruSceneRender& render, const OruSceneEventContext& ctx,
@@ -194,25 +191,27 @@ bool OruSceneController::OnMouseMove(OruSceneRender& render, const OruSceneEvent
 bool OruSceneController::leaveHovered(OruSceneRender& render, QString& tooltip)
 {
     const CurrentHitRecord left = hoverHit;
-    const bool byHandler = tellHandler(left, [&](IOruVisEventHandler& handler) {
-        return handler.OnHoverLeave(left.hit, makeStringBuilder(render), tooltip);
-    });
-    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
-        return host.OnHoverLeave(left.hit, liveVisualization(left), tooltip);
-    });
-    return byHandler || byHost;
+    return tellBoth(
+        left, hostController,
+        [&](IOruVisEventHandler& handler) {
+            return handler.OnHoverLeave(left.hit, makeStringBuilder(render), tooltip);
+        },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            return host.OnHoverLeave(left.hit, object, tooltip);
+        });
 }
 
 bool OruSceneController::enterHovered(OruSceneRender& render, QString& tooltip)
 {
     const CurrentHitRecord entered = hoverHit;
-    const bool byHandler = tellHandler(entered, [&](IOruVisEventHandler& handler) {
-        return handler.OnHoverEnter(entered.hit, makeStringBuilder(render), tooltip);
-    });
-    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
-        return host.OnHoverEnter(entered.hit, liveVisualization(entered), tooltip);
-    });
-    return byHandler || byHost;
+    return tellBoth(
+        entered, hostController,
+        [&](IOruVisEventHandler& handler) {
+            return handler.OnHoverEnter(entered.hit, makeStringBuilder(render), tooltip);
+        },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            return host.OnHoverEnter(entered.hit, object, tooltip);
+        });
 }
 
 bool OruSceneController::OnMouseUp(OruSceneRender& render, const OruSceneEventContext& ctx)
@@ -234,39 +233,32 @@ bool OruSceneController::OnMouseUp(OruSceneRender& render, const OruSceneEventCo
     return changed;
 }
 
-/// Tells the held object's handler and the host; the object under the pointer gets no call of its own. The
-/// host's answer to a drop does not count.
+/// The object under the pointer gets no call of its own, and whether it lives nobody asks: the host is handed
+/// what was hit. The host's answer to a drop does not count.
 bool OruSceneController::drop(OruSceneRender& render, const CurrentHitRecord& held,
                               const CurrentHitRecord& released)
 {
-    // A target without a handler has nothing that stands for its life, so the object itself is watched; one
-    // whose handler is gone by now is not even looked at.
-    const bool targetHadHandler = !released.handler.empty();
-    const bool readable = released.visualization && (!targetHadHandler || released.hasHandler());
-    const oru::view_ptr<const OruProperties> target =
-        readable ? oru::view_ptr<const OruProperties>(*released.visualization)
-                 : oru::view_ptr<const OruProperties>();
-    const bool byHandler = tellHandler(held, [&](IOruVisEventHandler& handler) {
-        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
-        return handler.OnDrop(held.hit, released.hit, editor.get());
-    });
-    const bool targetLives = target.get() && (released.hasHandler() || !targetHadHandler);
-    tellHost(hostController, [&](IOruSceneController& host) {
-        host.OnDrop(held.hit, released.hit, liveVisualization(held),
-                    targetLives ? released.visualization : nullptr);
-        return false;
-    });
-    return byHandler;
+    return tellBoth(
+        held, hostController,
+        [&](IOruVisEventHandler& handler) {
+            const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+            return handler.OnDrop(held.hit, released.hit, editor.get());
+        },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            host.OnDrop(held.hit, released.hit, object, released.visualization);
+            return false;
+        });
 }
 
 bool OruSceneController::release(OruSceneRender& render, const CurrentHitRecord& held)
 {
-    const bool byHandler = tellHandler(held, [&](IOruVisEventHandler& handler) {
-        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
-        return handler.OnRelease(held.hit, editor.get());
-    });
-    const bool byHost = tellHost(hostController, [&](IOruSceneController& host) {
-        return host.OnRelease(held.hit, liveVisualization(held));
-    });
-    return byHandler || byHost;
+    return tellBoth(
+        held, hostController,
+        [&](IOruVisEventHandler& handler) {
+            const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+            return handler.OnRelease(held.hit, editor.get());
+        },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            return host.OnRelease(held.hit, object);
+        });
 }

@@ -92,12 +92,13 @@ bool OruSceneController::clickEmpty(bool withModifier)
 bool OruSceneController::clickObject(OruSceneRender& render, const CurrentHitRecord& clicked,
                                      bool withModifier)
 {
-    const bool byHandler = oru::tellHandler(clicked, [&](IOruVisEventHandler& handler) {
-        const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
-        return handler.OnClick(clicked.hit, editor.get());
-    });
-    const bool byHost = oru::tellHost(hostController, [&](IOruSceneController& host) {
-        return host.OnClick(clicked.hit, oru::liveVisualization(clicked), withModifier);
-    });
-    return byHandler || byHost;
+    return oru::tellBoth(
+        clicked, hostController,
+        [&](IOruVisEventHandler& handler) {
+            const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+            return handler.OnClick(clicked.hit, editor.get());
+        },
+        [&](IOruSceneController& host, const OruVisualization* object) {
+            return host.OnClick(clicked.hit, object, withModifier);
+        });
 }

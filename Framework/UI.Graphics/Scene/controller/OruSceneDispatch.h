@@ -2,13 +2,12 @@
 
 #include "Scene/controller/IOruSceneController.h"
 #include "Scene/controller/OruSceneController.h"
-#include "Scene/controller/OruSceneHandlerCall.h"
 #include "contracts/vis/IOruVisEventHandler.h"
 
 #include <boost/shared_ptr.hpp>
 
 // The one way in which a hit is told: to the object's handler first, then to the host. Either may do anything
-// in its call, so nothing of a record or of the controller is used across one but copies.
+// in its call, so nothing of a record is used across one but copies, and an object is handed on, never read.
 
 namespace oru {
 
@@ -17,11 +16,7 @@ template <typename Call>
 bool tellHandler(const OruSceneController::CurrentHitRecord& record, Call call)
 {
     const boost::shared_ptr<IOruVisEventHandler> handler = record.handler.lock();
-    if (!handler) {
-        return false;
-    }
-    const OruSceneHandlerCall underWay(*handler, record.visualization);
-    return call(*handler);
+    return handler && call(*handler);
 }
 
 /// Calls the host's controller if there is one. It gets a copy of the pointer, since a call may replace it.
@@ -32,13 +27,17 @@ bool tellHost(boost::shared_ptr<IOruSceneController> host, Call call)
     return host && call(*host);
 }
 
-/// The object of a record; null once the handler that stands for it is gone, or lives on only because it is
-/// being called.
-inline const OruVisualization* liveVisualization(const OruSceneController::CurrentHitRecord& record)
+/// Tells the handler, then the host that is in force by then. The host is handed the object, too: null once
+/// the handler, which stands for the object's life, is gone. True if one of them changed something.
+template <typename HandlerCall, typename HostCall>
+bool tellBoth(const OruSceneController::CurrentHitRecord& record,
+              const boost::shared_ptr<IOruSceneController>& host, HandlerCall handlerCall, HostCall hostCall)
 {
-    const boost::shared_ptr<IOruVisEventHandler> handler = record.handler.lock();
-    const bool lives = handler && !OruSceneHandlerCall::hasDestroyed(*handler, record.visualization);
-    return lives ? record.visualization : nullptr;
+    const bool byHandler = tellHandler(record, handlerCall);
+    const OruVisualization* const object = record.hasHandler() ? record.visualization : nullptr;
+    const bool byHost =
+        tellHost(host, [&](IOruSceneController& controller) { return hostCall(controller, object); });
+    return byHandler || byHost;
 }
 
 } // namespace oru

@@ -22,7 +22,8 @@ class OruSceneRenderContext;
 ///
 /// The host makes one for each view, feeds it paint requests and input together with its event context, and
 /// repaints when an operation answers true. Every call runs on the thread of the host's OpenGL context with
-/// that context current, the destructor included. The scene has no window, no thread and no timer of its own.
+/// that context current, the destructor included. The scene has no window, no thread and no timer of its own;
+/// scenes in different threads, each with a context of its own, share nothing that one could notice.
 ///
 /// Frames: world coordinates are those of the visualizations. The view matrix maps them to a view space in
 /// which the view spans 2 units in height about the origin, x to the right, y up, the eye looking along -z.
@@ -69,8 +70,8 @@ public:
     const Kelvar::Math::Matrix& viewpoint(const QString& name) const;
 
     /// Writes `view` to the viewpoint of that name, through the property editor and in an edit session. True:
-    /// the matrix differed and was handed to the editor. False: it was equal, or there is no such viewpoint;
-    /// nothing changed.
+    /// the matrix differed and was handed to the editor. False: it was equal, or there is no such viewpoint,
+    /// or none any more once the session had begun; nothing changed.
     bool setViewpoint(const QString& name, const Kelvar::Math::Matrix& view);
 
     /// Hit tracking; the host's own controller goes in by its `reset`.

@@ -11,6 +11,7 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 
+#include <mutex>
 #include <new>
 #include <string>
 
@@ -18,6 +19,10 @@ namespace {
 
 const char* const captureSignature =
     " - bool __cdecl OruScene::drawGl(const class OruSceneEventContext &,class QImage &)";
+
+/// GLEW keeps its functions for the whole process, and each capture brings those of its context in: scenes in
+/// different threads take turns. One out of another in the same thread goes on.
+std::recursive_mutex captureTurns;
 
 void writeErrorLine(const std::string& text)
 {
@@ -125,6 +130,7 @@ bool OruScene::drawGl(const OruSceneEventContext& ctx, QImage& image)
     // The draw into the framebuffer object overwrites it.
     const OruOglViewport savedViewport = lastViewport;
     const OruSceneEditGuard guard(render, OruSceneEditGuard::OpensAndCloses, editDepth);
+    const std::lock_guard<std::recursive_mutex> turn(captureTurns);
     if (!framebufferObjectsAvailable()) {
         return false;
     }

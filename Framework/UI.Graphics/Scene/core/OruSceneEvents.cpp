@@ -5,6 +5,7 @@
 #include "Scene/core/OruSceneEditGuard.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/OruSceneTrace.h"
+#include "contracts/core/OruNearestInt.h"
 
 #include <QPoint>
 
@@ -168,8 +169,8 @@ void OruScene::stretchBand(OruSceneEventContext& ctx) const
     const QPoint current = ctx.mouse.curpos();
     ctx.boxZoom.x = down.x();
     ctx.boxZoom.y = down.y();
-    ctx.boxZoom.width = current.x() - down.x();
-    ctx.boxZoom.height = current.y() - down.y();
+    ctx.boxZoom.width = oru::wayBetween(down.x(), current.x());
+    ctx.boxZoom.height = oru::wayBetween(down.y(), current.y());
 }
 
 bool OruScene::mouseWheel(OruSceneEventContext& ctx)

@@ -18,7 +18,7 @@ class KELVAR_SCENE_API OruSceneRenderContext
 {
 public:
     /// Takes the fields over; the pointer's current position becomes the cursor and the view has the focus.
-    explicit OruSceneRenderContext(const OruSceneEventContext& event);
+    OruSceneRenderContext(const OruSceneEventContext& event);
 
     /// Takes the same fields over and leaves `focused` as it is.
     OruSceneRenderContext& operator=(const OruSceneEventContext& event);

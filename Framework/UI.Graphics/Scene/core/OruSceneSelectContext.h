@@ -9,7 +9,7 @@
 class OruSceneSelectContext : public OruSceneRenderContext
 {
 public:
-    explicit OruSceneSelectContext(const OruSceneEventContext& event)
+    OruSceneSelectContext(const OruSceneEventContext& event)
         : OruSceneRenderContext(event)
     {}
 

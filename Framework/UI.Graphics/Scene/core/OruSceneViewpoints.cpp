@@ -38,11 +38,16 @@ const Matrix* OruScene::findViewpoint(const QString& name) const
 bool OruScene::setViewpoint(const QString& name, const Matrix& view)
 {
     ORU_SCENE_TRACE();
-    auto* const target = dynamic_cast<OruVisViewpoint*>(render.visualizations[name]);
-    if (!target || !(target->matrix.value() != view)) {
+    const Matrix* const stored = findViewpoint(name);
+    if (!stored || !(*stored != view)) {
         return false;
     }
     const OruSceneEditGuard guard(render, OruSceneEditGuard::OpensAndCloses, editDepth);
+    // Only now, since beginning a session may have changed the list.
+    auto* const target = dynamic_cast<OruVisViewpoint*>(render.visualizations[name]);
+    if (!target) {
+        return false;
+    }
     const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
     editor->editValue(&render.visualizations, target, target->matrix.name(), oru::toString(view));
     return true;

@@ -1,11 +1,15 @@
 #include "Scene/navigation/OruSceneZpr.h"
 
 #include "Scene/core/OruSceneEventContext.h"
+#include "contracts/core/OruNearestInt.h"
 #include "contracts/math/Vector3.h"
 
 #include <QPoint>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
@@ -47,6 +51,19 @@ float shrinkScale(const OruOglViewport& view, const OruOglViewport& band)
     return larger > smallestShrink ? larger : smallestShrink;
 }
 
+/// False for a view that has shrunk below the normal range of float: its turn would be rounded away, and no
+/// zoom would bring it back.
+bool hasScale(const Matrix& view)
+{
+    float largest = 0.0f;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            largest = std::max(largest, std::fabs(view(row, column)));
+        }
+    }
+    return largest >= std::numeric_limits<float>::min();
+}
+
 } // namespace
 
 const QString OruSceneZpr::typeString = QLatin1String("scene.zpr");
@@ -74,23 +91,22 @@ bool OruSceneZpr::pan(const OruSceneEventContext& ctx, Matrix& view) const
     if (!(moved.length() > 0.0f)) {
         return false;
     }
-    view = Matrix::translate(moved) * view;
-    return true;
+    return assign(Matrix::translate(moved) * view, view);
 }
 
 bool OruSceneZpr::rotate(const OruSceneEventContext& ctx, Matrix& view) const
 {
     const QPoint delta = ctx.mouse.mousedelta();
-    Vector3 axis(static_cast<float>(-delta.y()), static_cast<float>(delta.x()), 0.0f);
+    Vector3 axis(static_cast<float>(-std::int64_t(delta.y())), static_cast<float>(delta.x()), 0.0f);
     const double length = axis.length();
-    const double angle = length / static_cast<double>(ctx.viewport.width + 1) * 180.0;
+    const double angle = length / static_cast<double>(std::int64_t(ctx.viewport.width) + 1) * 180.0;
     if (angle == 0.0) {
         return false;
     }
     axis.mult3x3(view.inverse());
-    view = Matrix::translate(-ctx.center) * Matrix::rotate(axis, static_cast<float>(angle)) *
-           Matrix::translate(ctx.center) * view;
-    return true;
+    return assign(Matrix::translate(-ctx.center) * Matrix::rotate(axis, static_cast<float>(angle)) *
+                      Matrix::translate(ctx.center) * view,
+                  view);
 }
 
 bool OruSceneZpr::zoom(const OruSceneEventContext& ctx, Matrix& view) const
@@ -110,13 +126,9 @@ bool OruSceneZpr::zoomWheel(const OruSceneEventContext& ctx, Matrix& view) const
     if (delta == 0) {
         return false;
     }
-    const int steps = zoomInvert.value() ? -delta : delta;
+    const bool forward = (delta > 0) != zoomInvert.value();
     const double wheelFactor = zoomWheelFactor.value();
-    // An infinite scale would lose the view for good.
-    if (steps > 0 && wheelFactor == 0.0) {
-        return false;
-    }
-    const double factor = steps > 0 ? 1.0 / wheelFactor : wheelFactor;
+    const double factor = forward ? 1.0 / wheelFactor : wheelFactor;
     return zoomStep(ctx, static_cast<float>(factor), view);
 }
 
@@ -125,8 +137,8 @@ bool OruSceneZpr::zoomStep(const OruSceneEventContext& ctx, float factor, Matrix
     if (factor == 0.0f) {
         return false;
     }
-    view = Matrix::translate(-ctx.center) * Matrix::scale(factor) * Matrix::translate(ctx.center) * view;
-    return true;
+    return assign(
+        Matrix::translate(-ctx.center) * Matrix::scale(factor) * Matrix::translate(ctx.center) * view, view);
 }
 
 bool OruSceneZpr::zoomBox(const OruSceneEventContext& ctx, Matrix& view) const
@@ -135,7 +147,8 @@ bool OruSceneZpr::zoomBox(const OruSceneEventContext& ctx, Matrix& view) const
     if (band.width < smallestBand || band.height < smallestBand) {
         return false;
     }
-    const QPoint bandCentre(band.width / 2 + band.x, band.height / 2 + band.y);
+    const QPoint bandCentre(oru::nearestInt(std::int64_t(band.width / 2) + band.x),
+                            oru::nearestInt(std::int64_t(band.height / 2) + band.y));
     const QPoint viewCentre(ctx.viewport.width / 2, ctx.viewport.height / 2);
     const Vector3 a = screenToWorld(ctx, bandCentre);
     const Vector3 b = screenToWorld(ctx, viewCentre);
@@ -143,10 +156,18 @@ bool OruSceneZpr::zoomBox(const OruSceneEventContext& ctx, Matrix& view) const
     // The sign of the stored height is the direction of the drag; the normalized band has lost it.
     if (ctx.boxZoom.height < 0) {
         const float s = blowUpScale(ctx.viewport, band);
-        view = Matrix::translate(-a) * Matrix::scale(s) * Matrix::translate(b) * view;
-    } else {
-        const float s = shrinkScale(ctx.viewport, band);
-        view = Matrix::translate(-b) * Matrix::scale(s) * Matrix::translate(a) * view;
+        return assign(Matrix::translate(-a) * Matrix::scale(s) * Matrix::translate(b) * view, view);
     }
+    const float s = shrinkScale(ctx.viewport, band);
+    return assign(Matrix::translate(-b) * Matrix::scale(s) * Matrix::translate(a) * view, view);
+}
+
+/// The one way in which a view is changed.
+bool OruSceneZpr::assign(const Matrix& result, Matrix& view)
+{
+    if (!result.isFinite() || !hasScale(result)) {
+        return false;
+    }
+    view = result;
     return true;
 }

@@ -13,8 +13,9 @@ class OruSceneEventContext;
 ///
 /// Each operation reads the pointer, the viewport and the matrices of the event context and changes the
 /// matrix that it is handed, which may be the context's own `modelView`. True: the matrix was assigned.
-/// False: it was not touched. The object holds no state but its three settings, and those are read anew at
-/// each call.
+/// False: it was not touched. What would lose the view is never assigned: a result that is not finite, and
+/// one whose scale has become too small for a normal float. The object holds no state but its three
+/// settings, and those are read anew at each call.
 ///
 /// Pixels are OpenGL window coordinates, angles degrees, rotations right-handed.
 class KELVAR_SCENE_API OruSceneZpr : public OruProperties
@@ -77,4 +78,7 @@ public:
 
     /// Swaps the direction of drag zoom and wheel zoom.
     OruPropertyAdaptor<bool> zoomInvert;
+
+private:
+    static bool assign(const Kelvar::Math::Matrix& result, Kelvar::Math::Matrix& view);
 };

@@ -7,7 +7,6 @@
 #include "contracts/math/Vector3.h"
 
 #include <array>
-#include <cmath>
 #include <vector>
 
 using Kelvar::Math::BoundingBox;
@@ -65,7 +64,7 @@ BoundingBox boxToShow(const OruSceneEventContext& ctx)
     return box.defined() ? box : BoundingBox(Kelvar::Math::Vector0, Kelvar::Math::Vector1);
 }
 
-/// The scale that brings the limiting extent of a box to 2 * fitFactor; 0 where no scale can.
+/// The scale that brings the limiting extent of a box to 2 * fitFactor; 0 or infinite where no scale can.
 float fitScale(const OruSceneEventContext& ctx, const BoundingBox& box)
 {
     if (ctx.viewport.empty()) {
@@ -75,8 +74,7 @@ float fitScale(const OruSceneEventContext& ctx, const BoundingBox& box)
     const float height = box.height();
     const float width = box.width() / aspect;
     const float extent = height > width ? height : width;
-    const float scale = (ctx.fitFactor + ctx.fitFactor) / extent;
-    return std::isfinite(scale) && extent > 0.0f ? scale : 0.0f;
+    return (ctx.fitFactor + ctx.fitFactor) / extent;
 }
 
 } // namespace
@@ -96,12 +94,6 @@ bool OruSceneZpr::zoomTo(const OruSceneEventContext& ctx, Position position, Mat
     }
     box *= result;
 
-    // A scale of 0 or infinity would lose the view for good.
-    const float scale = fitScale(ctx, box);
-    if (scale == 0.0f) {
-        return false;
-    }
-    result *= Matrix::scale(scale);
-    view = result;
-    return true;
+    result *= Matrix::scale(fitScale(ctx, box));
+    return assign(result, view);
 }

@@ -149,7 +149,13 @@ void OruSceneRender::clear()
 
 boost::shared_ptr<IOruVisPropertyEdit>& OruSceneRender::editor()
 {
-    return customEditor ? customEditor : defaultEditor;
+    if (customEditor) {
+        return customEditor;
+    }
+    if (!defaultEditor) {
+        defaultEditor.reset(new DefaultOruVisPropertyEditor);
+    }
+    return defaultEditor;
 }
 
 Kelvar::Math::NumberFormat OruSceneRender::numberFormat() const

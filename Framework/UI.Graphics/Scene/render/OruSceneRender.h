@@ -55,8 +55,9 @@ public:
     void clear();
 
     /// The editor that property changes out of interaction go through: the custom one if there is one, else
-    /// the default one. Never empty. An assignment through the reference replaces that very editor; a host
-    /// installs its own with setCustomEditor.
+    /// the default one. Never empty: one that was emptied through the reference gives way to the default one,
+    /// made anew if need be. An assignment through the reference replaces that very editor; a host installs
+    /// its own with setCustomEditor.
     boost::shared_ptr<IOruVisPropertyEdit>& editor();
 
     /// Installs a host's editor; an empty pointer brings the default one back. A change between the start and

@@ -2,6 +2,7 @@
 
 #include "Scene/render/OruProcessTimes.h"
 #include "Scene/render/OruSceneRender.h"
+#include "contracts/core/OruNearestInt.h"
 #include "contracts/ogl/OruOgl2D.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
@@ -9,6 +10,7 @@
 #include <QSize>
 
 #include <algorithm>
+#include <cstdint>
 
 namespace {
 
@@ -24,14 +26,17 @@ struct TooltipPlace
 /// Below the pointer, on the side where there is room; above it where there is none below.
 TooltipPlace placeTooltip(const OruOglViewport& viewport, const QPoint& point, const QSize& size)
 {
-    const bool fitsRight = point.x() + size.width() + tooltipGap <= viewport.width;
+    // A pointer may stand anywhere, so the sums have 64 bits.
+    const std::int64_t x = point.x();
+    const std::int64_t y = point.y();
+    const bool fitsRight = x + size.width() + tooltipGap <= viewport.width;
     Qt::Alignment side = (fitsRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignBottom;
     int shift = -tooltipGap;
-    if (point.y() - (2 * size.height() + tooltipGap) < viewport.y) {
+    if (y - (2 * std::int64_t(size.height()) + tooltipGap) < viewport.y) {
         side = Qt::AlignRight | Qt::AlignTop;
         shift = 0;
     }
-    return {side, QPoint(std::max(point.x(), 0), std::max(point.y() + shift, 1))};
+    return {side, QPoint(std::max(point.x(), 0), std::max(oru::nearestInt(y + shift), 1))};
 }
 
 void drawFrameStrip(const OruOglViewport& viewport)
@@ -74,11 +79,13 @@ void OruSceneRender::drawBox(const OruOglViewport& box, const OruOglViewport& vi
     // Inverting what lies below shows the band on dark and on light pictures alike.
     glEnable(GL_COLOR_LOGIC_OP);
     glLogicOp(GL_XOR);
+    const int right = oru::nearestInt(std::int64_t(normalized.x) + normalized.width);
+    const int top = oru::nearestInt(std::int64_t(normalized.y) + normalized.height);
     glBegin(GL_QUADS);
     glVertex2i(normalized.x, normalized.y);
-    glVertex2i(normalized.x + normalized.width, normalized.y);
-    glVertex2i(normalized.x + normalized.width, normalized.y + normalized.height);
-    glVertex2i(normalized.x, normalized.y + normalized.height);
+    glVertex2i(right, normalized.y);
+    glVertex2i(right, top);
+    glVertex2i(normalized.x, top);
     glEnd();
     glDisable(GL_COLOR_LOGIC_OP);
     glPopAttrib();

@@ -9,8 +9,6 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 
-#include <cstdlib>
-
 namespace {
 
 bool hasArea(const OruOglViewport& viewport)
@@ -23,7 +21,8 @@ const int smallestDrawnBand = 6;
 
 bool bandIsVisible(const OruOglViewport& band)
 {
-    return std::abs(band.height) >= smallestDrawnBand || std::abs(band.width) >= smallestDrawnBand;
+    const OruOglViewport size = OruOglViewport::normalized(band);
+    return size.height >= smallestDrawnBand || size.width >= smallestDrawnBand;
 }
 
 /// Pixels become the units of the model view stack, over an identity projection. Visualizations read the

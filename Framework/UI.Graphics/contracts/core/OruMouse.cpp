@@ -1,5 +1,7 @@
 #include "contracts/core/OruMouse.h"
 
+#include "contracts/core/OruNearestInt.h"
+
 #include <algorithm>
 #include <cstddef>
 
@@ -44,6 +46,8 @@ void OruMouse::press(Button button, KeyModifier modifier, const QPoint& position
     move(position, modifier);
     if (ButtonState* known = state(button)) {
         *known = ButtonState{position, modifier, true};
+    } else {
+        released_ = 0;
     }
 }
 
@@ -51,19 +55,18 @@ void OruMouse::release(Button button, KeyModifier modifier, const QPoint& positi
 {
     move(position, modifier);
     ButtonState* known = state(button);
-    if (!known) {
-        return;
+    released_ = known && known->down ? button : 0;
+    if (known) {
+        releasedModifier_ = known->modifier;
+        known->down = false;
     }
-    released_ = known->down ? button : 0;
-    releasedModifier_ = known->modifier;
-    known->down = false;
 }
 
 void OruMouse::move(const QPoint& position, KeyModifier modifier)
 {
     oldpos_ = curpos_;
     curpos_ = position;
-    delta_ = curpos_ - oldpos_;
+    delta_ = QPoint(oru::wayBetween(oldpos_.x(), curpos_.x()), oru::wayBetween(oldpos_.y(), curpos_.y()));
     wheeldelta_ = 0;
     modifier_ = modifier;
 }

@@ -26,7 +26,8 @@ public:
         ButtonView = 3
     };
 
-    /// The position of the current event, that of the one before, and the way between them.
+    /// The position of the current event, that of the one before, and the way between them; a way that is too
+    /// long for an int ends at the nearest one.
     const QPoint& curpos() const { return curpos_; }
     const QPoint& oldpos() const { return oldpos_; }
     const QPoint& mousedelta() const { return delta_; }
@@ -49,7 +50,8 @@ public:
     std::uint64_t downcount() const;
 
     /// Feeding. A press of a held button starts that press anew; a release of a button that is not held ends
-    /// no press, so that wasdown() is false for all. An unknown button counts as a move.
+    /// no press, so that wasdown() is false for all. A press or release of an unknown button is a move, after
+    /// which wasdown() is false for all, too: a click of that button is no click of the one before.
     void press(Button button, KeyModifier modifier, const QPoint& position);
     void release(Button button, KeyModifier modifier, const QPoint& position);
     void move(const QPoint& position, KeyModifier modifier);

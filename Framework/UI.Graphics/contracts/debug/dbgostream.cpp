@@ -93,7 +93,7 @@ dbgostream::dbgostream(std::shared_ptr<sink> target, channel about, const std::s
 std::ostream& dbgostream::buffer() const
 {
     // A stream without a buffer is in a failed state for good and drops everything.
-    static std::ostream nowhere(nullptr);
+    static thread_local std::ostream nowhere(nullptr);
     return line_ ? line_->stream() : nowhere;
 }
 

@@ -25,12 +25,12 @@ logger::~logger() = default;
 
 dbgostream logger::derr(const std::string& head) const
 {
-    return errorActive_ ? dbgostream(sink_, channel::error, head) : dbgostream();
+    return errorActive_ ? dbgostream(target(), channel::error, head) : dbgostream();
 }
 
 dbgostream logger::dtrace(const std::string& head) const
 {
-    return tracing_ ? dbgostream(sink_, channel::trace, indentation() + head) : dbgostream();
+    return tracing_ ? dbgostream(target(), channel::trace, indentation() + head) : dbgostream();
 }
 
 void logger::ensure(bool condition, const std::string& text) const
@@ -42,18 +42,24 @@ void logger::ensure(bool condition, const std::string& text) const
 
 void logger::setSink(std::shared_ptr<sink> target)
 {
-    sink_ = target ? std::move(target) : sink::standardError();
+    std::atomic_store(&sink_, target ? std::move(target) : sink::standardError());
 }
 
 void logger::writeTrace(const std::string& text) const
 {
-    const std::shared_ptr<sink> target = sink_; // stays alive should the line replace it
-    target->deliver(channel::trace, indentation() + text);
+    const std::shared_ptr<sink> present = target(); // stays alive should the line replace it
+    present->deliver(channel::trace, indentation() + text);
+}
+
+int& logger::depth()
+{
+    static thread_local int open = 0;
+    return open;
 }
 
 std::string logger::indentation() const
 {
-    return std::string(2 * static_cast<std::size_t>(depth_), ' ');
+    return std::string(2 * static_cast<std::size_t>(depth()), ' ');
 }
 
 } // namespace kelvardebug

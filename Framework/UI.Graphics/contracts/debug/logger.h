@@ -4,6 +4,7 @@
 #include "contracts/debug/kelvar_debug_api.h"
 #include "contracts/debug/sink.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -12,7 +13,8 @@ namespace kelvardebug {
 /// The place where errors are reported and functions are traced.
 ///
 /// Errors are on and tracing is off in a new logger; the environment variable KELVAR_TRACE, set to anything
-/// but "0", starts with tracing on. Lines go to stderr until a sink is installed. One thread.
+/// but "0", starts with tracing on. Lines go to stderr until a sink is installed. Any thread may write and
+/// change the settings; the sink gets the lines in the thread that wrote them.
 class KELVAR_DEBUG_API logger
 {
 public:
@@ -44,13 +46,17 @@ public:
 private:
     friend class trace;
 
+    /// How many scopes the calling thread has open.
+    static int& depth();
+
     void writeTrace(const std::string& text) const;
     std::string indentation() const;
+    std::shared_ptr<sink> target() const { return std::atomic_load(&sink_); }
 
+    /// Only by std::atomic_load and std::atomic_store.
     std::shared_ptr<sink> sink_;
-    int depth_ = 0;
-    bool errorActive_ = true;
-    bool tracing_;
+    std::atomic<bool> errorActive_{true};
+    std::atomic<bool> tracing_;
 };
 
 } // namespace kelvardebug

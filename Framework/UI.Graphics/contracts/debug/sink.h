@@ -23,7 +23,8 @@ public:
     sink& operator=(const sink&) = delete;
     virtual ~sink();
 
-    /// Takes one whole line, without its end of line. Must not write to the logger that it serves.
+    /// Takes one whole line, without its end of line. Must not write to the logger that it serves. Lines of
+    /// several threads may come at the same time.
     virtual void line(channel about, const std::string& text) = 0;
 
     /// Calls line(); an exception ends here, since diagnostics must not disturb what they report on.

@@ -30,14 +30,14 @@ void trace::enter() noexcept
     } catch (...) {
         // Out of memory for the line: the scope goes on without it.
     }
-    ++log_->depth_;
+    ++logger::depth();
     start_ = std::chrono::steady_clock::now();
 }
 
 void trace::leave() noexcept
 {
     const std::chrono::steady_clock::duration elapsed = std::chrono::steady_clock::now() - start_;
-    --log_->depth_;
+    --logger::depth();
     try {
         log_->writeTrace(std::string("< ") + textOf(function_) + textOf(where_) + ": " +
                          milliseconds(elapsed));

@@ -4,22 +4,32 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
 
 namespace Kelvar {
 namespace Math {
 
 namespace {
 
-/// Never destroyed, so that a scene with static storage can still clear it on its way out.
-std::map<int, std::vector<Vector3>>& tables()
+using Points = std::vector<Vector3>;
+
+/// The scenes of several threads share the tables, and each gives them up when it ends.
+struct Tables
 {
-    static auto& all = *new std::map<int, std::vector<Vector3>>();
+    std::mutex turns;
+    std::map<int, std::shared_ptr<const Points>> bySegments;
+};
+
+/// Never destroyed, so that a scene with static storage can still clear it on its way out.
+Tables& tables()
+{
+    static Tables& all = *new Tables;
     return all;
 }
 
-std::vector<Vector3> polygon(int segments)
+Points polygon(int segments)
 {
-    std::vector<Vector3> points;
+    Points points;
     points.reserve(static_cast<std::size_t>(segments));
     for (int i = 0; i < segments; ++i) {
         const Angle angle(360.0 * i / segments);
@@ -30,19 +40,23 @@ std::vector<Vector3> polygon(int segments)
 
 } // namespace
 
-const std::vector<Vector3>& CircleTable::points(int segments)
+std::shared_ptr<const Points> CircleTable::points(int segments)
 {
     const int count = std::clamp(segments, MinSegments, MaxSegments);
-    std::vector<Vector3>& table = tables()[count];
-    if (table.empty()) {
-        table = polygon(count);
+    Tables& all = tables();
+    const std::lock_guard<std::mutex> turn(all.turns);
+    std::shared_ptr<const Points>& table = all.bySegments[count];
+    if (!table) {
+        table = std::make_shared<const Points>(polygon(count));
     }
     return table;
 }
 
 void CircleTable::clear()
 {
-    tables().clear();
+    Tables& all = tables();
+    const std::lock_guard<std::mutex> turn(all.turns);
+    all.bySegments.clear();
 }
 
 } // namespace Math

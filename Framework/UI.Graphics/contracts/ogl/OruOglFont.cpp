@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 
 namespace {
 
@@ -35,9 +36,25 @@ int pixelsAbove(FT_Pos units64)
     return static_cast<int>((units64 + 63) >> 6);
 }
 
+// FreeType lets threads share a handle if they take turns in making and ending its faces.
+std::mutex faceTurns;
+
+FT_Error newFace(FT_Library library, const char* path, FT_Long index, FT_Face* face)
+{
+    const std::lock_guard<std::mutex> turn(faceTurns);
+    return FT_New_Face(library, path, index, face);
+}
+
+void doneFace(FT_Face face)
+{
+    const std::lock_guard<std::mutex> turn(faceTurns);
+    FT_Done_Face(face);
+}
+
 // One for all fonts of the process, as long as there is a font.
 std::shared_ptr<FT_LibraryRec_> freeType()
 {
+    const std::lock_guard<std::mutex> turn(faceTurns);
     static std::weak_ptr<FT_LibraryRec_> shared;
     std::shared_ptr<FT_LibraryRec_> library = shared.lock();
     FT_Library made = nullptr;
@@ -75,7 +92,7 @@ struct OruOglFont::Face
     void close()
     {
         if (face) {
-            FT_Done_Face(face);
+            doneFace(face);
             face = nullptr;
         }
     }
@@ -85,7 +102,7 @@ struct OruOglFont::Face
     {
         close();
         if (!library || file.path.isEmpty() ||
-            FT_New_Face(library.get(), QFile::encodeName(file.path).constData(), file.index, &face) != 0) {
+            newFace(library.get(), QFile::encodeName(file.path).constData(), file.index, &face) != 0) {
             face = nullptr;
             return false;
         }

@@ -3,12 +3,14 @@
 #include "contracts/vis/OruVisHitRecord.h"
 
 #include <deque>
+#include <mutex>
 #include <stdexcept>
 
 namespace {
 
 struct Names
 {
+    std::mutex turns;
     unsigned int next = 1;
     std::deque<unsigned int> freed;
 };
@@ -25,6 +27,7 @@ Names& names()
 unsigned int OruVisHitNames::acquire()
 {
     Names& all = names();
+    const std::lock_guard<std::mutex> turn(all.turns);
     if (all.next < OruVisHitRecord::INVALID_NAME) {
         return all.next++;
     }
@@ -38,5 +41,7 @@ unsigned int OruVisHitNames::acquire()
 
 void OruVisHitNames::release(unsigned int name)
 {
-    names().freed.push_back(name);
+    Names& all = names();
+    const std::lock_guard<std::mutex> turn(all.turns);
+    all.freed.push_back(name);
 }

@@ -91,6 +91,63 @@ void guarded(Operation operation)
 
 } // namespace
 
+/// One pass on its way over a list's entries. The list knows it, so what leaves the list leaves the walk, and
+/// no pointer in it is ever a dead one.
+class OruVisList::Walk
+{
+public:
+    Walk(OruVisList& list, Objects objects)
+        : list_(&list)
+        , objects_(std::move(objects))
+        , outer_(list.walk_)
+    {
+        list.walk_ = this;
+    }
+    ~Walk()
+    {
+        if (list_) {
+            list_->walk_ = outer_;
+        }
+    }
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
+
+    template <typename Operation>
+    void run(Operation operation)
+    {
+        for (std::size_t i = 0; i < objects_.size(); ++i) {
+            // Thousands of objects lie all over the memory: one is fetched while the one before is at work.
+            __builtin_prefetch(objects_[std::min(i + 1, objects_.size() - 1)]);
+            if (objects_[i]) {
+                operation(*objects_[i]);
+            }
+        }
+    }
+
+    /// Passes over this object from now on; it may be dying.
+    void leaveOut(const OruProperties* child)
+    {
+        std::replace_if(
+            objects_.begin(), objects_.end(),
+            [child](const OruVisualization* object) { return object == child; }, nullptr);
+    }
+
+    /// The list is dying: nothing is left to reach.
+    void end()
+    {
+        list_ = nullptr;
+        objects_.clear();
+    }
+
+    bool listLives() const { return list_; }
+    Walk* outer() const { return outer_; }
+
+private:
+    OruVisList* list_;
+    Objects objects_;
+    Walk* outer_;
+};
+
 OruVisList::OruVisList(OruModifiedGroup& modifiedGroup, const QString& name)
     : OruVisualization(modifiedGroup, typeString)
     , contentWatcher_(*this)
@@ -98,19 +155,55 @@ OruVisList::OruVisList(OruModifiedGroup& modifiedGroup, const QString& name)
     OruProperties::rename(name);
 }
 
-OruVisList::~OruVisList() = default;
+OruVisList::~OruVisList()
+{
+    for (Walk* walk = walk_; walk; walk = walk->outer()) {
+        walk->end();
+    }
+}
 
 bool OruVisList::insert(OruVisualization* entry, bool member)
 {
     if (!OruProperties::insert(entry, member)) {
         return false;
     }
+    if (newcomers_.empty() && !inPass()) {
+        append(entry);
+    } else {
+        newcomers_.push_back(entry);
+    }
+    return true;
+}
+
+/// A pass reaches this list, or may do so yet.
+bool OruVisList::inPass() const
+{
+    for (const OruProperties* node = this; node; node = node->parent()) {
+        const auto* const list = dynamic_cast<const OruVisList*>(node);
+        if (list && list->walk_) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void OruVisList::append(OruVisualization* entry)
+{
     constexpr std::uint64_t neverAsked = 0;
     entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0, false, false});
+    entriesStale_ = true;
     boundsStale_ = true;
     passesStale_ = true;
-    ++structure_;
-    return true;
+}
+
+OruVisList::Objects OruVisList::takeInNewcomers()
+{
+    Objects takenIn = std::exchange(newcomers_, {});
+    for (OruVisualization* const entry : takenIn) {
+        append(entry);
+        boundsChanged(); // the lists above have these without it
+    }
+    return takenIn;
 }
 
 bool OruVisList::insert(OruProperties* child, bool member)
@@ -125,14 +218,18 @@ bool OruVisList::remove(OruProperties* child)
         return false;
     }
     // The child may be dying and no visualization any more, so nothing but its address counts.
+    const auto isChild = [child](const OruVisualization* object) { return object == child; };
     const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [child](const Entry& entry) { return entry.object == child; });
+                                    [&](const Entry& entry) { return isChild(entry.object); });
     if (found != entries_.end()) {
         entries_.erase(found);
     }
+    newcomers_.erase(std::remove_if(newcomers_.begin(), newcomers_.end(), isChild), newcomers_.end());
+    for (Walk* walk = walk_; walk; walk = walk->outer()) {
+        walk->leaveOut(child);
+    }
     boundsStale_ = true;
     passesStale_ = true;
-    ++structure_;
     return true;
 }
 
@@ -168,16 +265,28 @@ const OruVisualization* OruVisList::operator[](const QString& name) const
 
 void OruVisList::update(const DrawContext& context)
 {
-    guarded([&] { forEach(all(), [&](OruVisualization& entry) { entry.update(context); }); });
+    guarded([&] {
+        takeInNewcomers();
+        forEach(all(), [&](OruVisualization& entry) { entry.update(context); });
+    });
 }
 
 void OruVisList::resize(const DrawContext& context)
 {
-    guarded([&] { forEach(all(), [&](OruVisualization& entry) { entry.resize(context); }); });
+    guarded([&] {
+        const Objects newcomers = takeInNewcomers();
+        if (forEach(newcomers, [&](OruVisualization& entry) { entry.update(context); })) {
+            forEach(all(), [&](OruVisualization& entry) { entry.resize(context); });
+        }
+    });
 }
 
 void OruVisList::draw3d(const DrawContext& context)
 {
+    if (!newcomers_.empty()) {
+        // Who came while the list was told of a new size came ahead of the watcher's reset.
+        touch();
+    }
     guarded([&] {
         drawn_ = OruVisViewVolume::ofView(context.modelView, context.projection, context.viewport);
         forEach(scenePass(drawn_, context.modelView),
@@ -226,19 +335,13 @@ OruVisList::Objects OruVisList::all() const
     return objects;
 }
 
+/// False: the list is gone.
 template <typename Operation>
-void OruVisList::forEach(const Objects& objects, Operation operation) const
+bool OruVisList::forEach(Objects objects, Operation operation)
 {
-    const std::uint64_t structure = structure_;
-    for (std::size_t i = 0; i < objects.size(); ++i) {
-        // Thousands of objects lie all over the memory: one is fetched while the one before is at work.
-        __builtin_prefetch(objects[std::min(i + 1, objects.size() - 1)]);
-        operation(*objects[i]);
-        if (structure != structure_) {
-            // Some of the objects may be gone.
-            return;
-        }
-    }
+    Walk walk(*this, std::move(objects));
+    walk.run(operation);
+    return walk.listLives();
 }
 
 OruVisList::Indices OruVisList::groupIn(const OruVisViewVolume& volume) const

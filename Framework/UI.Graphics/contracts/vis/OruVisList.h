@@ -23,8 +23,14 @@
 /// changed; a pass then looks at the entries that the hierarchy gives and at those reached always.
 ///
 /// An exception of an entry passes through. Matrix and attribute stacks are first taken back to the depth
-/// that they had when the list's operation began, so what the entry left pushed goes too. An entry that
-/// changes the list from within a pass ends the pass.
+/// that they had when the list's operation began, so what the entry left pushed goes too.
+///
+/// Changes from within a pass. An entry may insert, remove and destroy whatever it likes, itself and the list
+/// included; only bounds() and drawOrder() must leave the list as it is. The pass goes on over the entries
+/// that are still there. Who comes during a pass of this list, or of one that holds it, waits: it is a child
+/// with a name, but no pass reaches it and it has no bounds. The next update() takes it in. So does the next
+/// resize(), which gives it its update() first; a newcomer of an update() is therefore drawn in the same
+/// frame. While one waits, each draw3d() notes a change, so that the next frame updates.
 class KELVAR_VIS_API OruVisList : public OruVisualization
 {
 public:
@@ -79,6 +85,11 @@ private:
     /// Indices into entries_.
     using Indices = std::vector<std::uint32_t>;
     using Objects = std::vector<OruVisualization*>;
+    class Walk;
+
+    bool inPass() const;
+    void append(OruVisualization* entry);
+    Objects takeInNewcomers();
 
     void refresh() const;
     void refreshEntry(Entry& entry) const;
@@ -91,11 +102,13 @@ private:
     Objects scenePass(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView) const;
     Objects flatPass(OruVisViewVolume& volume) const;
     template <typename Operation>
-    void forEach(const Objects& objects, Operation operation) const;
+    bool forEach(Objects objects, Operation operation);
 
     mutable std::vector<Entry> entries_;
-    /// Counts insertions and removals.
-    std::uint64_t structure_ = 0;
+    /// Children that came during a pass, behind entries_ in list order.
+    Objects newcomers_;
+    /// The innermost of the walks over this list that are under way.
+    Walk* walk_ = nullptr;
 
     OruModifiedWatcher contentWatcher_;
     /// entries_ may be behind what the entries say; bounds and passes behind entries_; the hierarchy behind

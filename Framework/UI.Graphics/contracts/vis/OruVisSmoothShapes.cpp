@@ -88,7 +88,8 @@ struct Rings
         const Vector3 axis = (frustum.end - frustum.start).normalized();
         const Vector3 side = cross(axis, axis.dominant() == 2 ? Vector3::X : Vector3::Z).normalized();
         const Vector3 up = cross(axis, side);
-        for (const Vector3& place : CircleTable::points(facets)) {
+        const auto circle = CircleTable::points(facets);
+        for (const Vector3& place : *circle) {
             const Vector3 spoke = side * place.x + up * place.y;
             spokes.push_back(spoke);
             start.push_back(frustum.start + spoke * frustum.startRadius);
@@ -172,11 +173,11 @@ void fillPill(const QRect& pixels, const QColor& color)
     const double bottom = pixels.y() - 0.5 + radius;
     const double top = pixels.y() - 0.5 + pixels.height() - radius;
     std::vector<QPointF> points;
-    const std::vector<Vector3>& circle = CircleTable::points(corners);
+    const auto circle = CircleTable::points(corners);
     const QPointF centres[] = {{right, top}, {left, top}, {left, bottom}, {right, bottom}};
     for (std::size_t quarter = 0; quarter < 4; ++quarter) {
         for (std::size_t i = 0; i <= corners / 4; ++i) {
-            const Vector3& place = circle[(quarter * corners / 4 + i) % corners];
+            const Vector3& place = (*circle)[(quarter * corners / 4 + i) % corners];
             points.push_back(centres[quarter] + radius * QPointF(place.x, place.y));
         }
     }
