@@ -45,6 +45,7 @@ function(kelvar_install_library target folder)
         COMPONENT dev
         FILES_MATCHING
         PATTERN "*.h"
+        PATTERN internal EXCLUDE
         ${excluded})
 endfunction()
 

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "contracts/vis/OruVisHierarchy.h"
+#include "contracts/vis/OruVisViewVolume.h"
 #include "contracts/vis/OruVisualization.h"
 #include "contracts/vis/kelvar_vis_api.h"
 
 #include <QString>
 
-#include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <vector>
+
+class OruVisReached;
+class OruVisWalk;
 
 /// A visualization made of others: its passes reach its entries.
 ///
@@ -70,63 +72,20 @@ protected:
     OruProperties* makeChild(const QString& name, const QString& type) override;
 
 private:
-    /// What was last asked of an entry, and when.
-    struct Entry
-    {
-        OruVisualization* object;
-        std::uint64_t revision;
-        /// Undefined for a hidden entry.
-        Kelvar::Math::BoundingBox box;
-        int order;
-        bool visible;
-        /// One of the group that is reached only in view.
-        bool grouped;
-    };
-    /// Indices into entries_.
-    using Indices = std::vector<std::uint32_t>;
     using Objects = std::vector<OruVisualization*>;
-    class Walk;
 
     bool inPass() const;
-    void append(OruVisualization* entry);
     Objects takeInNewcomers();
-
-    void refresh() const;
-    void refreshEntry(Entry& entry) const;
-    void rebuildBounds() const;
-    void rebuildPasses() const;
-    void updateHierarchy() const;
-
-    Objects all() const;
-    Indices groupIn(const OruVisViewVolume& volume) const;
-    Objects scenePass(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView) const;
-    Objects flatPass(OruVisViewVolume& volume) const;
+    Objects inFront(OruVisViewVolume& volume) const;
     template <typename Operation>
     bool forEach(Objects objects, Operation operation);
 
-    mutable std::vector<Entry> entries_;
-    /// Children that came during a pass, behind entries_ in list order.
+    /// The entries, and what the passes reach of them.
+    std::unique_ptr<OruVisReached> reached_;
+    /// Children that came during a pass, behind the entries in list order.
     Objects newcomers_;
-    /// The innermost of the walks over this list that are under way.
-    Walk* walk_ = nullptr;
-
-    OruModifiedWatcher contentWatcher_;
-    /// entries_ may be behind what the entries say; bounds and passes behind entries_; the hierarchy behind
-    /// entries_ by that many boxes.
-    mutable bool entriesStale_ = true;
-    mutable bool boundsStale_ = true;
-    mutable bool passesStale_ = true;
-    mutable std::size_t movedBoxes_ = 0;
-
-    mutable Kelvar::Math::BoundingBox bounds_;
-    /// Visible entries that every pass reaches: ahead of the group's place in the list, and behind it.
-    mutable Indices alwaysAhead_;
-    mutable Indices alwaysBehind_;
-    mutable Indices group_;
-    /// Over the boxes of group_, in its order.
-    mutable OruVisHierarchy hierarchy_;
-    /// Boxes that moved since the hierarchy was built.
-    mutable std::size_t refits_ = 0;
+    /// The innermost of the passes over this list that are under way.
+    OruVisWalk* walk_ = nullptr;
 
     /// What the last 3D pass showed, for the 2D pass behind it.
     OruVisViewVolume drawn_;

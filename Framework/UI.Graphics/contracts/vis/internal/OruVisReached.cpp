@@ -1,0 +1,216 @@
+#include "contracts/vis/internal/OruVisReached.h"
+
+#include "contracts/vis/OruVisualization.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+using Kelvar::Math::BoundingBox;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
+
+bool finite(const BoundingBox& box)
+{
+    return box.min().isFinite() && box.max().isFinite();
+}
+
+/// Distance along the view from the eye's plane to the nearest point of the box; less is nearer.
+double viewDistance(const BoundingBox& box, const Matrix& modelView)
+{
+    const Vector3 low = box.min();
+    const Vector3 high = box.max();
+    double toEye = 0.0;
+    for (int axis = 0; axis < 3; ++axis) {
+        const double factor = modelView(axis, 2);
+        toEye += factor * (factor < 0.0 ? low[axis] : high[axis]);
+    }
+    return -toEye;
+}
+
+} // namespace
+
+OruVisReached::OruVisReached(const OruModified& list)
+    : content_(list)
+{}
+
+void OruVisReached::append(OruVisualization* entry)
+{
+    constexpr std::uint64_t neverAsked = 0;
+    entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0, false, false});
+    entriesStale_ = true;
+    boundsStale_ = true;
+    orderStale_ = true;
+}
+
+void OruVisReached::remove(const OruProperties* entry)
+{
+    // A dying entry is no visualization any more, so nothing but its address counts.
+    const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                    [entry](const Entry& known) { return known.object == entry; });
+    if (found != entries_.end()) {
+        entries_.erase(found);
+    }
+    entriesStale_ = true;
+    boundsStale_ = true;
+    orderStale_ = true;
+}
+
+OruVisReached::Objects OruVisReached::all() const
+{
+    Objects objects;
+    objects.reserve(entries_.size());
+    for (const Entry& entry : entries_) {
+        objects.push_back(entry.object);
+    }
+    return objects;
+}
+
+const BoundingBox& OruVisReached::bounds()
+{
+    refresh();
+    return bounds_;
+}
+
+OruVisReached::Indices OruVisReached::groupIn(const OruVisViewVolume& volume) const
+{
+    Indices found;
+    hierarchy_.collect(volume, found);
+    for (std::uint32_t& index : found) {
+        index = group_[index];
+    }
+    return found;
+}
+
+OruVisReached::Objects OruVisReached::objectsOf(const Indices& indices) const
+{
+    Objects objects;
+    objects.reserve(indices.size());
+    for (const std::uint32_t index : indices) {
+        objects.push_back(entries_[index].object);
+    }
+    return objects;
+}
+
+OruVisReached::Objects OruVisReached::inScene(const OruVisViewVolume& volume, const Matrix& modelView)
+{
+    refresh();
+    std::vector<std::pair<double, std::uint32_t>> inView;
+    for (const std::uint32_t index : groupIn(volume)) {
+        inView.emplace_back(viewDistance(entries_[index].box, modelView), index);
+    }
+    std::sort(inView.begin(), inView.end());
+
+    Indices reached = ahead_;
+    reached.reserve(ahead_.size() + inView.size() + behind_.size());
+    for (const auto& [distance, index] : inView) {
+        reached.push_back(index);
+    }
+    reached.insert(reached.end(), behind_.begin(), behind_.end());
+    return objectsOf(reached);
+}
+
+OruVisReached::Objects OruVisReached::inFront(const OruVisViewVolume& volume)
+{
+    refresh();
+    Indices reached = groupIn(volume);
+    reached.insert(reached.end(), ahead_.begin(), ahead_.end());
+    reached.insert(reached.end(), behind_.begin(), behind_.end());
+    std::sort(reached.begin(), reached.end(), [this](std::uint32_t a, std::uint32_t b) {
+        return std::make_pair(entries_[a].order, a) < std::make_pair(entries_[b].order, b);
+    });
+    return objectsOf(reached);
+}
+
+void OruVisReached::refresh()
+{
+    if (content_.modified()) {
+        entriesStale_ = true;
+        content_.reset();
+    }
+    if (!entriesStale_) {
+        return;
+    }
+    for (Entry& entry : entries_) {
+        refreshEntry(entry);
+    }
+    if (boundsStale_) {
+        rebuildBounds();
+    }
+    if (orderStale_) {
+        rebuildOrder();
+    }
+    if (movedBoxes_ > 0) {
+        updateHierarchy();
+    }
+    // Only now, so that an entry whose bounds() threw is asked again.
+    entriesStale_ = false;
+}
+
+void OruVisReached::refreshEntry(Entry& entry)
+{
+    const OruVisualization& object = *entry.object;
+    if (entry.revision == object.subtreeRevision()) {
+        return;
+    }
+    Entry now{entry.object, object.subtreeRevision(), BoundingBox(), object.drawOrder(), false, false};
+    now.visible = object.visible.value();
+    if (now.visible) {
+        now.box = object.bounds();
+    }
+    const bool onlyInView = object.reach() == OruVisualization::Reach::WhenInView;
+    now.grouped = now.visible && onlyInView && now.box.defined() && finite(now.box);
+    boundsStale_ = boundsStale_ || now.box != entry.box;
+    orderStale_ = orderStale_ || now.visible != entry.visible || now.grouped != entry.grouped;
+    if (now.grouped && now.box != entry.box) {
+        ++movedBoxes_;
+    }
+    entry = now;
+}
+
+void OruVisReached::rebuildBounds()
+{
+    bounds_ = BoundingBox();
+    for (const Entry& entry : entries_) {
+        bounds_.add(entry.box);
+    }
+    boundsStale_ = false;
+}
+
+void OruVisReached::rebuildOrder()
+{
+    ahead_.clear();
+    behind_.clear();
+    group_.clear();
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+        const auto index = static_cast<std::uint32_t>(i);
+        if (entries_[i].grouped) {
+            group_.push_back(index);
+        } else if (entries_[i].visible) {
+            (group_.empty() ? ahead_ : behind_).push_back(index);
+        }
+    }
+    orderStale_ = false;
+    // Another group has another hierarchy.
+    refits_ = group_.size() + 1;
+    movedBoxes_ = 1;
+}
+
+void OruVisReached::updateHierarchy()
+{
+    std::vector<BoundingBox> boxes;
+    boxes.reserve(group_.size());
+    for (const std::uint32_t index : group_) {
+        boxes.push_back(entries_[index].box);
+    }
+    refits_ += movedBoxes_;
+    movedBoxes_ = 0;
+    // Once as many boxes moved as there are, the tree is as loose as it may get.
+    if (refits_ > group_.size()) {
+        hierarchy_.build(boxes);
+        refits_ = 0;
+    } else {
+        hierarchy_.refit(boxes);
+    }
+}
