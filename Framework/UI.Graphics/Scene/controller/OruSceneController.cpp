@@ -1,12 +1,12 @@
 #include "Scene/controller/OruSceneController.h"
 
-#include "Scene/controller/OruSceneDispatch.h"
+#include "Scene/controller/internal/OruSceneDispatch.h"
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
-#include "Scene/core/OruSceneTrace.h"
-#include "Scene/render/OruSceneRenderRecovery.h"
+#include "Scene/core/internal/OruSceneTrace.h"
+#include "Scene/render/internal/OruSceneRenderRecovery.h"
 #include "contracts/core/OruStringBuilder.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
 

@@ -2,10 +2,10 @@
 
 #include "Scene/controller/OruSceneController.h"
 
-#include "Scene/controller/OruSceneDispatch.h"
+#include "Scene/controller/internal/OruSceneDispatch.h"
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/vis/OruVisHitLabelQualifier.h"
 #include "contracts/vis/OruVisHitProperty.h"
 #include "contracts/vis/OruVisTriad.h"

@@ -1,10 +1,10 @@
 #include "Scene/core/OruScene.h"
 
-#include "Scene/core/OruSceneEditGuard.h"
 #include "Scene/core/OruSceneEventContext.h"
-#include "Scene/core/OruSceneFrameState.h"
 #include "Scene/core/OruSceneRenderContext.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneEditGuard.h"
+#include "Scene/core/internal/OruSceneFrameState.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/core/OruModifiedGroup.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"

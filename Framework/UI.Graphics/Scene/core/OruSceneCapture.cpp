@@ -4,10 +4,10 @@
 #include <GL/glew.h>
 
 #include "Scene/core/OruScene.h"
-#include "Scene/core/OruSceneCaptureTarget.h"
-#include "Scene/core/OruSceneEditGuard.h"
 #include "Scene/core/OruSceneEventContext.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneCaptureTarget.h"
+#include "Scene/core/internal/OruSceneEditGuard.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 

@@ -2,9 +2,9 @@
 // viewpoint do the work.
 
 #include "Scene/core/OruScene.h"
-#include "Scene/core/OruSceneEditGuard.h"
 #include "Scene/core/OruSceneEventContext.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneEditGuard.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/core/OruNearestInt.h"
 
 #include <QPoint>

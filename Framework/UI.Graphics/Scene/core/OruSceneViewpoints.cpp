@@ -1,8 +1,8 @@
 // The road between the stored viewpoints and the working copy in an event context.
 
 #include "Scene/core/OruScene.h"
-#include "Scene/core/OruSceneEditGuard.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneEditGuard.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/core/OruText.h"
 #include "contracts/vis/OruVisViewpoint.h"
 

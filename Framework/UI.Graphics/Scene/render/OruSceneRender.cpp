@@ -1,6 +1,6 @@
 #include "Scene/render/OruSceneRender.h"
 
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "contracts/math/CircleTable.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"

@@ -3,7 +3,7 @@
 
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
-#include "Scene/core/OruSceneTrace.h"
+#include "Scene/core/internal/OruSceneTrace.h"
 #include "Scene/render/OruProcessTimes.h"
 #include "Scene/render/OruSceneRender.h"
 #include "contracts/ogl/OruOglFunctions.h"

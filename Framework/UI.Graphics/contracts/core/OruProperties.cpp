@@ -1,7 +1,7 @@
 #include "contracts/core/OruProperties.h"
 
 #include "contracts/core/OruDebugLogger.h"
-#include "contracts/core/OruPropertiesForeign.h"
+#include "contracts/core/internal/OruPropertiesForeign.h"
 #include "contracts/debug/logger.h"
 
 #include <QStringList>

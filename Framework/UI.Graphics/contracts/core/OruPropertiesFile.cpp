@@ -2,10 +2,10 @@
 
 #include "contracts/core/OruFileReader.h"
 #include "contracts/core/OruFileWriter.h"
-#include "contracts/core/OruJson.h"
 #include "contracts/core/OruProperties.h"
-#include "contracts/core/OruPropertiesCheck.h"
-#include "contracts/core/OruPropertiesForeign.h"
+#include "contracts/core/internal/OruJson.h"
+#include "contracts/core/internal/OruPropertiesCheck.h"
+#include "contracts/core/internal/OruPropertiesForeign.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -169,7 +169,7 @@ bool OruPropertiesFile::load(OruProperties& root, const QString& file, QString* 
     if (!readText(file, text, error) || !parse(file, text, document, error)) {
         return false;
     }
-    OruPropertiesCheck check;
+    OruPropertiesCheck check(Version, MaximumDepth);
     if (!check.accepts(document, root)) {
         const int offset = oru::jsonOffset(text, check.place());
         return failAt(error, file, oru::jsonPosition(text, offset), check.reason());

@@ -3,8 +3,8 @@
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglFlatState.h"
 #include "contracts/ogl/OruOglGl.h"
-#include "contracts/vis/OruVisAlignmentKind.h"
 #include "contracts/vis/OruVisPickVolume.h"
+#include "contracts/vis/internal/OruVisAlignmentKind.h"
 
 #include <algorithm>
 #include <cmath>

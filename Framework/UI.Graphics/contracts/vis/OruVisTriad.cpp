@@ -2,9 +2,9 @@
 
 #include "contracts/ogl/OruOglFlatState.h"
 #include "contracts/ogl/OruOglText.h"
-#include "contracts/vis/OruVisAlignmentKind.h"
 #include "contracts/vis/OruVisPickVolume.h"
-#include "contracts/vis/OruVisSmoothShapes.h"
+#include "contracts/vis/internal/OruVisAlignmentKind.h"
+#include "contracts/vis/internal/OruVisSmoothShapes.h"
 
 #include <algorithm>
 

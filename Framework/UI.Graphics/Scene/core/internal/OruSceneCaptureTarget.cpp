@@ -1,7 +1,7 @@
 // GLEW declares all of OpenGL and must come ahead of every other header that does.
 #include <GL/glew.h>
 
-#include "Scene/core/OruSceneCaptureTarget.h"
+#include "Scene/core/internal/OruSceneCaptureTarget.h"
 
 OruSceneCaptureTarget::OruSceneCaptureTarget(int width, int height)
 {

@@ -13,6 +13,12 @@ class OruProperties;
 class OruPropertiesCheck
 {
 public:
+    /// For files up to that version and trees up to that many levels below the root.
+    OruPropertiesCheck(int version, int maximumDepth)
+        : version_(version)
+        , maximumDepth_(maximumDepth)
+    {}
+
     /// What the head of each file says under "format".
     static QString format();
 
@@ -43,6 +49,8 @@ private:
     bool refuse(const QString& reason);
     bool refuseMember(const char* member, const QString& reason);
 
+    const int version_;
+    const int maximumDepth_;
     QString reason_;
     QStringList place_;
     /// Names of the nodes on the way, without the root.

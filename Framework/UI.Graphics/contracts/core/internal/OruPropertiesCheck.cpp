@@ -1,9 +1,8 @@
-#include "contracts/core/OruPropertiesCheck.h"
+#include "contracts/core/internal/OruPropertiesCheck.h"
 
-#include "contracts/core/OruJson.h"
 #include "contracts/core/OruProperties.h"
-#include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
+#include "contracts/core/internal/OruJson.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -61,11 +60,11 @@ bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
     if (!isWhole(version, 1, 1e9)) {
         return refuseMember("version", member("\"version\" is not a whole number from 1"));
     }
-    if (version.toDouble() > OruPropertiesFile::Version) {
+    if (version.toDouble() > version_) {
         return refuseMember("version",
                             QString::fromLatin1("version %1 is newer than %2, the newest that is known here")
                                 .arg(oru::jsonNumber(version))
-                                .arg(OruPropertiesFile::Version));
+                                .arg(version_));
     }
     return true;
 }
@@ -75,9 +74,8 @@ bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, OruProperties* nod
     if (!value.isObject()) {
         return refuse(member("a node must be an object"));
     }
-    if (depth > OruPropertiesFile::MaximumDepth) {
-        return refuse(
-            QString::fromLatin1("the tree is deeper than %1 levels").arg(OruPropertiesFile::MaximumDepth));
+    if (depth > maximumDepth_) {
+        return refuse(QString::fromLatin1("the tree is deeper than %1 levels").arg(maximumDepth_));
     }
     const QJsonObject json = value.toObject();
     // A sample hangs nowhere; which type it has is its maker's affair.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Scene/render/OruSceneRenderRecovery.h"
+#include "Scene/render/internal/OruSceneRenderRecovery.h"
 #include "contracts/ogl/OruOglGl.h"
 
 /// Saves the OpenGL attributes and both matrix stacks round a frame and puts them back, after an exception

@@ -1,4 +1,4 @@
-#include "Scene/core/OruSceneEditGuard.h"
+#include "Scene/core/internal/OruSceneEditGuard.h"
 
 #include "Scene/render/OruSceneRender.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"

@@ -1,4 +1,4 @@
-#include "contracts/vis/OruVisSmoothShapes.h"
+#include "contracts/vis/internal/OruVisSmoothShapes.h"
 
 #include "contracts/math/CircleTable.h"
 #include "contracts/ogl/OruOglFunctions.h"

@@ -1,4 +1,4 @@
-#include "contracts/core/OruJson.h"
+#include "contracts/core/internal/OruJson.h"
 
 #include "contracts/core/OruText.h"
 
