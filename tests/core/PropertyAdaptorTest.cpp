@@ -87,8 +87,11 @@ TEST_F(OruPropertyAdaptorTest, ReadsTheStoreOnlyWhenItMust)
     EXPECT_EQ(adaptor.value(), 5) << "another key changed";
     group.lock();
     EXPECT_EQ(adaptor.value(), 6) << "locked";
+    group.lock();
+    group.unlock();
     slot.text = "7";
     EXPECT_EQ(adaptor.value(), 7) << "still locked";
+    group.unlock();
     group.unlock();
     slot.text = "8";
     EXPECT_EQ(adaptor.value(), 7) << "cached again";
@@ -99,6 +102,9 @@ TEST_F(OruPropertyAdaptorTest, ReadsTheStoreOnlyWhenItMust)
     EXPECT_EQ(adaptor.value(), 10);
     slot.text = "11";
     EXPECT_EQ(adaptor.value(), 11) << "not cachable";
+    group.lock();
+    EXPECT_TRUE(group.locked()) << "an unlock too many counts for nothing";
+    group.unlock();
 }
 
 TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)

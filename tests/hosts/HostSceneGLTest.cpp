@@ -211,6 +211,13 @@ TEST_F(HostSceneGLTest, MovesAMovablePartInTheViewPlaneAsOneEdit)
     part("cube").offset.setValue(Matrix::translate(Vector3(0, 3, 0)));
     drag(start, {pixelOf(right)});
     EXPECT_THAT(dropped, ElementsAre("cube", "cube.2"));
+
+    dropped.clear();
+    part("cube").movable.setValue(false);
+    part("cube").offset.setValue(Matrix());
+    host->scene().setMode(0);
+    drag(pixelOf(left), {pixelOf(right)});
+    EXPECT_THAT(dropped, ElementsAre()) << "nothing was carried";
 }
 
 TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
@@ -380,6 +387,7 @@ TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)
         EXPECT_EQ(host->context().tooltip, "cube\ntriangles: 12");
         EXPECT_TRUE(input.enter(false));
         EXPECT_EQ(host->context().tooltip, "");
+        EXPECT_EQ(host->context().mouse.curpos(), QPoint(-1, -1)) << "the hover has ended outside";
     }
     input.move(0, pixelOf(left));
     input.press(OruMouse::ButtonPick, 1, pixelOf(left));

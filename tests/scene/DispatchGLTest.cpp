@@ -231,7 +231,7 @@ TEST_F(DispatchGLTest, CallsCarryEditorBuilderAndTooltip)
     under = 'A';
     ctx.tooltip = "was ";
     log.yes = {"A.leave"};
-    log.reactions = {{"A.enter", [this] { *log.tooltip += "<" + log.builder->number(0.5) + ">"; }},
+    log.reactions = {{"A.enter", [this] { *log.tooltip += "<" + log.builder->number(0.12345) + ">"; }},
                      {"host.enter", [this] { *log.tooltip += "host"; }},
                      {"A.leave", [this] {
                           EXPECT_TRUE(log.tooltip->isNull());
@@ -239,7 +239,7 @@ TEST_F(DispatchGLTest, CallsCarryEditorBuilderAndTooltip)
                       }}};
     run("mdcBuAdn");
     EXPECT_TRUE(log.reactions.empty());
-    EXPECT_EQ(ctx.tooltip, "was <0,5>host");
+    EXPECT_EQ(ctx.tooltip, "was <0,123>host");
     EXPECT_THAT(log.editors, ElementsAre(editor.get(), editor.get(), editor.get(), editor.get()));
 }
 

@@ -1,10 +1,15 @@
 // The twelve inputs: which gesture, dispatch or view change each one means, and what it answers.
 
+#include "contracts/core/OruDebugLogger.h"
+#include "contracts/debug/logger.h"
 #include "tests/core/QtPrint.h"
+#include "tests/debug/RecordingSink.h"
 #include "tests/math/MathMatchers.h"
 #include "tests/scene/DispatchFixture.h"
 
+#include <array>
 #include <limits>
+#include <regex>
 
 using namespace kelvartest;
 using Kelvar::Math::BoundingBox;
@@ -232,6 +237,7 @@ TEST_F(EventsGLTest, PressGrabsOrHovers)
         ctx.boxZoom = OruOglViewport(1, 2, 3, 4);
         ctx.modelView = Matrix::scale(0.125f);
         ctx.mouse.press(row.button, row.modifier, QPoint(40, 30));
+        log.yes = {"A.enter"};
         EXPECT_FALSE(scene.mousePress(ctx));
         EXPECT_EQ(ctx.boxZoom, OruOglViewport());
         EXPECT_EQ(stored(), start);
@@ -322,6 +328,50 @@ TEST_F(EventsGLTest, WheelZoomsAndStores)
     ctx.viewpointName = "no such";
     ctx.mouse.wheel(1, noModifier, QPoint(40, 30));
     EXPECT_FALSE(scene.mouseWheel(ctx)) << "the view has moved, but there is nowhere to store it";
+}
+
+TEST_F(EventsGLTest, OperationsAreTracedByTheirSignatures)
+{
+    const Event events[] = {&OruScene::focusIn,    &OruScene::focusOut,     &OruScene::mouseEnter,
+                            &OruScene::mouseLeave, &OruScene::mouseMove,    &OruScene::mouseWheel,
+                            &OruScene::mousePress, &OruScene::mouseRelease, &OruScene::mouseDoubleClick,
+                            &OruScene::mouseClick, &OruScene::keyPress,     &OruScene::keyRelease};
+    const auto sink = std::make_shared<RecordingSink>();
+    oru::debug_logger::debuglogger().setSink(sink);
+    oru::debug_logger::debuglogger().setTracing(true);
+    OruScene{QString(), QString(), QString()};
+    QImage image;
+    ctx.viewport.width = 90;
+    scene.drawGl(ctx, image);
+    under = 'A';
+    ctx.mouse.press(pickButton, noModifier, QPoint(40, 30));
+    scene.mousePress(ctx);
+    ctx.mouse.move(QPoint(50, 30), noModifier);
+    scene.mouseMove(ctx);
+    ctx.mouse.release(pickButton, noModifier, QPoint(50, 30));
+    for (const Event event : events) {
+        (scene.*event)(ctx);
+    }
+    oru::debug_logger::debuglogger().setTracing(false);
+    oru::debug_logger::debuglogger().setSink(nullptr);
+
+    std::set<std::array<std::string, 3>> operations; // class, name, whole signature
+    for (const std::string& line : sink->lines) {
+        std::smatch parts;
+        if (std::regex_match(line, parts, std::regex("T *> (.*?(\\w+)::(~?\\w+)\\(.*) @line [0-9]+"))) {
+            operations.insert({parts[2], parts[3], parts[1]});
+        }
+    }
+    std::string traced;
+    for (const auto& operation : operations) {
+        traced += operation[1] + ' ';
+    }
+    EXPECT_EQ(traced, "OruScene drawGl drawGl focusIn focusOut keyPress keyRelease mouseClick "
+                      "mouseDoubleClick mouseEnter mouseLeave mouseMove mousePress mouseRelease mouseWheel "
+                      "setViewpoint viewpoint ~OruScene OnMouseClick OnMouseDown OnMouseUp hitTop "
+                      "OruSceneRender draw resize select update ~OruSceneRender ");
+    EXPECT_TRUE(operations.count(
+        {"OruScene", "mouseMove", "virtual bool OruScene::mouseMove(OruSceneEventContext&)"}));
 }
 
 TEST_F(EventsGLTest, KeysTurnTheView)

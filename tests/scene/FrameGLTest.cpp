@@ -125,6 +125,12 @@ TEST_F(FrameGLTest, FirstFrameDoesAllAndLaterOnesWhatHasChanged)
               lines(viewing + pass3d + pass2d + focusFrame(true) + "glFinish(); "));
 }
 
+TEST_F(FrameGLTest, AnEndingSceneClearsTheFrame)
+{
+    auto other = std::make_unique<OruScene>(QString(), QString(), QString());
+    EXPECT_THAT(calls([&] { other.reset(); }), HasSubstr(lines(clearing)));
+}
+
 TEST_F(FrameGLTest, BandIsDrawnInItsOrder)
 {
     ctx.boxZoom = {40, 30, -6, 8};
@@ -179,7 +185,11 @@ TEST_F(FrameGLTest, ContextsOfThePasses)
         seen[pass] = {dc.modelView, dc.projection};
         EXPECT_EQ(dc.editor, editor) << pass;
         EXPECT_EQ(dc.viewport.width, 160) << pass;
+        EXPECT_EQ(dc.format.significantDigits(), 3) << pass;
+        EXPECT_TRUE(pass != "draw3d" || dc.text.color() == QColor(Qt::white)) << "cleared with the frame";
+        dc.text.setColor(Qt::red);
     };
+    scene.render.significantDigits.setValue(3);
     // A frame sends two resizes; the one that the new viewport asks for comes last.
     ctx.modelView = Matrix::scale(2.0f);
     scene.drawGl(ctx);
@@ -225,6 +235,13 @@ TEST_F(FrameGLTest, DrawFromWithinADrawIsDropped)
     scene.drawGl(ctx);
     EXPECT_EQ(inner, 1);
     EXPECT_THAT(editor->calls, ElementsAre("begin", "end"));
+    editor->action = [&](const std::string& call) {
+        if (call == "end" && inner == 2) {
+            scene.drawGl(ctx);
+        }
+    };
+    scene.drawGl(ctx);
+    EXPECT_EQ(inner, 3) << "the end of a session lies outside";
 }
 
 TEST_F(FrameGLTest, TheFirstExceptionIsTheOneThatTheHostSees)

@@ -124,6 +124,15 @@ TEST_F(ZprTest, DragAndWheelScaleAboutTheCentre)
     }
 }
 
+TEST_F(ZprTest, DragScalesByAFactorThatIsRoundedOnce)
+{
+    Matrix expected = ctx.modelView;
+    zpr.zoomStep(ctx, static_cast<float>(std::exp(7777 * 0.01 * -1.0)), expected);
+    drag(QPoint(), QPoint(0, 7777));
+    EXPECT_TRUE(zpr.zoom(ctx, ctx.modelView));
+    EXPECT_EQ(ctx.modelView, expected);
+}
+
 TEST_F(ZprTest, PanKeepsThePointUnderThePointer)
 {
     const Matrix turned = Matrix::rotate(Vector3(3.0f, 1.0f, 2.0f), 130.0f);
@@ -171,25 +180,25 @@ TEST_F(ZprTest, RotateTurnsByTheLengthOfTheDragAndFollowsTheHand)
         {{-3, -4}, 1.125f, {0.8f, -0.6f, 0}, 1},
     };
     const Matrix before = ctx.modelView;
+    ctx.modelView = Matrix();
     for (const auto& row : rows) {
         SCOPED_TRACE(::testing::Message() << row.delta.x() << ", " << row.delta.y());
         ctx.viewport = OruOglViewport(0, 0, 799, row.height);
-        ctx.modelView = before;
+        Matrix view = before;
         drag(QPoint(-20, 10), row.delta);
-        ASSERT_TRUE(zpr.rotate(ctx, ctx.modelView));
+        ASSERT_TRUE(zpr.rotate(ctx, view));
 
         QMatrix4x4 turn;
         turn.rotate(row.degrees, row.axis);
         const Vector3 pivot = before.transform(ctx.center);
         for (const Vector3& point : {Vector3(0.0f, 0.0f, 0.0f), Vector3(4.0f, -1.0f, 2.0f)}) {
             const QVector3D arm = toQt(before.transform(point) - pivot);
-            EXPECT_THAT(ctx.modelView.transform(point), NearVector(pivot + fromQt(turn.map(arm)), 1e-5));
+            EXPECT_THAT(view.transform(point), NearVector(pivot + fromQt(turn.map(arm)), 1e-5));
         }
     }
-    ctx.modelView = before;
     drag(QPoint(5, 5), QPoint());
     EXPECT_FALSE(zpr.rotate(ctx, ctx.modelView));
-    EXPECT_EQ(ctx.modelView, before);
+    EXPECT_EQ(ctx.modelView, Matrix());
 }
 
 struct BoxRow
@@ -241,6 +250,7 @@ TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCentres)
         const Vector3 arrived = window(moving);
         EXPECT_NEAR(arrived.x, target.x(), 0.01);
         EXPECT_NEAR(arrived.y, target.y(), 0.01);
+        EXPECT_NEAR(arrived.z, 0.0, 1e-4);
     }
 }
 
