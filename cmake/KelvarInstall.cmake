@@ -7,54 +7,52 @@ include(CMakePackageConfigHelpers)
 set(KELVAR_INSTALL_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/KelvarUIGraphicsScene)
 set(KELVAR_INSTALL_IMAGEDIR ${CMAKE_INSTALL_DATADIR}/kelvar-ui-graphics-scene/images)
 
-# Headers that only the library itself includes, under any folder. tests/package compiles all others as a user
-# of the installed package does, so a public header that needs one of these is found there.
-set(KELVAR_PRIVATE_HEADERS
-    DoubleMatrix.h
-    OruJson.h
-    OruOglBufferStore.h
-    OruOglFontFile.h
-    OruOglGlyphAtlas.h
-    OruOglPixelTransfer.h
-    OruPropertiesCheck.h
-    OruPropertiesForeign.h
-    OruSceneCaptureTarget.h
-    OruSceneDispatch.h
-    OruSceneEditGuard.h
-    OruSceneFrameState.h
-    OruSceneHandlerCall.h
-    OruSceneRenderRecovery.h
-    OruSceneTrace.h
-    OruVisSmoothShapes.h)
+# The Debian package that a component of the CMake package comes in, and the one with its headers.
+set(KELVAR_PACKAGE_Scene runtime)
+set(KELVAR_PACKAGE_Host host)
+set(KELVAR_PACKAGE_Mesh host)
+set(KELVAR_PACKAGE_Import host)
+set(KELVAR_PACKAGE_Widgets widgets)
 
-# One library with the headers of its folder and its export header.
-function(kelvar_install_library target folder)
+# One library with the headers of its folder and its export header. Headers in a folder `internal` are the library's
+# own. tests/package compiles all others as a user of the installed package does, so a public header that needs an
+# internal one is found there.
+function(kelvar_install_library target folder component)
+    set(dev host_dev)
+    if(component STREQUAL "Scene")
+        set(dev dev)
+    endif()
     install(
         TARGETS ${target}
-        EXPORT KelvarUIGraphicsSceneTargets
+        EXPORT KelvarUIGraphics${component}Targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-                COMPONENT runtime
-                NAMELINK_COMPONENT dev)
-    set(excluded)
-    foreach(header ${KELVAR_PRIVATE_HEADERS})
-        list(APPEND excluded PATTERN ${header} EXCLUDE)
-    endforeach()
+                COMPONENT ${KELVAR_PACKAGE_${component}}
+                NAMELINK_COMPONENT ${dev})
     install(
         DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}/ ${CMAKE_BINARY_DIR}/include/${folder}/
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/Kelvar/${folder}
-        COMPONENT dev
+        COMPONENT ${dev}
         FILES_MATCHING
         PATTERN "*.h"
-        ${excluded})
+        PATTERN internal EXCLUDE)
+    set_property(GLOBAL APPEND PROPERTY KELVAR_COMPONENTS ${component})
 endfunction()
 
 # Everything that is installed once.
 function(kelvar_install_package)
-    install(
-        EXPORT KelvarUIGraphicsSceneTargets
-        NAMESPACE Kelvar::
-        DESTINATION ${KELVAR_INSTALL_CMAKEDIR}
-        COMPONENT dev)
+    get_property(components GLOBAL PROPERTY KELVAR_COMPONENTS)
+    list(REMOVE_DUPLICATES components)
+    foreach(component ${components})
+        set(dev host_dev)
+        if(component STREQUAL "Scene")
+            set(dev dev)
+        endif()
+        install(
+            EXPORT KelvarUIGraphics${component}Targets
+            NAMESPACE Kelvar::
+            DESTINATION ${KELVAR_INSTALL_CMAKEDIR}
+            COMPONENT ${dev})
+    endforeach()
     configure_package_config_file(
         ${CMAKE_SOURCE_DIR}/cmake/KelvarUIGraphicsSceneConfig.cmake.in
         ${CMAKE_BINARY_DIR}/package/KelvarUIGraphicsSceneConfig.cmake

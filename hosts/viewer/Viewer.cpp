@@ -1,13 +1,14 @@
 #include "hosts/viewer/Viewer.h"
 
 #include "contracts/vis/OruVisTriad.h"
-#include "hosts/kit/GlPlatform.h"
-#include "hosts/kit/ImportJob.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/LiveView.h"
-#include "hosts/kit/ModelImporter.h"
-#include "hosts/kit/OffscreenView.h"
-#include "hosts/kit/WindowCoordinates.h"
+#include "hosts/host/GlPlatform.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/host/LiveView.h"
+#include "hosts/host/OffscreenView.h"
+#include "hosts/host/WindowCoordinates.h"
+#include "hosts/import/ImportJob.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
 #include "hosts/viewer/StopSignals.h"
 
@@ -231,12 +232,13 @@ Viewer::ExitCode Viewer::showWindow()
 
 void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
 {
-    host.setDropListener([](const QString& source, const QString& target) {
+    hostkit::ModelParts parts(host.scene().render.visualizations);
+    parts.setDropListener([](const QString& source, const QString& target) {
         std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
                   << std::endl;
     });
     for (const Model& model : models) {
-        host.addModel(model);
+        parts.add(model);
     }
     host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();

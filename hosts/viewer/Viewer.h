@@ -1,9 +1,10 @@
 #pragma once
 
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/Recording.h"
-#include "hosts/kit/RecordingWriter.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/host/Recording.h"
+#include "hosts/host/RecordingWriter.h"
+#include "hosts/mesh/Model.h"
 #include "hosts/viewer/ViewerOptions.h"
 
 #include <memory>

@@ -1,9 +1,10 @@
-#include "hosts/kit/HostScene.h"
+#include "hosts/host/HostScene.h"
 
 #include "contracts/core/OruText.h"
 #include "contracts/ogl/OruOglFunctions.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/ModelImporter.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
 #include "tests/hosts/Models.h"
 #include "tests/scene/SceneFixture.h"
 
@@ -46,6 +47,7 @@ struct HostSceneGLTest : testing::Test
     GlContext gl{QSize(width, height)};
     std::unique_ptr<HostScene> host{new HostScene(QString(), QString(), QString())};
     boost::shared_ptr<NotingEditor> editor = boost::make_shared<NotingEditor>();
+    ModelParts parts{host->scene().render.visualizations};
     InputFeed input{*host};
     std::vector<QString> dropped;
 
@@ -55,10 +57,10 @@ struct HostSceneGLTest : testing::Test
         host->scene().render.setCustomEditor(editor);
         const Matrix view = Matrix::rotate(Kelvar::Math::VectorX, -90.0f) * Matrix::scale(1.0f / 3.0f);
         host->scene().setViewpoint("viewpoint", view);
-        host->setDropListener([&](const QString& source, const QString& target) {
+        parts.setDropListener([&](const QString& source, const QString& target) {
             dropped = {source, target};
         });
-        host->addModel(cubes({left, right}));
+        parts.add(cubes({left, right}));
         host->draw();
         editor->calls.clear();
     }
@@ -69,6 +71,12 @@ struct HostSceneGLTest : testing::Test
         EXPECT_EQ(gl.faults(), "");
         host.reset();
         EXPECT_EQ(GlRecorder::instance().liveObjects(), 0);
+    }
+
+    void add(const Model& model)
+    {
+        parts.add(model);
+        host->changed();
     }
 
     MeshVisualization& part(const char* name)
@@ -147,7 +155,7 @@ TEST_F(HostSceneGLTest, ShowsOpenMeshesFromBothSidesAndClosedOnesFromOutside)
     open.indices.erase(open.indices.begin() + 12, open.indices.begin() + 18);
     Model model;
     model.parts.push_back(built(open));
-    host->addModel(model);
+    add(model);
     EXPECT_EQ(unculled(), 2) << "the open cube as well";
     EXPECT_GT(colourAt(drawn(), Vector3()).red(), 60);
 }
@@ -216,7 +224,7 @@ TEST_F(HostSceneGLTest, MovesAMovablePartInTheViewPlaneAsOneEdit)
 TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
 {
     Progress progress;
-    host->addModel(ModelImporter::load(engineFile(), progress));
+    add(ModelImporter::load(engineFile(), progress));
     ASSERT_TRUE(host->showFrom("iso"));
     const QImage image = drawn();
     const Kelvar::Math::BoundingBox box = host->context().bounds;
@@ -245,7 +253,7 @@ TEST_F(HostSceneGLTest, SavesAndLoadsTheWholeState)
 
     HostScene other{QString(), QString(), QString()};
     other.setSize(gl.size());
-    other.addModel(cubes({left, right}));
+    ModelParts(other.scene().render.visualizations).add(cubes({left, right}));
     ASSERT_TRUE(other.load(file, &error)) << error.toStdString();
     EXPECT_EQ(other.picture(gl.size()), before);
     EXPECT_FALSE(other.load(folder.filePath("missing.json"), &error));

@@ -1,6 +1,6 @@
-#include "hosts/kit/ModelImporter.h"
+#include "hosts/import/ModelImporter.h"
 
-#include "hosts/kit/ImportJob.h"
+#include "hosts/import/ImportJob.h"
 #include "tests/hosts/Models.h"
 
 #include <QFile>

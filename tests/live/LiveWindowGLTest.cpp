@@ -1,6 +1,7 @@
 // A window, and a person's hands on it. After each step the window has to show what a scene shows that was
 // told of the same events, to the pixel; what the step does to the view is checked on that scene.
 
+#include "hosts/mesh/MeshVisualization.h"
 #include "tests/live/LiveViewer.h"
 
 #include <QGuiApplication>

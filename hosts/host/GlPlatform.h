@@ -1,0 +1,26 @@
+#pragma once
+
+#include "hosts/host/kelvar_host_api.h"
+
+#include <QSurfaceFormat>
+
+namespace hostkit {
+
+/// How a program gets the kind of OpenGL that a scene needs: 2.1, compatibility, by GLX.
+///
+/// GLX because a window that is never shown has a real framebuffer there, and because the capture's GLEW
+/// does not work under EGL.
+struct KELVAR_HOST_API GlPlatform
+{
+    /// To be called before the QGuiApplication is made: chooses the X platform and GLX, makes format() the
+    /// default, and lets screens have whole pixel ratios; QT_SCALE_FACTOR may still ask for another.
+    static void prepare();
+
+    /// 24 bits of depth, 8 of stencil, two buffers.
+    static QSurfaceFormat format();
+
+    /// The largest width or height of a picture; needs a current context.
+    static int largestPicture();
+};
+
+} // namespace hostkit

@@ -1,0 +1,159 @@
+#include "hosts/host/HostScene.h"
+
+#include "contracts/core/OruPropertiesFile.h"
+#include "contracts/ogl/OruOglFunctions.h"
+
+#include <algorithm>
+#include <array>
+
+namespace hostkit {
+
+using Kelvar::Math::Matrix;
+
+namespace {
+
+/// A standard view: the orientation to fit from, where it is the host's own, else the library's position.
+struct NamedPosition
+{
+    const char* name;
+    OruSceneZpr::Position position;
+    bool own;
+};
+
+constexpr std::array<NamedPosition, 8> namedPositions = {{
+    {"x", OruSceneZpr::ViewX, false},
+    {"-x", OruSceneZpr::ViewXReverse, false},
+    {"y", OruSceneZpr::ViewY, false},
+    {"-y", OruSceneZpr::ViewYReverse, false},
+    {"z", OruSceneZpr::ViewZ, false},
+    {"-z", OruSceneZpr::ViewZReverse, false},
+    {"iso", OruSceneZpr::ViewFit, true},
+    {"fit", OruSceneZpr::ViewFit, false},
+}};
+
+/// The eye at (1, -1, 1), Z up on the screen. The library's own isometric view looks from below.
+Matrix fromAboveFrontRight()
+{
+    constexpr float tilt = -54.7356103f; // 90 degrees less atan(1 / sqrt 2)
+    return Matrix::rotate(Kelvar::Math::VectorZ, -45.0f) * Matrix::rotate(Kelvar::Math::VectorX, tilt);
+}
+
+} // namespace
+
+HostScene::HostScene(const QString& fonts, const QString& images, const QString& user)
+    : scene_(fonts, images, user)
+{}
+
+void HostScene::setSize(const QSize& pixels)
+{
+    const OruOglViewport viewport(0, 0, pixels.width(), pixels.height());
+    stale_ = stale_ || viewport != context_.viewport;
+    context_.viewport = viewport;
+}
+
+bool HostScene::send(Event event)
+{
+    if (stale_) {
+        refresh();
+    }
+    updateProjection();
+    const OruOglViewport band = context_.boxZoom;
+    const QString tooltip = context_.tooltip;
+    const bool changed = (scene_.*event)(context_);
+    return changed || band != context_.boxZoom || tooltip != context_.tooltip;
+}
+
+void HostScene::draw()
+{
+    scene_.drawGl(context_);
+    stale_ = false;
+    updateProjection();
+}
+
+QImage HostScene::picture(const QSize& pixels)
+{
+    if (stale_) {
+        refresh();
+    }
+    OruSceneEventContext shot(context_);
+    shot.viewport = OruOglViewport(0, 0, pixels.width(), pixels.height());
+    QImage image;
+    return scene_.drawGl(shot, image) ? image : QImage();
+}
+
+bool HostScene::showFrom(const QString& position)
+{
+    const auto found =
+        std::find_if(namedPositions.begin(), namedPositions.end(),
+                     [&](const NamedPosition& named) { return position == QLatin1String(named.name); });
+    if (found == namedPositions.end()) {
+        return false;
+    }
+    refresh();
+    Matrix view = found->own ? fromAboveFrontRight() : context_.modelView;
+    if (!scene_.zpr.zoomTo(context_, found->position, view)) {
+        return false;
+    }
+    context_.modelView = view;
+    scene_.setViewpoint(context_.viewpointName, view);
+    stale_ = true;
+    return true;
+}
+
+QStringList HostScene::positions()
+{
+    QStringList names;
+    for (const NamedPosition& named : namedPositions) {
+        names.append(QLatin1String(named.name));
+    }
+    return names;
+}
+
+bool HostScene::load(const QString& file, QString* error)
+{
+    stale_ = true;
+    return OruPropertiesFile::load(scene_, file, error);
+}
+
+bool HostScene::save(const QString& file, QString* error) const
+{
+    return OruPropertiesFile::save(scene_, file, error);
+}
+
+bool HostScene::setValue(const QString& path, const QString& value, QString* error)
+{
+    const int slash = path.lastIndexOf(QLatin1Char('/'));
+    const QString node = slash < 0 ? QString() : path.left(slash);
+    const QString key = path.mid(slash + 1);
+    OruProperties* properties = scene_.find(node);
+    if (!properties) {
+        *error = QStringLiteral("there is no node \"%1\"").arg(node);
+        return false;
+    }
+    if (!properties->string().defined(key)) {
+        *error = QStringLiteral("\"%1\" has no property \"%2\"").arg(node, key);
+        return false;
+    }
+    properties->setValue(key, value);
+    stale_ = true;
+    return true;
+}
+
+void HostScene::refresh()
+{
+    const bool paints = !context_.noDraw;
+    context_.noDraw = true;
+    scene_.drawGl(context_);
+    context_.noDraw = !paints;
+    stale_ = false;
+    updateProjection();
+}
+
+void HostScene::updateProjection()
+{
+    // The bounds of this moment: what was moved since the last draw must not fall behind the far plane.
+    const Kelvar::Math::BoundingBox bounds = scene_.render.visualizations.bounds();
+    context_.projection = glGetOrtho(context_.viewport, bounds, context_.modelView);
+}
+
+} // namespace hostkit

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Scene/core/OruScene.h"
+#include "Scene/core/OruSceneEventContext.h"
+#include "hosts/host/kelvar_host_api.h"
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+namespace hostkit {
+
+/// A scene and its event context, kept in step: what every host of a scene does, whatever its window system.
+///
+/// It keeps the context's projection current and draws once without painting before the first event and
+/// whenever the tree was changed from outside, so that an event never works on, or writes back, a stale view.
+/// All operations need the OpenGL context current, construction and destruction too. Pixels are OpenGL
+/// window coordinates.
+class KELVAR_HOST_API HostScene
+{
+public:
+    using Event = bool (OruSceneEventHandler::*)(OruSceneEventContext&);
+
+    /// The search places of OruResource: fonts, images, the user's own files.
+    HostScene(const QString& fonts, const QString& images, const QString& user);
+
+    HostScene(const HostScene&) = delete;
+    HostScene& operator=(const HostScene&) = delete;
+
+    OruScene& scene() { return scene_; }
+    OruSceneEventContext& context() { return context_; }
+
+    /// Size of the framebuffer in pixels.
+    void setSize(const QSize& pixels);
+
+    /// Hands an event to the scene; the context holds what the event is about. True: the view wants a
+    /// repaint. That is also so when the rubber band or the tooltip changed, whatever the scene answers.
+    bool send(Event event);
+
+    /// Paints one frame into the current draw buffer.
+    void draw();
+
+    /// The view as a picture of that size, whatever the size of the window. A null image: the capture could
+    /// not be made; why is on the error stream.
+    QImage picture(const QSize& pixels);
+
+    /// The tree or the view was changed other than through this class.
+    void changed() { stale_ = true; }
+
+    /// Turns the view to a standard position of that name: x, -x, y, -y, z, -z, iso or fit. Iso is from
+    /// above, front right, with the Z axis up and the front towards -Y. False: no such position, or nothing
+    /// to see from it; the view is as it was.
+    bool showFrom(const QString& position);
+
+    /// The names that showFrom knows.
+    static QStringList positions();
+
+    /// The property tree as a file. False: not done, `error` says why.
+    bool load(const QString& file, QString* error);
+    bool save(const QString& file, QString* error) const;
+
+    /// Sets a property by the path of its node and its key, as in "render/textInfo". False: there is no such
+    /// property, `error` says what is missing.
+    bool setValue(const QString& path, const QString& value, QString* error);
+
+private:
+    void refresh();
+    void updateProjection();
+
+    OruScene scene_;
+    OruSceneEventContext context_;
+    bool stale_ = true;
+};
+
+} // namespace hostkit
