@@ -3,10 +3,40 @@
 #include "contracts/ogl/OruOglGl.h"
 
 #include <QGuiApplication>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
 
 #include <algorithm>
+#include <iterator>
 
 namespace hostkit {
+
+namespace {
+
+/// Asks a context of its own; the one that is current stays.
+bool rendererIsSoftware()
+{
+    QOpenGLContext* const current = QOpenGLContext::currentContext();
+    QSurface* const surface = current ? current->surface() : nullptr;
+    QOffscreenSurface probe;
+    probe.setFormat(GlPlatform::format());
+    probe.create();
+    QOpenGLContext context;
+    context.setFormat(probe.format());
+    QByteArray renderer;
+    if (context.create() && context.makeCurrent(&probe)) {
+        renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+        context.doneCurrent();
+    }
+    if (current) {
+        current->makeCurrent(surface);
+    }
+    const char* const software[] = {"llvmpipe", "softpipe", "swrast", "Software"};
+    return renderer.isEmpty() || std::any_of(std::begin(software), std::end(software),
+                                             [&](const char* name) { return renderer.contains(name); });
+}
+
+} // namespace
 
 void GlPlatform::prepare()
 {
@@ -30,6 +60,12 @@ QSurfaceFormat GlPlatform::format()
     format.setStencilBufferSize(8);
     format.setSwapBehavior(QSurfaceFormat::DoubleBuffer);
     return format;
+}
+
+int GlPlatform::fittingSamples()
+{
+    static const int samples = rendererIsSoftware() ? 0 : 4;
+    return samples;
 }
 
 int GlPlatform::largestPicture()

@@ -19,6 +19,10 @@ struct KELVAR_HOST_API GlPlatform
     /// 24 bits of depth, 8 of stencil, two buffers.
     static QSurfaceFormat format();
 
+    /// Samples of a pixel that this machine draws without effort: 4 where the renderer is hardware, 0 where
+    /// it is software. Needs the application object; asks OpenGL once.
+    static int fittingSamples();
+
     /// The largest width or height of a picture; needs a current context.
     static int largestPicture();
 };

@@ -9,6 +9,7 @@
 namespace hostkit {
 
 using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
 
 namespace {
 
@@ -51,16 +52,73 @@ void HostScene::setSize(const QSize& pixels)
     context_.viewport = viewport;
 }
 
-bool HostScene::send(Event event)
+/// To be called ahead of whatever works on the view.
+void HostScene::catchUp()
 {
     if (stale_) {
         refresh();
     }
     updateProjection();
+}
+
+bool HostScene::send(Event event)
+{
+    catchUp();
     const OruOglViewport band = context_.boxZoom;
     const QString tooltip = context_.tooltip;
     const bool changed = (scene_.*event)(context_);
     return changed || band != context_.boxZoom || tooltip != context_.tooltip;
+}
+
+/// The world point under the middle of a pixel, in the plane through the middle of the scene.
+Vector3 HostScene::pointUnder(const QPoint& pixel) const
+{
+    const int* const viewport = context_.viewport.data();
+    const Vector3 middle = context_.center.project(context_.modelView, context_.projection, viewport);
+    const Vector3 window(static_cast<float>(pixel.x()) + 0.5f, static_cast<float>(pixel.y()) + 0.5f,
+                         middle.z);
+    return window.unProject(context_.modelView, context_.projection, viewport);
+}
+
+bool HostScene::wheelAbout(const QPoint& pixel)
+{
+    catchUp();
+    const Vector3 orbit = context_.center;
+    context_.center = pointUnder(pixel);
+    const bool changed = send(&OruSceneEventHandler::mouseWheel);
+    context_.center = orbit;
+    return changed;
+}
+
+bool HostScene::zoomAbout(const QPoint& pixel, double factor)
+{
+    catchUp();
+    OruSceneEventContext about(context_);
+    about.center = pointUnder(pixel);
+    Matrix view = context_.modelView;
+    return scene_.zpr.zoomStep(about, static_cast<float>(factor), view) && setView(view);
+}
+
+bool HostScene::turnAbout(const QPoint& pixel, double degrees)
+{
+    catchUp();
+    const Vector3 fixed = pointUnder(pixel);
+    Vector3 axis = Kelvar::Math::VectorZ;
+    axis.mult3x3(context_.modelView.inverse());
+    return setView(Matrix::translate(-fixed) * Matrix::rotate(axis, static_cast<float>(degrees)) *
+                   Matrix::translate(fixed) * context_.modelView);
+}
+
+const Matrix& HostScene::view()
+{
+    catchUp();
+    return context_.modelView;
+}
+
+bool HostScene::setView(const Matrix& view)
+{
+    context_.modelView = view;
+    return scene_.setViewpoint(context_.viewpointName, view);
 }
 
 void HostScene::draw()
@@ -72,10 +130,21 @@ void HostScene::draw()
 
 QImage HostScene::picture(const QSize& pixels)
 {
-    if (stale_) {
-        refresh();
-    }
+    catchUp();
+    return capture(context_, pixels);
+}
+
+QImage HostScene::picture(const QSize& pixels, const Matrix& view)
+{
+    catchUp();
     OruSceneEventContext shot(context_);
+    shot.viewpointName.clear(); // the matrix of the context counts then
+    shot.modelView = view;
+    return capture(shot, pixels);
+}
+
+QImage HostScene::capture(OruSceneEventContext shot, const QSize& pixels)
+{
     shot.viewport = OruOglViewport(0, 0, pixels.width(), pixels.height());
     QImage image;
     return scene_.drawGl(shot, image) ? image : QImage();
@@ -94,8 +163,7 @@ bool HostScene::showFrom(const QString& position)
     if (!scene_.zpr.zoomTo(context_, found->position, view)) {
         return false;
     }
-    context_.modelView = view;
-    scene_.setViewpoint(context_.viewpointName, view);
+    setView(view);
     stale_ = true;
     return true;
 }

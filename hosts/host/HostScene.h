@@ -22,8 +22,10 @@ class KELVAR_HOST_API HostScene
 public:
     using Event = bool (OruSceneEventHandler::*)(OruSceneEventContext&);
 
-    /// The search places of OruResource: fonts, images, the user's own files.
-    HostScene(const QString& fonts, const QString& images, const QString& user);
+    /// The search places of OruResource: fonts, images, the user's own files. Empty: a font of the system,
+    /// the images that are installed with the library, none.
+    explicit HostScene(const QString& fonts = QString(), const QString& images = QString(),
+                       const QString& user = QString());
 
     HostScene(const HostScene&) = delete;
     HostScene& operator=(const HostScene&) = delete;
@@ -38,12 +40,33 @@ public:
     /// repaint. That is also so when the rubber band or the tooltip changed, whatever the scene answers.
     bool send(Event event);
 
+    /// Magnifies the view by `factor`, above 0, so that what lies under a pixel stays there. False: nothing
+    /// changed.
+    bool zoomAbout(const QPoint& pixel, double factor);
+
+    /// Turns the view about the axis that looks out of the screen at a pixel, counter-clockwise as seen, in
+    /// degrees. False: nothing changed.
+    bool turnAbout(const QPoint& pixel, double degrees);
+
+    /// Hands the scene one wheel event of one step, towards or away from the person, with what lies under the
+    /// pointer as its fixed point; the centre that the view orbits about stays.
+    bool wheelAbout(const QPoint& pixel);
+
+    /// The view that is shown.
+    const Kelvar::Math::Matrix& view();
+
+    /// Puts a view in place of the present one, as one edit. False: it was that view.
+    bool setView(const Kelvar::Math::Matrix& view);
+
     /// Paints one frame into the current draw buffer.
     void draw();
 
     /// The view as a picture of that size, whatever the size of the window. A null image: the capture could
     /// not be made; why is on the error stream.
     QImage picture(const QSize& pixels);
+
+    /// The same for another view than the one that is shown.
+    QImage picture(const QSize& pixels, const Kelvar::Math::Matrix& view);
 
     /// The tree or the view was changed other than through this class.
     void changed() { stale_ = true; }
@@ -67,6 +90,9 @@ public:
 private:
     void refresh();
     void updateProjection();
+    void catchUp();
+    QImage capture(OruSceneEventContext shot, const QSize& pixels);
+    Kelvar::Math::Vector3 pointUnder(const QPoint& pixel) const;
 
     OruScene scene_;
     OruSceneEventContext context_;

@@ -17,6 +17,9 @@ struct InputEvent
         DoubleClick,
         Move,
         Wheel,
+        /// Two fingers that move apart or together, and that turn.
+        Pinch,
+        Turn,
         KeyPress,
         KeyRelease,
         FocusIn,
@@ -24,7 +27,9 @@ struct InputEvent
         Enter,
         Leave,
         /// The window system took the pointer away in the middle of a gesture.
-        Cancel
+        Cancel,
+        /// The person called a gesture off: the view goes back to where it was when the gesture began.
+        Abort
     };
 
     Kind kind = Kind::Cancel;
@@ -35,11 +40,12 @@ struct InputEvent
     /// One word of bits: 1 the first modifier (Ctrl), 2 the second (Shift), any further bit another key.
     unsigned int modifiers = 0;
 
-    /// Where the pointer is, in OpenGL window coordinates, for press, release, move and wheel.
+    /// Where the pointer is, in OpenGL window coordinates, for press, release, move, wheel, pinch and turn.
     QPoint pixel;
 
-    /// Whole steps of the wheel, positive away from the person; or the key, a letter as upper-case ASCII.
-    int amount = 0;
+    /// Steps of the wheel, positive away from the person, or a fraction of one; the factor that a pinch
+    /// enlarges by; the degrees of a turn, counter-clockwise; or the key, a letter as upper-case ASCII.
+    double amount = 0.0;
 };
 
 } // namespace hostkit

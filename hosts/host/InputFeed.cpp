@@ -1,8 +1,10 @@
 #include "hosts/host/InputFeed.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 namespace hostkit {
@@ -12,7 +14,7 @@ using Kind = InputEvent::Kind;
 
 namespace {
 
-/// The operation of the scene that hears of each kind of event; a cancelled gesture has none of its own.
+/// The operation of the scene that hears of each kind of event; the other kinds have none of their own.
 struct KindRow
 {
     Kind kind;
@@ -25,7 +27,6 @@ const KindRow kindRows[] = {
     {Kind::Click, &OruSceneEventHandler::mouseClick},
     {Kind::DoubleClick, &OruSceneEventHandler::mouseDoubleClick},
     {Kind::Move, &OruSceneEventHandler::mouseMove},
-    {Kind::Wheel, &OruSceneEventHandler::mouseWheel},
     {Kind::KeyPress, &OruSceneEventHandler::keyPress},
     {Kind::KeyRelease, &OruSceneEventHandler::keyRelease},
     {Kind::FocusIn, &OruSceneEventHandler::focusIn},
@@ -33,6 +34,12 @@ const KindRow kindRows[] = {
     {Kind::Enter, &OruSceneEventHandler::mouseEnter},
     {Kind::Leave, &OruSceneEventHandler::mouseLeave},
 };
+
+/// Those that change the view below a pointer that stands still.
+bool movesTheView(Kind kind)
+{
+    return kind == Kind::Wheel || kind == Kind::Pinch || kind == Kind::Turn || kind == Kind::KeyPress;
+}
 
 /// Where the pointer is once it has left a view.
 const QPoint outside(-1, -1);
@@ -64,22 +71,70 @@ bool InputFeed::apply(const InputEvent& event)
     if (listener_) {
         listener_(event);
     }
-    if (event.kind == Kind::Cancel) {
-        return endGesture();
-    }
     // What a drag starts from is known; its name would only hang on the pointer.
-    QString& tooltip = host_.context().tooltip;
-    const bool untold = event.kind == Kind::Move && anyHeld() && !tooltip.isEmpty();
-    if (untold) {
-        tooltip.clear();
-    }
+    const bool untold = event.kind == Kind::Move && anyHeld() && dropTooltip();
     feedMouse(event);
-    for (const KindRow& row : kindRows) {
-        if (row.kind == event.kind) {
-            return host_.send(row.operation) || untold;
-        }
+    const bool changed = dispatch(event) || untold;
+    return movesTheView(event.kind) ? hoverAgain() || changed : changed;
+}
+
+bool InputFeed::dropTooltip()
+{
+    QString& tooltip = host_.context().tooltip;
+    const bool shown = !tooltip.isEmpty();
+    tooltip.clear();
+    return shown;
+}
+
+bool InputFeed::dispatch(const InputEvent& event)
+{
+    switch (event.kind) {
+    case Kind::Wheel:
+        return turnWheel(event.amount, event.pixel);
+    case Kind::Pinch:
+        return host_.zoomAbout(event.pixel, event.amount);
+    case Kind::Turn:
+        return host_.turnAbout(event.pixel, event.amount);
+    case Kind::Cancel:
+        return endGesture();
+    case Kind::Abort:
+        return abortGesture();
+    default:
+        break;
     }
-    return untold;
+    const KindRow* const row = std::find_if(std::begin(kindRows), std::end(kindRows),
+                                            [&](const KindRow& each) { return each.kind == event.kind; });
+    return row != std::end(kindRows) && host_.send(row->operation);
+}
+
+/// Whole steps are wheel events of the scene; the rest of a step is that share of one.
+bool InputFeed::turnWheel(double steps, const QPoint& pixel)
+{
+    OruSceneEventContext& ctx = host_.context();
+    const OruSceneZpr& zpr = host_.scene().zpr;
+    const double whole = std::trunc(steps);
+    // The scene's wheel makes the picture smaller when it turns away from the person.
+    const int away = steps > 0.0 ? -1 : 1;
+    bool changed = false;
+    for (double step = std::abs(whole); step > 0.0; --step) {
+        ctx.mouse.wheel(away, ctx.mouse.curmodifier(), pixel);
+        changed |= host_.wheelAbout(pixel);
+    }
+    const double rest = zpr.zoomInvert.value() ? whole - steps : steps - whole;
+    return rest == 0.0 ? changed
+                       : host_.zoomAbout(pixel, std::pow(zpr.zoomWheelFactor.value(), rest)) || changed;
+}
+
+bool InputFeed::hoverAgain()
+{
+    OruSceneEventContext& ctx = host_.context();
+    if (anyHeld()) {
+        return false;
+    }
+    // The scene asks for no hover while a key modifies the pointer.
+    const bool untold = ctx.keyModifiers != 0 && dropTooltip();
+    ctx.mouse.move(ctx.mouse.curpos(), ctx.mouse.curmodifier());
+    return host_.send(&OruSceneEventHandler::mouseMove) || untold;
 }
 
 /// Brings the pointer and the keys of the context to where the event has them.
@@ -89,6 +144,9 @@ void InputFeed::feedMouse(const InputEvent& event)
     const auto modifier = static_cast<KeyModifier>(event.modifiers);
     switch (event.kind) {
     case Kind::Press:
+        if (!anyHeld()) {
+            viewBefore_ = host_.view();
+        }
         held_[slot(event.button)] = Held{true, event.pixel};
         ctx.mouse.press(event.button, modifier, event.pixel);
         break;
@@ -100,12 +158,16 @@ void InputFeed::feedMouse(const InputEvent& event)
         ctx.mouse.move(event.pixel, modifier);
         break;
     case Kind::Wheel:
-        ctx.mouse.wheel(event.amount * wheelStep, modifier, event.pixel);
+        ctx.mouse.move(event.pixel, modifier);
         break;
+    case Kind::Pinch:
+    case Kind::Turn:
+        ctx.mouse.move(event.pixel, ctx.mouse.curmodifier());
+        return;
     case Kind::KeyPress:
     case Kind::KeyRelease:
         ctx.mouse.setModifier(modifier);
-        ctx.key = event.amount;
+        ctx.key = static_cast<int>(event.amount);
         break;
     default:
         return; // leaves the modifiers as the last event had them
@@ -144,16 +206,19 @@ bool InputFeed::move(unsigned int modifiers, const QPoint& pixel)
     return apply({Kind::Move, OruMouse::ButtonPick, modifiers, pixel, 0});
 }
 
-bool InputFeed::wheel(int eighths, unsigned int modifiers, const QPoint& pixel)
+bool InputFeed::wheel(double steps, unsigned int modifiers, const QPoint& pixel)
 {
-    turned_ += eighths;
-    bool repaint = false;
-    while (std::abs(turned_) >= wheelStep) {
-        const int step = turned_ > 0 ? 1 : -1;
-        turned_ -= step * wheelStep;
-        repaint |= apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, step});
-    }
-    return repaint;
+    return steps != 0.0 && apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, steps});
+}
+
+bool InputFeed::pinch(double factor, const QPoint& pixel)
+{
+    return factor > 0.0 && factor != 1.0 && apply({Kind::Pinch, OruMouse::ButtonPick, 0, pixel, factor});
+}
+
+bool InputFeed::turn(double degrees, const QPoint& pixel)
+{
+    return degrees != 0.0 && apply({Kind::Turn, OruMouse::ButtonPick, 0, pixel, degrees});
 }
 
 bool InputFeed::keyPress(int key, unsigned int modifiers)
@@ -183,6 +248,11 @@ bool InputFeed::cancel()
     return anyHeld() && apply(plainEvent(Kind::Cancel));
 }
 
+bool InputFeed::abort()
+{
+    return anyHeld() && apply(plainEvent(Kind::Abort));
+}
+
 bool InputFeed::anyHeld() const
 {
     return std::any_of(held_.begin(), held_.end(), [](const Held& button) { return button.down; });
@@ -209,6 +279,13 @@ bool InputFeed::endGesture()
         std::rethrow_exception(thrown);
     }
     return repaint;
+}
+
+/// The view goes back ahead of the release, so that the edit session of the gesture ends as it began.
+bool InputFeed::abortGesture()
+{
+    const bool turned = host_.setView(viewBefore_);
+    return endGesture() || turned;
 }
 
 } // namespace hostkit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/core/OruMouse.h"
+#include "contracts/math/Matrix.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/host/InputEvent.h"
 #include "hosts/host/kelvar_host_api.h"
@@ -20,9 +21,6 @@ namespace hostkit {
 class KELVAR_HOST_API InputFeed
 {
 public:
-    /// One step of a common wheel, in eighths of a degree.
-    static constexpr int wheelStep = 120;
-
     /// Hears of every event before the scene does.
     using Listener = std::function<void(const InputEvent&)>;
 
@@ -51,8 +49,13 @@ public:
     /// With a button held it is a drag, and the tooltip goes.
     bool move(unsigned int modifiers, const QPoint& pixel);
 
-    /// Sums small turns, as touchpads report them, to whole steps and sends each step.
-    bool wheel(int eighths, unsigned int modifiers, const QPoint& pixel);
+    /// Turns the wheel by that many steps, positive away from the person, which enlarges what lies under the
+    /// pointer. A fraction of a step, as fine wheels and touchpads report it, zooms by that fraction.
+    bool wheel(double steps, unsigned int modifiers, const QPoint& pixel);
+
+    /// Two fingers: enlarges what lies between them by `factor`, or turns it counter-clockwise, in degrees.
+    bool pinch(double factor, const QPoint& pixel);
+    bool turn(double degrees, const QPoint& pixel);
 
     /// `key` is a letter as upper-case ASCII, or any other code.
     bool keyPress(int key, unsigned int modifiers);
@@ -63,11 +66,21 @@ public:
     /// The pointer came into the view, or left it. Leaving with no button held ends the hover as well.
     bool enter(bool in);
 
+    /// A gesture is under way: some button is held.
+    bool gesture() const { return anyHeld(); }
+
     bool held(OruMouse::Button button) const { return held_[slot(button)].down; }
 
     /// Ends a gesture that the window system took away: the rubber band goes, and every held button gets its
     /// release, so that no box zoom runs and no edit session stays open.
     bool cancel();
+
+    /// As cancel(), and the view goes back to where it was when the gesture began: what Esc does.
+    bool abort();
+
+    /// Asks anew what lies under the pointer, which stands still while the view changed: no tooltip of
+    /// something that is no longer there stays. Nothing happens while a button is held.
+    bool hoverAgain();
 
 private:
     struct Held
@@ -79,13 +92,18 @@ private:
     bool anyHeld() const;
     static std::size_t slot(OruMouse::Button button) { return static_cast<std::size_t>(button - 1); }
     void feedMouse(const InputEvent& event);
+    bool dropTooltip();
+    bool dispatch(const InputEvent& event);
+    bool turnWheel(double steps, const QPoint& pixel);
     bool endGesture();
+    bool abortGesture();
 
     HostScene& host_;
     Listener listener_;
     std::array<Held, 3> held_;
     int dragThreshold_ = 4;
-    int turned_ = 0;
+    /// The view when the first of the held buttons went down.
+    Kelvar::Math::Matrix viewBefore_;
 };
 
 } // namespace hostkit

@@ -3,8 +3,8 @@
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputFeed.h"
-#include "hosts/host/LiveView.h"
 #include "hosts/host/OffscreenView.h"
+#include "hosts/host/SceneWindow.h"
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/ModelImporter.h"
@@ -14,6 +14,7 @@
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QSaveFile>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -54,6 +55,25 @@ QString titleOf(const QStringList& models)
     return names.join(QStringLiteral(", "));
 }
 
+/// Ctrl+Q closes it.
+class ViewerWindow : public hostkit::SceneWindow
+{
+public:
+    explicit ViewerWindow(const QString& images)
+        : SceneWindow(QString(), images, QString())
+    {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Q && event->modifiers() == Qt::ControlModifier) {
+            close();
+        } else {
+            SceneWindow::keyPressEvent(event);
+        }
+    }
+};
+
 std::vector<Model> takeModels(hostkit::ImportJob& job)
 {
     try {
@@ -67,7 +87,7 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
     }
 }
 
-void tellLoading(hostkit::LiveView& view, LoadingReport& report, const QString& title, float share)
+void tellLoading(hostkit::SceneWindow& view, LoadingReport& report, const QString& title, float share)
 {
     report.tell(share);
     if (report.due()) {
@@ -177,7 +197,7 @@ Viewer::ExitCode Viewer::showWindow()
     std::exception_ptr failure;
     bool loaded = false;
 
-    hostkit::LiveView view(QString(), images_, QString());
+    ViewerWindow view(images_);
     view.setTitle(title);
     view.resize((QSizeF(options_.size) / view.devicePixelRatio()).toSize());
 
@@ -187,7 +207,7 @@ Viewer::ExitCode Viewer::showWindow()
     const auto finish = [&](HostScene& host) {
         fill(host, takeModels(job));
         view.setInputListener(startRecording(host));
-        playGestures(*view.input(), sizeOf(host));
+        playGestures(view.input(), sizeOf(host));
         loaded = true;
         view.setTitle(title);
         return true;
@@ -214,7 +234,7 @@ Viewer::ExitCode Viewer::showWindow()
         job.cancel();
         view.close();
     });
-    view.setReadyListener([&](HostScene&) { poll.start(pollMilliseconds); });
+    poll.start(pollMilliseconds);
     view.show();
     QCoreApplication::exec();
     if (failure) {
@@ -300,8 +320,7 @@ void Viewer::playGestures(hostkit::InputFeed& input, const QSize& view) const
         if (gesture.wheelSteps == 0) {
             playDrag(input, gesture, view);
         } else {
-            input.wheel(gesture.wheelSteps * hostkit::InputFeed::wheelStep, 0,
-                        QPoint(view.width() / 2, view.height() / 2));
+            input.wheel(gesture.wheelSteps, 0, QPoint(view.width() / 2, view.height() / 2));
         }
     }
 }

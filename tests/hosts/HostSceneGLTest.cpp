@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 using namespace hostkit;
@@ -171,7 +172,7 @@ TEST_F(HostSceneGLTest, KeepsTheProjectionInStepAndNeverWritesAStaleViewBack)
     EXPECT_EQ(count("edit matrix"), 0);
 
     host->setSize(QSize(200, 300));
-    input.wheel(-InputFeed::wheelStep, 0, QPoint(10, 10));
+    input.wheel(1, 0, QPoint(10, 10));
     host->draw();
     const OruSceneEventContext& ctx = host->context();
     EXPECT_EQ(ctx.viewport.width, 200);
@@ -268,19 +269,63 @@ TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsMissing)
     EXPECT_THAT(error.toStdString(), testing::HasSubstr("no property \"textinfo\""));
 }
 
-TEST_F(HostSceneGLTest, SumsSmallTurnsOfTheWheel)
+TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)
 {
-    const auto scale = [&] {
-        return host->context().modelView.transformDirection(Vector3(1, 0, 0)).length();
+    const QPoint pixel = pixelOf(right);
+    const Vector3 orbit = host->context().center;
+    const struct
+    {
+        const char* name;
+        std::function<bool()> act;
+        double scale;
+        double degrees;
+    } rows[] = {
+        {"a step", [&] { return input.wheel(1, 0, pixel); }, 1.1, 0},
+        {"a part of a step, with a key", [&] { return input.wheel(0.25, 1, pixel); }, std::pow(1.1, 0.25), 0},
+        {"two and a half back", [&] { return input.wheel(-2.5, 0, pixel); }, std::pow(1.1, -2.5), 0},
+        {"fingers apart", [&] { return input.pinch(1.5, pixel); }, 1.5, 0},
+        {"fingers turn", [&] { return input.turn(30, pixel); }, 1, 30},
     };
-    const float start = scale();
-    /// Each turn and the steps since the start.
-    const std::pair<int, int> rows[] = {
-        {-50, 0}, {-50, 0}, {-50, 1}, {-90 - 2 * InputFeed::wheelStep, 4}, {120, 3}};
-    for (const auto& [turn, steps] : rows) {
-        EXPECT_EQ(input.wheel(turn, 0, QPoint(10, 10)), steps != 0) << turn;
-        EXPECT_NEAR(scale(), start * std::pow(1.1f, steps), 1e-5f) << turn;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Vector3 before = windowOf(right + Vector3(1, 0, 0)) - windowOf(right);
+        EXPECT_TRUE(row.act());
+        host->draw();
+        const Vector3 after = windowOf(right + Vector3(1, 0, 0)) - windowOf(right);
+        EXPECT_LE((pixelOf(right) - pixel).manhattanLength(), 2);
+        EXPECT_NEAR(after.length() / before.length(), row.scale, 1e-3);
+        EXPECT_NEAR(std::atan2(after.y, after.x) - std::atan2(before.y, before.x),
+                    row.degrees * 3.14159265 / 180, 1e-3);
+        EXPECT_EQ(host->context().center, orbit);
     }
+    EXPECT_FALSE(input.wheel(0, 0, pixel));
+    EXPECT_FALSE(input.pinch(-1, pixel));
+}
+
+TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
+{
+    input.move(0, pixelOf(Vector3()));
+    ASSERT_EQ(host->context().tooltip, "") << "between the cubes";
+    EXPECT_TRUE(input.keyPress('X', 0));
+    EXPECT_NE(host->context().tooltip, "") << "one cube behind the other";
+    EXPECT_TRUE(input.keyPress('Z', 0));
+    EXPECT_EQ(host->context().tooltip, "");
+    input.move(0, pixelOf(left));
+    ASSERT_NE(host->context().tooltip, "");
+    EXPECT_TRUE(input.wheel(0.1, 1, pixelOf(left))) << "with a key held nothing is hovered";
+    EXPECT_EQ(host->context().tooltip, "");
+}
+
+TEST_F(HostSceneGLTest, CallsAGestureOffAndLeavesTheViewWhereItBegan)
+{
+    const Matrix view = host->scene().viewpoint("viewpoint");
+    input.press(OruMouse::ButtonView, 0, QPoint(20, 200));
+    EXPECT_TRUE(input.move(0, QPoint(120, 150)));
+    EXPECT_NE(host->scene().viewpoint("viewpoint"), view);
+    EXPECT_TRUE(input.abort());
+    EXPECT_EQ(host->scene().viewpoint("viewpoint"), view);
+    EXPECT_EQ(count("begin"), count("end"));
+    EXPECT_FALSE(input.abort()) << "nothing is held any more";
 }
 
 TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)

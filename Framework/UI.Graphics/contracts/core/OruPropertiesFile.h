@@ -2,6 +2,7 @@
 
 #include "contracts/core/kelvar_core_api.h"
 
+#include <QByteArray>
 #include <QString>
 
 class OruProperties;
@@ -48,6 +49,10 @@ public:
     /// The whole file is checked first; one that is damaged, too large, too new, of another shape, or that
     /// gives a node another type than the tree has is refused, and the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
+
+    /// What save() writes, and load() reads, as a text; `file` stands for its name in errors.
+    static QByteArray text(const OruProperties& root);
+    static bool load(OruProperties& root, const QByteArray& text, const QString& file, QString* error);
 
 private:
     static QJsonObject describe(const OruProperties& node);
