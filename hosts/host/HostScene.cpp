@@ -1,7 +1,15 @@
 #include "hosts/host/HostScene.h"
 
 #include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/ogl/OruOglFunctions.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <boost/shared_ptr.hpp>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <array>
@@ -39,10 +47,38 @@ Matrix fromAboveFrontRight()
     return Matrix::rotate(Kelvar::Math::VectorZ, -45.0f) * Matrix::rotate(Kelvar::Math::VectorX, tilt);
 }
 
+/// Opens an edit session and closes it.
+class EditSession
+{
+public:
+    explicit EditSession(IOruVisPropertyEdit& editor)
+        : editor_(editor)
+    {
+        editor_.beginEdit();
+    }
+    ~EditSession() { editor_.endEdit(); }
+    EditSession(const EditSession&) = delete;
+    EditSession& operator=(const EditSession&) = delete;
+
+private:
+    IOruVisPropertyEdit& editor_;
+};
+
+/// The folder that is installed with this library.
+QString installedImages()
+{
+    Dl_info self;
+    if (dladdr(reinterpret_cast<void*>(&installedImages), &self) == 0) {
+        return QString();
+    }
+    const QDir folder = QFileInfo(QFile::decodeName(self.dli_fname)).dir();
+    return QDir::cleanPath(folder.filePath(QStringLiteral(KELVAR_IMAGES_FROM_LIBRARY)));
+}
+
 } // namespace
 
 HostScene::HostScene(const QString& fonts, const QString& images, const QString& user)
-    : scene_(fonts, images, user)
+    : scene_(fonts, images.isEmpty() ? installedImages() : images, user)
 {}
 
 void HostScene::setSize(const QSize& pixels)
@@ -188,23 +224,43 @@ bool HostScene::save(const QString& file, QString* error) const
     return OruPropertiesFile::save(scene_, file, error);
 }
 
-bool HostScene::setValue(const QString& path, const QString& value, QString* error)
+HostScene::Place HostScene::placeOf(const QString& path)
 {
     const int slash = path.lastIndexOf(QLatin1Char('/'));
-    const QString node = slash < 0 ? QString() : path.left(slash);
-    const QString key = path.mid(slash + 1);
-    OruProperties* properties = scene_.find(node);
-    if (!properties) {
-        *error = QStringLiteral("there is no node \"%1\"").arg(node);
+    const QString nodePath = slash < 0 ? QString() : path.left(slash);
+    return {scene_.find(nodePath), nodePath, path.mid(slash + 1)};
+}
+
+bool HostScene::setValue(const QString& path, const QString& value, QString* error)
+{
+    const Place place = placeOf(path);
+    if (!place.node) {
+        *error = QStringLiteral("there is no node \"%1\"").arg(place.nodePath);
         return false;
     }
-    if (!properties->string().defined(key)) {
-        *error = QStringLiteral("\"%1\" has no property \"%2\"").arg(node, key);
+    if (!place.node->string().defined(place.key)) {
+        *error = QStringLiteral("\"%1\" has no property \"%2\"").arg(place.nodePath, place.key);
         return false;
     }
-    properties->setValue(key, value);
-    stale_ = true;
+    if (!accepts(path, value, error)) {
+        return false;
+    }
+    edit(*place.node, place.key, value);
     return true;
+}
+
+void HostScene::edit(OruProperties& node, const QString& key, const QString& value)
+{
+    const boost::shared_ptr<IOruVisPropertyEdit> editor = scene_.render.editor();
+    const EditSession session(*editor);
+    editor->editValue(&scene_.render.visualizations, &node, key, value);
+    stale_ = true;
+}
+
+bool HostScene::accepts(const QString& path, const QString& value, QString* error)
+{
+    const Place place = placeOf(path);
+    return !place.node || place.node->kind(place.key).accepts(value, error);
 }
 
 void HostScene::refresh()

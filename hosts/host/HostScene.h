@@ -83,11 +83,27 @@ public:
     bool load(const QString& file, QString* error);
     bool save(const QString& file, QString* error) const;
 
-    /// Sets a property by the path of its node and its key, as in "render/textInfo". False: there is no such
-    /// property, `error` says what is missing.
+    /// Edits a property by the path of its node and its key, as in "render/textInfo". False: there is no such
+    /// property, or it cannot have that value; `error` says what is missing or wanted.
     bool setValue(const QString& path, const QString& value, QString* error);
 
+    /// Changes a property as an interaction does: through the scene's editor, in an edit session, so that it
+    /// can be undone. `node` belongs to this scene; the value is not checked.
+    void edit(OruProperties& node, const QString& key, const QString& value);
+
+    /// Whether setValue would not refuse the value once the property exists. False: the property exists, and
+    /// `error` says what it wants.
+    bool accepts(const QString& path, const QString& value, QString* error);
+
 private:
+    /// A path split into its node, null when there is none, and the key.
+    struct Place
+    {
+        OruProperties* node;
+        QString nodePath;
+        QString key;
+    };
+    Place placeOf(const QString& path);
     void refresh();
     void updateProjection();
     void catchUp();

@@ -154,7 +154,6 @@ Viewer::ExitCode Viewer::run()
 
 Viewer::ExitCode Viewer::makePicture()
 {
-    const std::vector<Model> models = loadModels();
     hostkit::OffscreenView view(options_.size.boundedTo(largestHidden));
     const int largest = hostkit::GlPlatform::largestPicture();
     if (std::max(options_.size.width(), options_.size.height()) > largest) {
@@ -163,7 +162,8 @@ Viewer::ExitCode Viewer::makePicture()
     }
     HostScene host(QString(), images_, QString());
     host.setSize(options_.size);
-    fill(host, models);
+    checkSettings(host);
+    fill(host, loadModels());
     hostkit::InputFeed input(host);
     input.setListener(startRecording(host));
     playGestures(input, options_.size);
@@ -214,6 +214,7 @@ Viewer::ExitCode Viewer::showWindow()
     };
     const auto look = [&] {
         try {
+            view.run([this](HostScene& host) { return checkSettings(host); });
             if (!job.finished()) {
                 tellLoading(view, report, title, job.share());
                 return;
@@ -250,6 +251,26 @@ Viewer::ExitCode Viewer::showWindow()
     return Done;
 }
 
+/// Refuses settings that can be told to be wrong without the models; never asks for a repaint.
+bool Viewer::checkSettings(HostScene& host) const
+{
+    QString reason;
+    for (std::size_t i = 0; i < options_.settings.size(); ++i) {
+        if (!host.accepts(options_.settings[i].first, options_.settings[i].second, &reason)) {
+            throw badSetting(i, reason);
+        }
+    }
+    return false;
+}
+
+/// The settings of a recording come first.
+Viewer::Failure Viewer::badSetting(std::size_t index, const QString& reason) const
+{
+    const bool recorded = replay_ && index < replay_->settings.size();
+    const QString origin = recorded ? options_.replayFile + QStringLiteral(": set") : QStringLiteral("--set");
+    return Failure(BadInput, QStringLiteral("%1 %2: %3").arg(origin, options_.settings[index].first, reason));
+}
+
 void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
 {
     hostkit::ModelParts parts(host.scene().render.visualizations);
@@ -268,9 +289,9 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }
-    for (const auto& setting : options_.settings) {
-        if (!host.setValue(setting.first, setting.second, &error)) {
-            throw Failure(BadInput, QStringLiteral("--set %1: %2").arg(setting.first, error));
+    for (std::size_t i = 0; i < options_.settings.size(); ++i) {
+        if (!host.setValue(options_.settings[i].first, options_.settings[i].second, &error)) {
+            throw badSetting(i, error);
         }
     }
     if (!options_.position.isEmpty()) {

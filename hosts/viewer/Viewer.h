@@ -46,6 +46,8 @@ private:
     ExitCode makePicture();
     ExitCode showWindow();
     std::vector<hostkit::Model> loadModels() const;
+    bool checkSettings(hostkit::HostScene& host) const;
+    Failure badSetting(std::size_t index, const QString& reason) const;
     void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;

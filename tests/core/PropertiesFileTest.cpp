@@ -1,4 +1,5 @@
 #include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "tests/core/TreeSupport.h"
 
 #include <QFile>
@@ -11,6 +12,8 @@
 #include <memory>
 
 namespace {
+
+constexpr OruPropertyKind sizes = OruPropertyKind::of<float>().from(0.0);
 
 /// Makes children of type "leaf" and "branch"; the maker of "refused" gives a child whose insertion fails.
 struct Branch : Named
@@ -36,6 +39,7 @@ struct Branch : Named
         }
         auto* child = new OruProperties(group);
         child->setType(childType);
+        child->string().setKind("size", sizes);
         return child;
     }
     int inserts = 0;
@@ -250,6 +254,13 @@ TEST_F(OruPropertiesFileTest, RefusesBadContentWithItsPlaceAndLeavesTheTree)
         {"name with slash", head + "{'children': [{'name': 'a/b'}]}}", "3:33", "'/'"},
         {"name twice", head + "{'children': [{'name': 'a'},\n{'name': 'a'}]}}", "4:10", "second child"},
         {"child's type", head + "{'children': [{'name': 'child', 'type': 'x'}]}}", "3:50", "'branch'"},
+        {"another kind", head + "{'values': {'good': '1', 'size': 'x'}}}", "3:43",
+         "size must be a number from 0, not 'x'"},
+        {"another kind, with a unit", head + "{'values': {'size': {'value': -1}}}}", "3:30", "size must be"},
+        {"in a child to be made",
+         head + "{'children': [{'name': 'new', 'type': 'branch', 'children': [\n"
+                "{'name': 'b', 'type': 'leaf', 'values': {'size': true}}]}]}}",
+         "4:50", "new/b/size must be a number from 0, not 'true'"},
         {"bad below good",
          head + "{'values': {'good': '1'}, 'children': [{'name': '\xc3\xa4[{\\'\\\\', 'children': [\n"
                 "{'name': 'b', 'flags': 'x'}]}]}}",
@@ -258,6 +269,7 @@ TEST_F(OruPropertiesFileTest, RefusesBadContentWithItsPlaceAndLeavesTheTree)
     auto* child = new Branch(group, "child");
     root.insert(child, false);
     root.string().setValue("good", "old");
+    root.string().setKind("size", sizes);
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
         write(QByteArray(row.text).replace('\'', '"'));

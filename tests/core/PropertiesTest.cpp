@@ -1,4 +1,7 @@
+#include "contracts/core/OruDebugLogger.h"
+#include "contracts/debug/logger.h"
 #include "tests/core/TreeSupport.h"
+#include "tests/debug/RecordingSink.h"
 
 #include <gtest/gtest.h>
 
@@ -63,6 +66,9 @@ struct OruPropertiesTest : testing::Test
 TEST_F(OruPropertiesTest, RefusedOperationsChangeNothing)
 {
     Named sameName(group, "list");
+    sameName.setType("twin");
+    const auto sink = std::make_shared<RecordingSink>();
+    oru::debug_logger::debuglogger().setSink(sink);
     const std::pair<const char*, std::function<bool()>> cases[] = {
         {"insert null", [&] { return root.insert(nullptr, true); }},
         {"insert itself", [&] { return loose.insert(&loose, true); }},
@@ -88,6 +94,8 @@ TEST_F(OruPropertiesTest, RefusedOperationsChangeNothing)
         EXPECT_EQ(root.subtreeRevision(), before);
         EXPECT_EQ(events, Names{});
     }
+    oru::debug_logger::debuglogger().setSink(nullptr);
+    EXPECT_EQ(sink->lines, Names{R"(E "list" of type "twin" is refused: "list" of type "" bears that name)"});
 }
 
 TEST_F(OruPropertiesTest, ChildrenKeepTheirOrderAndAreFoundByNameAndPath)
@@ -245,6 +253,6 @@ TEST_F(OruPropertiesStringTest, KeysUnitsAndSlotsThroughARemoval)
     EXPECT_TRUE(store.remove("b"));
     EXPECT_FALSE(store.remove("b"));
     EXPECT_FALSE(store.defined("b"));
-    EXPECT_EQ(store.getUnit("b", "none"), QString());
+    EXPECT_EQ(store.getUnit("b", "none"), QString("none"));
     EXPECT_EQ(&store.slot("b"), slot) << "the slot stays where it is";
 }

@@ -11,14 +11,16 @@ using Kelvar::UI::Toolkit::KeyModifier;
 
 namespace {
 
-/// One type's default, another value, their texts, and what a read yields when the key is gone.
+/// What one type wants, its default, another value, their texts, and what a read yields when the key is gone.
 template <typename T>
-void checkType(const char* what, const T& initial, const char* initialText, const T& other, const T& fallback)
+void checkType(const char* wanted, const T& initial, const char* initialText, const T& other,
+               const T& fallback)
 {
-    SCOPED_TRACE(what);
+    SCOPED_TRACE(initialText);
     OruModifiedGroup group;
     OruProperties node(group);
     OruPropertyAdaptor<T> adaptor(node, "key", initial, QString());
+    EXPECT_EQ(node.kind("key").wanted(), QString(wanted));
     EXPECT_EQ(textOf(node, "key"), QString(initialText));
     EXPECT_EQ(adaptor.value(), initial);
     adaptor.setValue(other);
@@ -40,17 +42,17 @@ struct OruPropertyAdaptorTest : testing::Test
 
 TEST_F(OruPropertyAdaptorTest, EveryTypeWritesReadsAndFallsBack)
 {
-    checkType<double>("double", 1.1, "1.1", -0.25, 0.0);
-    checkType<float>("float", 0.1f, "0.1", 3e38f, 0.0f);
-    checkType<int>("int", 46, "46", -7, 0);
-    checkType<bool>("bool", true, "true", false, false);
-    checkType<QString>("text", "a b", "a b", "", QString());
-    checkType<QColor>("colour", Qt::black, "#ff000000", QColor(1, 2, 3, 4), QColor());
-    checkType<OruMouse::Button>("button", OruMouse::ButtonView, "3", OruMouse::ButtonPick,
+    checkType<double>("a number", 1.1, "1.1", -0.25, 0.0);
+    checkType<float>("a number", 0.1f, "0.1", 3e38f, 0.0f);
+    checkType<int>("a whole number", 46, "46", -7, 0);
+    checkType<bool>("true or false", true, "true", false, false);
+    checkType<QString>("any text", "a b", "a b", "", QString());
+    checkType<QColor>("a colour like #rrggbb", Qt::black, "#ff000000", QColor(1, 2, 3, 4), QColor());
+    checkType<OruMouse::Button>("a whole number", OruMouse::ButtonView, "3", OruMouse::ButtonPick,
                                 static_cast<OruMouse::Button>(0));
-    checkType<KeyModifier>("modifier", Kelvar::UI::Toolkit::ModifierSecond, "2",
+    checkType<KeyModifier>("a whole number", Kelvar::UI::Toolkit::ModifierSecond, "2",
                            static_cast<KeyModifier>(1 << 20), Kelvar::UI::Toolkit::ModifierNone);
-    checkType<Matrix>("matrix", Matrix::Identity, "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1",
+    checkType<Matrix>("16 numbers separated by blanks", Matrix::Identity, "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1",
                       Matrix::rotate(Vector3(1, 2, 3), 40.0f), Matrix::Identity);
 }
 

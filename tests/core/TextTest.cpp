@@ -111,13 +111,13 @@ TEST_F(OruTextTest, ReadsWholeTextsOnly)
                           {"1,5", "1.5x", "", "0x10", "1e999", "1 2", "1.5\u0661"});
     checkReadings<int>(77, {{"-12", -12}, {"2147483647", 2147483647}}, {"1.0", "2147483648", ""});
     checkReadings<bool>(true, {{"true", true}, {"1", true}, {" 0 ", false}}, {"yes", ""});
-    checkReadings<QColor>(
-        QColor(1, 2, 3),
-        {{"#80102030", QColor(16, 32, 48, 128)},
-         {"#102030", QColor(16, 32, 48)},
-         {"red", QColor(255, 0, 0)},
-         {"", QColor()}},
-        {"#8010203", "#8010203g", "rgb ffff 0 0 0 0", "rgb ffff 0000 0000 0000", "nothing"});
+    checkReadings<QColor>(QColor(1, 2, 3),
+                          {{"#80102030", QColor(16, 32, 48, 128)},
+                           {"#102030", QColor(16, 32, 48)},
+                           {"red", QColor(255, 0, 0)},
+                           {"", QColor()}},
+                          {"#8010203", "#8010203g", "#0x1234ab", "#+1234567", "rgb ffff 0 0 0 0",
+                           "rgb ffff 0000 0000 0000", "rgb ffff 0x12 0000 0000 0000", "nothing"});
     const Matrix shifted = Matrix::translate(Kelvar::Math::Vector3(1.0f, 2.0f, 3.0f));
     checkReadings<Matrix>(Matrix::OrientXZ, {{"1 0 0 0  0 1 0 0\n0 0 1 0 1 2 3 1", shifted}},
                           {"1 0 0 0 0 1 0 0 0 0 1 0 1 2 3", "1 0 0 0 0 1 0 0 0 0 1 0 1 2 3 1 0",

@@ -260,13 +260,28 @@ TEST_F(HostSceneGLTest, SavesAndLoadsTheWholeState)
     EXPECT_FALSE(other.load(folder.filePath("missing.json"), &error));
 }
 
-TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsMissing)
+TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsWrong)
 {
-    QString error;
-    EXPECT_FALSE(host->setValue("nowhere/textInfo", "true", &error));
-    EXPECT_THAT(error.toStdString(), testing::HasSubstr("no node \"nowhere\""));
-    EXPECT_FALSE(host->setValue("render/textinfo", "true", &error));
-    EXPECT_THAT(error.toStdString(), testing::HasSubstr("no property \"textinfo\""));
+    const struct
+    {
+        const char* path;
+        const char* value;
+        const char* reason;
+        bool accepted; ///< for when the property exists
+    } rows[] = {
+        {"nowhere/textInfo", "true", "there is no node \"nowhere\"", true},
+        {"render/textinfo", "true", "\"render\" has no property \"textinfo\"", true},
+        {"render/pickSize", "perhaps", "must be a number from 0, not \"perhaps\"", false},
+        {"render/visualization/cube/movable", "2", "must be true or false, not \"2\"", false},
+    };
+    for (const auto& row : rows) {
+        QString error;
+        const std::uint64_t before = host->scene().subtreeRevision();
+        EXPECT_EQ(host->accepts(row.path, row.value, &error), row.accepted);
+        EXPECT_FALSE(host->setValue(row.path, row.value, &error));
+        EXPECT_EQ(error.toStdString(), row.reason);
+        EXPECT_EQ(host->scene().subtreeRevision(), before);
+    }
 }
 
 TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)

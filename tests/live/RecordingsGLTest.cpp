@@ -127,3 +127,25 @@ TEST(Recordings, EndAlikeEachTimeAndAsTheyShould)
         EXPECT_EQ(larger.picture.height(), 700);
     }
 }
+
+TEST(Recordings, AndTheCommandLineSetNothingWrong)
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath("recording.txt"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("kelvar-recording 1\nsize 320x240\nset render/background=nocolour\n");
+    file.close();
+    const std::pair<QStringList, const char*> rows[] = {
+        {{"--set", "zpr/zoomInvert=maybe"}, "--set zpr/zoomInvert: must be true or false, not \"maybe\"\n"},
+        {{"--replay", file.fileName()},
+         "recording.txt: set render/background: must be a colour like #rrggbb"},
+    };
+    for (const auto& [options, reason] : rows) {
+        QProcess viewer;
+        // Nobody gets as far as the model, which is not there.
+        viewer.start(kelvartest::viewerProgram(), QStringList("missing.stl") + options);
+        EXPECT_TRUE(viewer.waitForFinished(-1));
+        EXPECT_EQ(viewer.exitCode(), 2);
+        EXPECT_THAT(viewer.readAllStandardError().toStdString(), testing::HasSubstr(reason));
+    }
+}

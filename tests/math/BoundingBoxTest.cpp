@@ -21,6 +21,10 @@ TEST(BoundingBox, UndefinedHoldsNothing)
 
     box = Box;
     box.defined() = false;
+    box.defined() = true;
+    EXPECT_EQ(BoundingBox(Vector0, Vector0), box);
+    box = Box;
+    box.defined() = false;
     EXPECT_EQ(Vector0, box.center());
     EXPECT_EQ(0.0f, box.width());
     box.add(BoundingBox());

@@ -1,6 +1,9 @@
 // The tree of a new scene, viewpoints, the editors, and the settings of the render.
 
+#include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
+#include "contracts/vis/OruVisTriad.h"
 #include "contracts/vis/OruVisViewpoint.h"
 #include "tests/scene/SceneFixture.h"
 
@@ -39,32 +42,49 @@ TEST_F(SceneTreeGLTest, DefaultTree)
     EXPECT_EQ(fresh.mode(), 3);
 }
 
-TEST_F(SceneTreeGLTest, DefaultValuesByPath)
+TEST_F(SceneTreeGLTest, DefaultValuesByPathAndWhatTheyWant)
 {
-    const char* const rows[][3] = {
-        {"render", "background", "#ff000000"},
-        {"render", "textInfo", "false"},
-        {"render", "pickSize", "3"},
-        {"render", "decimalSeparator", "46"},
-        {"render", "significantDigits", "-1"},
-        {"render/visualization/lights/light.1", "visible", "true"},
-        {"render/visualization/kelvar logo", "visible", "false"},
-        {"render/visualization/kelvar logo", "file", "logoKelvar.png"},
-        {"render/visualization/kelvar logo", "order", "1000"},
-        {"render/visualization/kelvar logo", "alignment", "34"},
-        {"render/visualization/kelvar logo", "height", "64"},
-        {"render/visualization/kelvar logo", "minimumHeight", "16"},
-        {"render/visualization/kelvar logo", "marginTop", "4"},
-        {"zpr", "zoomMove", "0.01"},
-        {"zpr", "zoomWheelFactor", "1.1"},
+    const char* const buttons = "one of: 0 (none), 1 (pick), 2 (context), 3 (view)";
+    const char* const modifiers = "a whole number such as 0 (none), 1 (first), 2 (second), 3 (both)";
+    const char* const rows[][4] = {
+        {"render", "background", "#ff000000", "a colour like #rrggbb"},
+        {"render", "textInfo", "false", "true or false"},
+        {"render", "pickSize", "3", "a number from 0"},
+        {"render", "decimalSeparator", "46", "a whole number such as 46 (full stop), 44 (comma)"},
+        {"render", "significantDigits", "-1", "a whole number from -1 such as -1 (as many as needed)"},
+        {"render/visualization/lights/light.1", "visible", "true", "true or false"},
+        {"render/visualization/kelvar logo", "visible", "false", "true or false"},
+        {"render/visualization/kelvar logo", "file", "logoKelvar.png", "any text"},
+        {"render/visualization/kelvar logo", "order", "1000", "a whole number"},
+        {"render/visualization/kelvar logo", "alignment", "34",
+         "a whole number from 0 to 511 such as 33 (top left), 36 (top), 34 (top right), 129 (left), "
+         "132 (centre), 130 (right), 65 (bottom left), 68 (bottom), 66 (bottom right)"},
+        {"render/visualization/kelvar logo", "unit", "0",
+         "one of: 0 (pixels), 1 (percent of the viewport's height)"},
+        {"render/visualization/kelvar logo", "height", "64", "a number from 0"},
+        {"render/visualization/kelvar logo", "minimumHeight", "16", "a number from 0"},
+        {"render/visualization/kelvar logo", "marginTop", "4", "a number"},
+        {"zpr", "zoomMove", "0.01", "a number"},
+        {"zpr", "zoomWheelFactor", "1.1", "a number from 0"},
+        {"mouse mappings", "rotateBut", "3", buttons},
+        {"mouse mappings", "boxZoomBut", "2", buttons},
+        {"mouse mappings", "panMod", "1", modifiers},
+        {"mouse mappings", "zoomMod", "2", modifiers},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row[0] << '/' << row[1]);
         OruProperties* const node = scene.find(row[0]);
-        ASSERT_TRUE(node) << row[0];
+        ASSERT_TRUE(node);
         QString value;
         node->getValue(row[1], value, QString());
-        EXPECT_EQ(value.toStdString(), row[2]) << row[0] << '/' << row[1];
+        EXPECT_EQ(value.toStdString(), row[2]);
+        EXPECT_EQ(node->kind(row[1]).wanted().toStdString(), row[3]);
     }
+    scene.render.visualizations.child("triad", OruVisTriad::typeString);
+    const QTemporaryDir folder;
+    QString error;
+    EXPECT_TRUE(OruPropertiesFile::save(scene, folder.filePath("tree"), &error));
+    EXPECT_TRUE(OruPropertiesFile::load(scene, folder.filePath("tree"), &error)) << error.toStdString();
 }
 
 TEST_F(SceneTreeGLTest, FontOfTheEnvironmentOnlyIfItIsThere)

@@ -6,6 +6,7 @@
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesString.h"
 #include "contracts/core/OruPropertyAdaptorBase.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
 #include "contracts/math/Matrix.h"
 
@@ -65,7 +66,8 @@ class OruPropertyAdaptor : public OruPropertyAdaptorBase
 {
 public:
     /// Binds to `key` of `owner`. A key that the store does not define yet receives `initial`; a defined key
-    /// keeps its text and `initial` is dropped. `unit` enters the store only where no unit stands yet.
+    /// keeps its text and `initial` is dropped. `unit` enters the store only where no unit stands yet. The
+    /// node learns that the key holds a T.
     OruPropertyAdaptor(OruProperties& owner, const QString& key, const T& initial, const QString& unit);
 
     /// Takes over the source's binding and cached value: the copy reads and writes the source's node.
@@ -87,13 +89,14 @@ private:
     void fetch() const;
     void store();
 
+    static constexpr OruPropertyKind kind_ = OruPropertyKind::of<Stored>();
     mutable T value_;
 };
 
 template <typename T>
 OruPropertyAdaptor<T>::OruPropertyAdaptor(OruProperties& owner, const QString& key, const T& initial,
                                           const QString& unit)
-    : OruPropertyAdaptorBase(owner, key)
+    : OruPropertyAdaptorBase(owner, key, &kind_)
     , value_(static_cast<T>(Traits::fallback()))
 {
     OruPropertiesString& values = node()->string();

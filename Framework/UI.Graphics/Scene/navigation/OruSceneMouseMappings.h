@@ -10,7 +10,7 @@
 /// Which mouse button and which keyboard modifier start each navigation gesture.
 ///
 /// A plain property node, read at each event, so an edit takes effect at the next one. Numbers without a
-/// button or modifier behind them are legal and start nothing.
+/// button or modifier behind them start nothing; 0 is the button for that.
 class KELVAR_SCENE_API OruSceneMouseMappings : public OruProperties
 {
 public:

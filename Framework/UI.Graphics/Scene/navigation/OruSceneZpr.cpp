@@ -24,6 +24,8 @@ const int smallestBand = 5;
 const float largestBlowUp = 10.0f;
 const float smallestShrink = 0.1f;
 
+constexpr OruPropertyKind wheelFactors = OruPropertyKind::of<double>().from(0.0);
+
 float ratio(int part, int whole)
 {
     return std::fabs(static_cast<float>(part) / static_cast<float>(whole));
@@ -56,6 +58,7 @@ OruSceneZpr::OruSceneZpr(OruModifiedGroup& modifiedGroup)
     , zoomInvert(*this, QLatin1String("zoomInvert"), false, QString())
 {
     setType(typeString);
+    zoomWheelFactor.setKind(wheelFactors);
 }
 
 OruSceneZpr::OruSceneZpr(const OruSceneZpr& other) = default;

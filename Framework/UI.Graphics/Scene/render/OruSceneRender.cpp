@@ -35,6 +35,15 @@ public:
     void endEdit() override {}
 };
 
+constexpr OruPropertyKind pickSizes = OruPropertyKind::of<float>().from(0.0);
+
+/// Any number will do: its low 8 bits count.
+constexpr OruPropertyKind::Choice separatorWords[] = {{"46", "full stop"}, {"44", "comma"}};
+constexpr OruPropertyKind separators = OruPropertyKind::of<int>().naming(separatorWords);
+
+constexpr OruPropertyKind::Choice digitWords[] = {{"-1", "as many as needed"}};
+constexpr OruPropertyKind digitCounts = OruPropertyKind::of<int>().from(-1).naming(digitWords);
+
 const unsigned int textSize = 7;
 const char* const fontVariable = "TARNIS_GRAPHICS_FONTFACE_TTF";
 
@@ -75,6 +84,9 @@ OruSceneRender::OruSceneRender(OruModifiedGroup& modifiedGroup, const QString& f
     , defaultEditor(new DefaultOruVisPropertyEditor)
 {
     ORU_SCENE_TRACE();
+    pickSize.setKind(pickSizes);
+    decimalSeparator.setKind(separators);
+    significantDigits.setKind(digitCounts);
     buildDefaultTree();
 }
 

@@ -1,11 +1,30 @@
 #include "contracts/core/OruProperties.h"
 
+#include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruPropertiesForeign.h"
+#include "contracts/debug/logger.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <iterator>
+
+namespace {
+
+/// Few callers look at what insert() answers, so an object that is missing from the tree is told of.
+void tellNameTaken(const OruProperties& present, const OruProperties& refused)
+{
+    const kelvardebug::dbgostream stream = oru::debug_logger::debuglogger().derr(std::string());
+    if (stream.active()) {
+        const QString text =
+            QStringLiteral("\"%1\" of type \"%2\" is refused: \"%3\" of type \"%4\" bears that name")
+                .arg(refused.name(), refused.type(), present.path(), present.type());
+        stream.buffer() << text.toStdString();
+        stream << std::endl;
+    }
+}
+
+} // namespace
 
 OruProperties::OruProperties(OruModifiedGroup& sharedGroup)
     : OruModified(sharedGroup)
@@ -48,13 +67,17 @@ OruProperties::~OruProperties()
 
 bool OruProperties::accepts(const OruProperties* child) const
 {
-    if (!child || child->parent() || byName_.contains(child->name())) {
+    if (!child || child->parent()) {
         return false;
     }
     for (const OruProperties* above = this; above; above = above->parent()) {
         if (above == child) {
             return false;
         }
+    }
+    if (const OruProperties* present = childByName(child->name())) {
+        tellNameTaken(*present, *child);
+        return false;
     }
     return true;
 }

@@ -43,7 +43,8 @@ public:
     virtual ~OruProperties();
 
     /// Appends `child`. `member` true: its owner destroys it; false: this node takes it over. Refused: null,
-    /// this node or one above it, a child that has a parent, a name that a sibling bears.
+    /// this node or one above it, a child that has a parent, a name that a sibling bears; the last one is
+    /// told on the error stream.
     virtual bool insert(OruProperties* child, bool member);
 
     /// Takes `child` out and leaves it to the caller, tree-owned or not. Refused: not a child of this node.
@@ -66,7 +67,7 @@ public:
     /// null where there is none.
     virtual QString getValue(const QString& key, QString& value, const QString& fallback) const;
 
-    /// Stores a text. Returns the text that is stored now.
+    /// Stores a text, whether it is of the kind() of the key or not. Returns the text that is stored now.
     virtual QString setValue(const QString& key, const QString& value);
 
 protected:
@@ -82,6 +83,9 @@ public:
 
     OruPropertiesString& string() { return values_; }
     const OruPropertiesString& string() const { return values_; }
+
+    /// What the property `key` of this node holds; any text where nobody has told.
+    const OruPropertyKind& kind(const QString& key) const { return values_.kind(key); }
 
     /// Number of children, and the child at a position below it.
     unsigned int size() const { return static_cast<unsigned int>(children_.size()); }
@@ -107,6 +111,7 @@ public:
 
 private:
     friend class OruPropertiesFile;
+    friend class OruPropertiesCheck;
 
     struct Child
     {

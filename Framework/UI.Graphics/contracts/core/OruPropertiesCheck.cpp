@@ -3,11 +3,13 @@
 #include "contracts/core/OruJson.h"
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 
 #include <QJsonArray>
 #include <QSet>
 
 #include <cmath>
+#include <memory>
 
 namespace {
 
@@ -29,7 +31,7 @@ QString OruPropertiesCheck::format()
     return member("kelvar property tree");
 }
 
-bool OruPropertiesCheck::accepts(const QJsonObject& document, const OruProperties& root)
+bool OruPropertiesCheck::accepts(const QJsonObject& document, OruProperties& root)
 {
     if (!acceptsHead(document)) {
         return false;
@@ -68,7 +70,7 @@ bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
     return true;
 }
 
-bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, const OruProperties* node, int depth)
+bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, OruProperties* node, int depth)
 {
     if (!value.isObject()) {
         return refuse(member("a node must be an object"));
@@ -78,7 +80,9 @@ bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, const OruPropertie
             QString::fromLatin1("the tree is deeper than %1 levels").arg(OruPropertiesFile::MaximumDepth));
     }
     const QJsonObject json = value.toObject();
-    return acceptsType(json, node) && acceptsFlags(json) && acceptsValues(json) &&
+    // A sample hangs nowhere; which type it has is its maker's affair.
+    const bool present = depth == 0 || (node && node->parent());
+    return acceptsType(json, present ? node : nullptr) && acceptsFlags(json) && acceptsValues(json, node) &&
            acceptsChildren(json, node, depth);
 }
 
@@ -106,7 +110,7 @@ bool OruPropertiesCheck::acceptsFlags(const QJsonObject& json)
            refuseMember("flags", member("\"flags\" must be a whole number from 0 to 65535"));
 }
 
-bool OruPropertiesCheck::acceptsValues(const QJsonObject& json)
+bool OruPropertiesCheck::acceptsValues(const QJsonObject& json, const OruProperties* node)
 {
     const QJsonValue values = json.value(member("values"));
     if (values.isUndefined()) {
@@ -119,7 +123,7 @@ bool OruPropertiesCheck::acceptsValues(const QJsonObject& json)
     const QJsonObject entries = values.toObject();
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
         place_.append(entry.key());
-        if (!acceptsValue(entry.key(), entry.value())) {
+        if (!acceptsValue(entry.key(), entry.value(), node)) {
             return false;
         }
         place_.removeLast();
@@ -128,11 +132,11 @@ bool OruPropertiesCheck::acceptsValues(const QJsonObject& json)
     return true;
 }
 
-bool OruPropertiesCheck::acceptsValue(const QString& key, const QJsonValue& value)
+bool OruPropertiesCheck::acceptsValue(const QString& key, const QJsonValue& value, const OruProperties* node)
 {
     QString text;
     if (plainText(value, text)) {
-        return true;
+        return acceptsKind(key, text, node);
     }
     const QJsonObject parts = value.toObject();
     if (!plainText(parts.value(member("value")), text)) {
@@ -141,10 +145,20 @@ bool OruPropertiesCheck::acceptsValue(const QString& key, const QJsonValue& valu
                           .arg(key));
     }
     const QJsonValue unit = parts.value(member("unit"));
-    return unit.isUndefined() || unit.isString() || refuseMember("unit", member("\"unit\" must be a string"));
+    if (!unit.isUndefined() && !unit.isString()) {
+        return refuseMember("unit", member("\"unit\" must be a string"));
+    }
+    return acceptsKind(key, text, node);
 }
 
-bool OruPropertiesCheck::acceptsChildren(const QJsonObject& json, const OruProperties* node, int depth)
+bool OruPropertiesCheck::acceptsKind(const QString& key, const QString& text, const OruProperties* node)
+{
+    QString reason;
+    return !node || node->kind(key).accepts(text, &reason) ||
+           refuse(QStringLiteral("%1 %2").arg((path_ + QStringList(key)).join(QLatin1Char('/')), reason));
+}
+
+bool OruPropertiesCheck::acceptsChildren(const QJsonObject& json, OruProperties* node, int depth)
 {
     const QJsonValue children = json.value(member("children"));
     if (children.isUndefined()) {
@@ -158,15 +172,31 @@ bool OruPropertiesCheck::acceptsChildren(const QJsonObject& json, const OruPrope
     QSet<QString> taken;
     for (int i = 0; i < static_cast<int>(array.size()); ++i) {
         const QJsonValue child = array.at(i);
-        const QString name = child.toObject().value(member("name")).toString();
         place_.append(QString::number(i));
-        if (!acceptsName(child, taken) ||
-            !acceptsNode(child, node ? node->childByName(name) : nullptr, depth + 1)) {
+        if (!acceptsName(child, taken) || !acceptsChild(child.toObject(), node, depth + 1)) {
             return false;
         }
         place_.removeLast();
     }
     place_.removeLast();
+    return true;
+}
+
+/// What a child holds that is still to be made, a child of its kind can tell.
+bool OruPropertiesCheck::acceptsChild(const QJsonObject& json, OruProperties* parent, int depth)
+{
+    const QString name = json.value(member("name")).toString();
+    OruProperties* node = parent ? parent->childByName(name) : nullptr;
+    std::unique_ptr<OruProperties> sample;
+    if (parent && !node) {
+        sample.reset(parent->makeChild(name, json.value(member("type")).toString()));
+        node = sample.get();
+    }
+    path_.append(name);
+    if (!acceptsNode(json, node, depth)) {
+        return false;
+    }
+    path_.removeLast();
     return true;
 }
 

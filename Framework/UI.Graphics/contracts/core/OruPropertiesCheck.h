@@ -17,7 +17,8 @@ public:
     static QString format();
 
     /// True: the document can be merged into the tree below `root`. False: reason() and place() say why not.
-    bool accepts(const QJsonObject& document, const OruProperties& root);
+    /// Children that the tree has not got are made to see what they hold, and deleted again.
+    bool accepts(const QJsonObject& document, OruProperties& root);
 
     const QString& reason() const { return reason_; }
 
@@ -29,12 +30,14 @@ public:
 
 private:
     bool acceptsHead(const QJsonObject& document);
-    bool acceptsNode(const QJsonValue& value, const OruProperties* node, int depth);
+    bool acceptsNode(const QJsonValue& value, OruProperties* node, int depth);
     bool acceptsType(const QJsonObject& json, const OruProperties* node);
     bool acceptsFlags(const QJsonObject& json);
-    bool acceptsValues(const QJsonObject& json);
-    bool acceptsValue(const QString& key, const QJsonValue& value);
-    bool acceptsChildren(const QJsonObject& json, const OruProperties* node, int depth);
+    bool acceptsValues(const QJsonObject& json, const OruProperties* node);
+    bool acceptsValue(const QString& key, const QJsonValue& value, const OruProperties* node);
+    bool acceptsKind(const QString& key, const QString& text, const OruProperties* node);
+    bool acceptsChildren(const QJsonObject& json, OruProperties* node, int depth);
+    bool acceptsChild(const QJsonObject& json, OruProperties* parent, int depth);
     bool acceptsName(const QJsonValue& child, QSet<QString>& taken);
 
     bool refuse(const QString& reason);
@@ -42,4 +45,6 @@ private:
 
     QString reason_;
     QStringList place_;
+    /// Names of the nodes on the way, without the root.
+    QStringList path_;
 };

@@ -46,8 +46,9 @@ public:
     /// missing are made by their parent's makeChild() and enter through its insert() as tree-owned; nothing
     /// is removed. The name of the root is not changed.
     ///
-    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, or that
-    /// gives a node another type than the tree has is refused, and the tree is as it was.
+    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, that gives
+    /// a node another type than the tree has, or a value that is not of its property's kind, is refused, and
+    /// the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
 
     /// What save() writes, and load() reads, as a text; `file` stands for its name in errors.

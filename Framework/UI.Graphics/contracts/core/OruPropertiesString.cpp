@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertiesString.h"
 
 #include "contracts/core/OruModified.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
 
 namespace {
@@ -161,7 +162,7 @@ bool OruPropertiesString::remove(const QString& key)
 QString OruPropertiesString::getUnit(const QString& key, const QString& fallback) const
 {
     const Slot* slot = find(key);
-    return slot ? slot->unit : fallback;
+    return slot && !slot->unit.isEmpty() ? slot->unit : fallback;
 }
 
 void OruPropertiesString::setUnit(const QString& key, const QString& unit)
@@ -182,6 +183,22 @@ void OruPropertiesString::setCachable(const QString& key, bool cachable)
     }
 }
 
+const OruPropertyKind& OruPropertiesString::kind(const QString& key) const
+{
+    static constexpr OruPropertyKind anyText = OruPropertyKind::of<QString>();
+    const Slot* slot = find(key);
+    return slot && slot->kind ? *slot->kind : anyText;
+}
+
+const OruPropertiesString::Slot& OruPropertiesString::slot(const QString& key, const OruPropertyKind* kind)
+{
+    Slot& slot = slots_[key];
+    if (!slot.kind) {
+        slot.kind = kind;
+    }
+    return slot;
+}
+
 void OruPropertiesString::assign(const OruPropertiesString& other)
 {
     for (const QString& key : keys()) {
@@ -194,5 +211,6 @@ void OruPropertiesString::assign(const OruPropertiesString& other)
             setValue(key, slot.text);
             setUnit(key, slot.unit);
         }
+        this->slot(key, slot.kind);
     }
 }

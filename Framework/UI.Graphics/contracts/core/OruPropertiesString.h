@@ -11,8 +11,9 @@
 #include <map>
 
 class OruModified;
+class OruPropertyKind;
 
-/// The values of one node: a text and a unit by key.
+/// The values of one node: a text and a unit by key, and what kind of text it is.
 ///
 /// Text is the only form that is stored; the typed overloads write the forms of OruText.h and read them back
 /// bit for bit, in every locale. A typed read of a key that is not defined, or whose text does not parse,
@@ -25,11 +26,18 @@ public:
     /// a reader can hold on to it and see a change without looking the key up again.
     struct Slot
     {
+        Slot()
+            : revision(1)
+            , defined(false)
+            , cachable(true)
+        {}
+
         QString text;
         QString unit;
-        std::uint64_t revision = 1; ///< grows with each change of text, defined or cachable
-        bool defined = false;
-        bool cachable = true;
+        const OruPropertyKind* kind = nullptr; ///< null: nobody has told
+        std::uint64_t revision : 62;           ///< grows with each change of text, defined or cachable
+        bool defined : 1;
+        bool cachable : 1;
     };
 
     /// The store of `owner`, which must outlive it.
@@ -67,7 +75,7 @@ public:
     /// Takes value and unit of `key` away. False: it was not defined.
     bool remove(const QString& key);
 
-    /// The unit of `key`, or `fallback` for a key that was never seen.
+    /// The unit of `key`, or `fallback` where it has none.
     QString getUnit(const QString& key, const QString& fallback) const;
 
     /// Sets the unit of `key`, defined or not; an empty unit clears it.
@@ -76,11 +84,20 @@ public:
     /// False makes adaptors of `key` read the store each time, for values that change without a write.
     void setCachable(const QString& key, bool cachable);
 
-    /// Takes over all values and units of `other`; keys that `other` does not define are removed.
+    /// What `key` holds; any text where nobody has told. It says nothing about the present value.
+    const OruPropertyKind& kind(const QString& key) const;
+
+    /// Tells what `key` holds, in place of what was told before. The kind must outlive the store. No change
+    /// for watchers, and the value stays as it is.
+    void setKind(const QString& key, const OruPropertyKind& kind) { slots_[key].kind = &kind; }
+    void setKind(const QString& key, OruPropertyKind&& kind) = delete;
+
+    /// Takes over all values and units of `other`; keys that `other` does not define are removed. Kinds are
+    /// taken over where none was told here.
     void assign(const OruPropertiesString& other);
 
-    /// The slot of `key`, made when missing.
-    const Slot& slot(const QString& key) { return slots_[key]; }
+    /// The slot of `key`, made when missing. `kind` is noted where none was told yet; null: it is not known.
+    const Slot& slot(const QString& key, const OruPropertyKind* kind = nullptr);
 
 private:
     template <typename T>

@@ -2,11 +2,19 @@
 
 #include "contracts/core/OruProperties.h"
 
-OruPropertyAdaptorBase::OruPropertyAdaptorBase(OruProperties& owner, const QString& key)
+OruPropertyAdaptorBase::OruPropertyAdaptorBase(OruProperties& owner, const QString& key,
+                                               const OruPropertyKind* kind)
     : node_(owner)
     , key_(key)
-    , slot_(&owner.string().slot(key))
+    , slot_(&owner.string().slot(key, kind))
 {}
+
+void OruPropertyAdaptorBase::setKind(const OruPropertyKind& kind)
+{
+    if (node_) {
+        node_->string().setKind(key_, kind);
+    }
+}
 
 void OruPropertyAdaptorBase::setUnit(const QString& unit)
 {

@@ -26,8 +26,13 @@ public:
     void setUnit(const QString& unit);
     QString getUnit() const;
 
+    /// Tells what the key holds more closely than its type does; see OruPropertiesString::setKind.
+    void setKind(const OruPropertyKind& kind);
+    void setKind(OruPropertyKind&& kind) = delete;
+
 protected:
-    OruPropertyAdaptorBase(OruProperties& owner, const QString& key);
+    /// `kind` is noted for the key where none was told yet; null: it is not known.
+    OruPropertyAdaptorBase(OruProperties& owner, const QString& key, const OruPropertyKind* kind = nullptr);
     ~OruPropertyAdaptorBase() = default;
 
     const oru::view_ptr<OruProperties>& node() const { return node_; }

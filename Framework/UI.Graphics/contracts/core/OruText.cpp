@@ -87,6 +87,19 @@ int modelOf(const QString& name)
     return 0;
 }
 
+/// Exactly `digits` hexadecimal digits and nothing else. False: `value` is unchanged.
+bool parseHex(const QString& text, int digits, unsigned& value)
+{
+    const QByteArray bytes = text.toLatin1();
+    const char* const end = bytes.constData() + bytes.size();
+    unsigned number = 0;
+    if (bytes.size() != digits || std::from_chars(bytes.constData(), end, number, 16).ptr != end) {
+        return false;
+    }
+    value = number;
+    return true;
+}
+
 bool parseWords(const QString& text, QColor& value)
 {
     const QStringList parts = text.split(QLatin1Char(' '));
@@ -98,11 +111,11 @@ bool parseWords(const QString& text, QColor& value)
     QDataStream writer(&raw, QIODevice::WriteOnly);
     writer << static_cast<qint8>(model);
     for (int i = 1; i < parts.size(); ++i) {
-        bool isHex = false;
-        writer << parts[i].toUShort(&isHex, 16);
-        if (!isHex || parts[i].size() != 4) {
+        unsigned word = 0;
+        if (!parseHex(parts[i], 4, word)) {
             return false;
         }
+        writer << static_cast<quint16>(word);
     }
     QDataStream reader(raw);
     reader >> value;
@@ -111,9 +124,8 @@ bool parseWords(const QString& text, QColor& value)
 
 bool parseHexArgb(const QString& text, QColor& value)
 {
-    bool isHex = false;
-    const unsigned argb = text.mid(1).toUInt(&isHex, 16);
-    if (text.size() != 9 || text[0] != QLatin1Char('#') || !isHex) {
+    unsigned argb = 0;
+    if (text[0] != QLatin1Char('#') || !parseHex(text.mid(1), 8, argb)) {
         return false;
     }
     value = QColor::fromRgba(argb);

@@ -25,8 +25,14 @@ public:
     bool defined() const { return defined_; }
 
     /// Setting it to false forgets the content; setting it to true on an undefined box makes the point at the
-    /// origin.
-    bool& defined() { return defined_; }
+    /// origin. The reference is for one write.
+    bool& defined()
+    {
+        if (!defined_) {
+            min_ = max_ = Vector3();
+        }
+        return defined_;
+    }
 
     Vector3 min() const { return defined_ ? min_ : Vector3(); }
     Vector3 max() const { return defined_ ? max_ : Vector3(); }

@@ -3,6 +3,7 @@
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglFlatState.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/OruVisAlignmentKind.h"
 #include "contracts/vis/OruVisPickVolume.h"
 
 #include <algorithm>
@@ -11,6 +12,10 @@
 const QString OruVisImage::typeString = QString("vis.image");
 
 namespace {
+
+constexpr OruPropertyKind::Choice unitWords[] = {{"0", "pixels"}, {"1", "percent of the viewport's height"}};
+constexpr OruPropertyKind units = OruPropertyKind::of<int>().oneOf(unitWords);
+constexpr OruPropertyKind heights = OruPropertyKind::of<float>().from(0.0);
 
 /// The first pixel of `extent` pixels between two margins, at the low end, the high end or between them.
 double aligned(double extent, double available, double lowMargin, double highMargin, bool low, bool high)
@@ -67,6 +72,10 @@ OruVisImage::OruVisImage(OruModifiedGroup& modifiedGroup)
     , transparentColor(*this, QString("transparentColor"), QColor(Qt::white), QString())
     , useTransparentColor(*this, QString("useTransparentColor"), false, QString())
 {
+    alignment.setKind(oru::alignmentKind);
+    unit.setKind(units);
+    height.setKind(heights);
+    minimumHeight.setKind(heights);
     hitProperties.insert(hitName_.value(), OruVisHitProperty(this, nullptr));
 }
 

@@ -2,6 +2,7 @@
 
 #include "contracts/ogl/OruOglFlatState.h"
 #include "contracts/ogl/OruOglText.h"
+#include "contracts/vis/OruVisAlignmentKind.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisSmoothShapes.h"
 
@@ -13,6 +14,9 @@ namespace {
 
 using Kelvar::Math::Vector3;
 using Layout = OruVisTriadLayout;
+
+constexpr OruPropertyKind lengths = OruPropertyKind::of<float>().from(0.0);
+constexpr OruPropertyKind textSizes = OruPropertyKind::of<int>().from(1).to(100);
 
 /// X, Y, Z and the isometric label.
 const QColor axisColors[] = {QColor(205, 62, 62), QColor(62, 150, 62), QColor(58, 104, 214)};
@@ -107,6 +111,9 @@ OruVisTriad::OruVisTriad(OruModifiedGroup& modifiedGroup)
     , order(*this, QString("order"), 100, QString())
     , handler_(new Handler)
 {
+    alignment.setKind(oru::alignmentKind);
+    length.setKind(lengths);
+    textSize.setKind(textSizes);
     const OruPropertyAdaptor<QString>* const texts[] = {
         &labelX, &labelY, &labelZ, &labelXReverse, &labelYReverse, &labelZReverse, &labelIsometric};
     for (std::size_t i = 0; i < parts_.size(); ++i) {
