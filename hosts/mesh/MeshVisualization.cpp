@@ -200,30 +200,45 @@ const MeshVisualization::Look& MeshVisualization::look() const
     return look_;
 }
 
+/// What the pixels of a drag come to, at the depth of the part's centre. Reckoned from that centre, since far
+/// from the origin a pixel is less than floats can tell apart.
+Vector3 MeshVisualization::worldWay(const Drag& drag) const
+{
+    const View& view = drag.view;
+    const Matrix fromCentre =
+        Matrix::translate(offset.value().transform(mesh_->bounds.center())) * view.modelView;
+    const float depth = Vector3().project(fromCentre, view.projection, view.viewport.data()).z;
+    const auto worldOf = [&](const QPointF& pixel) {
+        const Vector3 window(static_cast<float>(pixel.x()), static_cast<float>(pixel.y()), depth);
+        return window.unProject(fromCentre, view.projection, view.viewport.data());
+    };
+    return worldOf(drag.way) - worldOf(QPointF());
+}
+
 void MeshVisualization::moveBy(const QPoint& delta)
 {
-    const bool turned = drag_.view.modelView != view_.modelView || drag_.view.viewport != view_.viewport;
-    if (dragged_ == Vector3() || turned) {
-        drag_ = Drag{view_, dragged_, QPoint()};
+    const bool turned =
+        drag_ && (drag_->view.modelView != view_.modelView || drag_->view.viewport != view_.viewport);
+    if (!drag_ || turned) {
+        drag_ = Drag{view_, dragged_, QPointF()};
     }
-    drag_.way += delta;
-    const View& view = drag_.view;
-    const Vector3 centre = offset.value()
-                               .transform(mesh_->bounds.center())
-                               .project(view.modelView, view.projection, view.viewport.data());
-    const Vector3 target =
-        centre + Vector3(static_cast<float>(drag_.way.x()), static_cast<float>(drag_.way.y()), 0);
-    dragged_ = drag_.before + target.unProject(view.modelView, view.projection, view.viewport.data()) -
-               centre.unProject(view.modelView, view.projection, view.viewport.data());
+    drag_->way += delta;
+    dragged_ = drag_->before + worldWay(*drag_);
     boundsChanged();
 }
 
-void MeshVisualization::endMove(IOruVisPropertyEdit* editor)
+/// False: the part is where it was before the drag, and nothing is written.
+bool MeshVisualization::endMove(IOruVisPropertyEdit* editor)
 {
+    drag_.reset();
+    if (dragged_ == Vector3()) {
+        return false;
+    }
     const QString text = oru::toString(place());
     dragged_ = Vector3();
     boundsChanged();
     editor->editValue(dynamic_cast<OruVisList*>(parent()), this, offset.name(), text);
+    return true;
 }
 
 } // namespace hostkit

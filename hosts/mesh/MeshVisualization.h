@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class OruOglMeshBuffer;
 
@@ -74,7 +75,7 @@ private:
         View view;
         /// How far the part had been moved before, and the pixels since.
         Kelvar::Math::Vector3 before;
-        QPoint way;
+        QPointF way;
     };
 
     /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
@@ -88,13 +89,14 @@ private:
         Kelvar::Math::Matrix place;
     };
 
+    Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
     bool upload(OruOglGeometry& geometry);
     void drawTriangles() const;
     void drawRunsInView() const;
     const Look& look() const;
     const Kelvar::Math::Matrix& place() const { return look().place; }
     void moveBy(const QPoint& delta);
-    void endMove(IOruVisPropertyEdit* editor);
+    bool endMove(IOruVisPropertyEdit* editor);
 
     std::shared_ptr<const Mesh> mesh_;
     OruVisHitName hitName_;
@@ -105,8 +107,9 @@ private:
     /// As of its revision of this node.
     mutable Look look_;
     View view_;
-    Drag drag_;
-    /// How far a drag that still goes on has moved the part.
+    /// Nothing while no drag goes on.
+    std::optional<Drag> drag_;
+    /// How far it has moved the part.
     Kelvar::Math::Vector3 dragged_;
 };
 

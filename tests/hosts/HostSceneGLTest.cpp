@@ -222,6 +222,57 @@ TEST_F(HostSceneGLTest, MovesAMovablePartInTheViewPlaneAsOneEdit)
     EXPECT_THAT(dropped, ElementsAre("cube", "cube.2"));
 }
 
+TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
+{
+    const Vector3 away(150000, 0, 0);
+    host->scene().render.visualizations.erase(&part("cube"));
+    host->scene().render.visualizations.erase(&part("cube.2"));
+    host->addModel(cubes({away}));
+    MeshVisualization& cube = part("cube");
+    cube.movable.setValue(true);
+    // A pixel is 0.0075 units, less than floats can tell apart out there.
+    const Matrix front =
+        Matrix::translate(-away) * host->scene().viewpoint("viewpoint") * Matrix::scale(8.0f / 3.0f);
+    const struct
+    {
+        const char* what;
+        int moves;
+        int pixels;
+        bool zoom; ///< by a turn of the wheel after the first move
+        float moved;
+    } rows[] = {
+        {"fast", 1, 50, false, 0.375f}, {"slow", 50, 1, false, 0.375f}, {"zoomed", 2, 55, true, 0.7875f}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        cube.offset.setValue(Matrix());
+        host->scene().setViewpoint("viewpoint", front);
+        host->draw();
+        QPoint pixel = pixelOf(away);
+        input.press(OruMouse::ButtonPick, 0, pixel);
+        for (int i = 0; i < row.moves; ++i) {
+            pixel += QPoint(row.pixels, 0);
+            input.move(0, pixel);
+            if (row.zoom && i == 0) {
+                input.wheel(-InputFeed::wheelStep, 0, pixel);
+                host->draw();
+            }
+        }
+        input.release(OruMouse::ButtonPick, 0, pixel);
+        EXPECT_NEAR(cube.offset.value().transform(Vector3()).x, row.moved, 1e-4f);
+    }
+}
+
+TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
+{
+    const Vector3 away(20, 0, 0);
+    Model model;
+    model.parts.push_back(built(sourceOf(bumpySphere(5000, 0.7f))));
+    host->addModel(model);
+    part("sample").offset.setValue(Matrix::translate(away));
+    host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));
+    EXPECT_GT(colourAt(drawn(), away).blue(), 60);
+}
+
 TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
 {
     Progress progress;

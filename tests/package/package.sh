@@ -25,6 +25,21 @@ headers() {
         $(pkg-config --cflags --libs kelvar-ui-graphics-scene)
 }
 
+# readme README PREFIX WORK: the page of code compiles where there is a window with a size.
+readme() {
+    mkdir -p "$3"
+    PKG_CONFIG_PATH=$(find "$2" -name pkgconfig -type d)
+    export PKG_CONFIG_PATH
+    {
+        echo 'extern struct Window { void update(); void swapBuffers(); } window;'
+        echo 'extern int width, height;'
+        sed -n '/^## A page of code/,/^```$/p' "$1" | sed '1,/^```cpp$/d; /^```$/d'
+        echo 'View view;'
+    } >"$3/readme.cpp"
+    # shellcheck disable=SC2086,SC2046 # lists of flags
+    g++ -std=c++17 -fPIC ${warnings/-Wshadow/} -fsyntax-only "$3/readme.cpp" $(pkg-config --cflags kelvar-ui-graphics-scene)
+}
+
 # consume PREFIX SOURCE BUILD: a project that knows no more than the prefix configures and builds.
 consume() {
     rm -rf "$3"

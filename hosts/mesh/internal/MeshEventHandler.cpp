@@ -51,11 +51,7 @@ bool MeshEventHandler::OnDrag(const OruVisHitRecord&, QPoint delta)
 
 bool MeshEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
 {
-    if (part_.dragged_ == Kelvar::Math::Vector3()) {
-        return false;
-    }
-    part_.endMove(editor);
-    return true;
+    return part_.endMove(editor);
 }
 
 bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
