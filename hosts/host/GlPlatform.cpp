@@ -9,6 +9,9 @@
 #include <algorithm>
 #include <iterator>
 
+// Behind Qt's headers: it defines names that they use.
+#include <X11/Xlib.h>
+
 namespace hostkit {
 
 namespace {
@@ -37,6 +40,15 @@ bool rendererIsSoftware()
 }
 
 } // namespace
+
+bool GlPlatform::displayAnswers()
+{
+    Display* const display = XOpenDisplay(nullptr);
+    if (display) {
+        XCloseDisplay(display);
+    }
+    return display != nullptr;
+}
 
 void GlPlatform::prepare()
 {

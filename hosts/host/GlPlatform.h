@@ -12,6 +12,10 @@ namespace hostkit {
 /// does not work under EGL.
 struct KELVAR_HOST_API GlPlatform
 {
+    /// Whether the X server that DISPLAY names can be reached; without one a QGuiApplication ends the
+    /// program.
+    static bool displayAnswers();
+
     /// To be called before the QGuiApplication is made: chooses the X platform and GLX, makes format() the
     /// default, and lets screens have whole pixel ratios; QT_SCALE_FACTOR may still ask for another.
     static void prepare();

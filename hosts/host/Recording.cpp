@@ -1,7 +1,8 @@
 #include "hosts/host/Recording.h"
 
-#include <QFile>
+#include "contracts/core/OruFileReader.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -16,6 +17,7 @@ const char* const magic = "kelvar-recording 1";
 constexpr int mostPixels = 1 << 20;
 constexpr int mostViewFractions = 1000000;
 constexpr qint64 mostBytes = 256 << 20;
+constexpr QChar quote = QLatin1Char('"');
 
 /// What a line of each kind says behind its word, in this order.
 enum Part : unsigned int
@@ -113,6 +115,32 @@ QString shareText(int pixel, int pixels)
     return QString::number((pixel + 0.5) / pixels, 'g', std::numeric_limits<double>::max_digits10);
 }
 
+/// Whether a text could not be told from others if it stood in a line as it is.
+bool needsQuotes(const QString& text)
+{
+    const bool broken =
+        std::any_of(text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; });
+    return broken || text.startsWith(quote) || text.trimmed() != text ||
+           QString::fromUtf8(text.toUtf8()) != text;
+}
+
+/// A text on one line: as it is, or in quotes with escapes; Parser::text is the inverse.
+QString lineText(const QString& text)
+{
+    if (!needsQuotes(text)) {
+        return text;
+    }
+    QString line = quote;
+    for (const QChar c : text) {
+        if (c.category() == QChar::Other_Control || c.isSurrogate()) {
+            line += QStringLiteral("\\u%1").arg(static_cast<int>(c.unicode()), 4, 16, QLatin1Char('0'));
+        } else {
+            line += c == quote || c == QLatin1Char('\\') ? QLatin1Char('\\') + QString(c) : QString(c);
+        }
+    }
+    return line + quote;
+}
+
 int pixelAt(double share, int pixels)
 {
     return static_cast<int>(std::floor(share * pixels));
@@ -168,23 +196,63 @@ private:
     void readHead(const QString& word, const QString& rest)
     {
         if (word == QLatin1String("size")) {
-            const QStringList sides = rest.split(QLatin1Char('x'));
-            recording_.size =
-                sides.size() == 2 ? QSize(wholeNumber(sides[0]), wholeNumber(sides[1])) : QSize();
-            const QSize& read = recording_.size;
-            if (read.isEmpty() || read.width() > mostPixels || read.height() > mostPixels) {
-                fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(rest));
-            }
+            readSize(rest);
         } else if (word == QLatin1String("model")) {
-            recording_.models.append(rest);
+            recording_.models.append(text(rest));
         } else if (word == QLatin1String("position")) {
-            recording_.position = rest;
-        } else if (word == QLatin1String("set") && rest.indexOf(QLatin1Char('=')) > 0) {
-            const int equals = rest.indexOf(QLatin1Char('='));
-            recording_.settings.emplace_back(rest.left(equals), rest.mid(equals + 1));
+            recording_.position = text(rest);
+        } else if (word == QLatin1String("set") && text(rest).indexOf(QLatin1Char('=')) > 0) {
+            const QString setting = text(rest);
+            const int equals = setting.indexOf(QLatin1Char('='));
+            recording_.settings.emplace_back(setting.left(equals), setting.mid(equals + 1));
         } else {
             fail(QStringLiteral("\"%1\" is no event").arg(word));
         }
+    }
+
+    void readSize(const QString& rest)
+    {
+        const QStringList sides = rest.split(QLatin1Char('x'));
+        recording_.size = sides.size() == 2 ? QSize(wholeNumber(sides[0]), wholeNumber(sides[1])) : QSize();
+        const QSize& read = recording_.size;
+        if (read.isEmpty() || read.width() > mostPixels || read.height() > mostPixels) {
+            fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(rest));
+        }
+    }
+
+    /// What lineText made a line of.
+    QString text(const QString& line) const
+    {
+        if (!line.startsWith(quote)) {
+            return line;
+        }
+        QString result;
+        int at = 1;
+        while (at < line.size() && line[at] != quote) {
+            result += line[at] == QLatin1Char('\\') ? escaped(line, at) : line[at];
+            ++at;
+        }
+        if (at != line.size() - 1) {
+            fail(
+                QStringLiteral("a text that starts with a quote ends with the next one; write \\\" for one"));
+        }
+        return result;
+    }
+
+    /// The character of the escape at `at`, which then is at its end.
+    QChar escaped(const QString& line, int& at) const
+    {
+        ++at;
+        if (line.mid(at, 1) != QLatin1String("u")) {
+            return at < line.size() ? line[at] : quote;
+        }
+        bool good = false;
+        const ushort code = line.mid(at + 1, 4).toUShort(&good, 16);
+        if (!good) {
+            fail(QStringLiteral("\\u stands before four hexadecimal digits"));
+        }
+        at += 4;
+        return QChar(code);
     }
 
     void readEvent(const KindName& kind, QStringList words)
@@ -292,14 +360,14 @@ private:
 
 Recording Recording::read(const QString& file)
 {
-    QFile source(file);
-    if (!source.open(QIODevice::ReadOnly)) {
-        throw Error(QStringLiteral("%1: %2").arg(file, source.errorString()).toStdString());
+    QByteArray text;
+    QString reason;
+    if (!OruFileReader::read(file, mostBytes, text, reason)) {
+        throw Error(QStringLiteral("%1: %2")
+                        .arg(file, reason.isEmpty() ? QStringLiteral("too large for a recording") : reason)
+                        .toStdString());
     }
-    if (source.size() > mostBytes) {
-        throw Error(QStringLiteral("%1: too large for a recording").arg(file).toStdString());
-    }
-    return parse(source.readAll(), file);
+    return parse(text, file);
 }
 
 Recording Recording::parse(const QByteArray& text, const QString& name)
@@ -312,13 +380,13 @@ QByteArray Recording::head() const
     QString text =
         QStringLiteral("%1\nsize %2x%3\n").arg(QLatin1String(magic)).arg(size.width()).arg(size.height());
     for (const QString& model : models) {
-        text += QStringLiteral("model %1\n").arg(model);
+        text += QStringLiteral("model %1\n").arg(lineText(model));
     }
     if (!position.isEmpty()) {
-        text += QStringLiteral("position %1\n").arg(position);
+        text += QStringLiteral("position %1\n").arg(lineText(position));
     }
     for (const auto& setting : settings) {
-        text += QStringLiteral("set %1=%2\n").arg(setting.first, setting.second);
+        text += QStringLiteral("set %1\n").arg(lineText(setting.first + QLatin1Char('=') + setting.second));
     }
     return text.toUtf8();
 }

@@ -5,22 +5,18 @@ namespace hostkit {
 RecordingWriter::RecordingWriter(const QString& file, const Recording& recording)
     : file_(file)
 {
-    if (!file_.open(QIODevice::WriteOnly)) {
-        throw Recording::Error(QStringLiteral("%1: %2").arg(file, file_.errorString()).toStdString());
-    }
-    append(recording.head());
+    check(file_.replace(recording.head()));
 }
 
 void RecordingWriter::write(const InputEvent& event, const QSize& view)
 {
-    append(Recording::line(event, view));
+    check(file_.append(Recording::line(event, view)));
 }
 
-void RecordingWriter::append(const QByteArray& text)
+void RecordingWriter::check(bool written) const
 {
-    if (file_.write(text) != text.size() || !file_.flush()) {
-        throw Recording::Error(
-            QStringLiteral("%1: %2").arg(file_.fileName(), file_.errorString()).toStdString());
+    if (!written) {
+        throw Recording::Error(file_.error().toStdString());
     }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "contracts/core/OruFileWriter.h"
 #include "hosts/host/Recording.h"
 #include "hosts/host/kelvar_host_api.h"
-
-#include <QFile>
 
 namespace hostkit {
 
@@ -12,16 +11,17 @@ namespace hostkit {
 class KELVAR_HOST_API RecordingWriter
 {
 public:
-    /// Starts `file` anew with the head of `recording`. Throws Recording::Error.
+    /// Starts `file` anew with the head of `recording`. Throws Recording::Error; the file is then as it was.
     RecordingWriter(const QString& file, const Recording& recording);
 
-    /// Appends an event on a view of `view` pixels. Throws Recording::Error.
+    /// Appends an event on a view of `view` pixels. Throws Recording::Error; the file then ends with the
+    /// event before.
     void write(const InputEvent& event, const QSize& view);
 
 private:
-    void append(const QByteArray& text);
+    void check(bool written) const;
 
-    QFile file_;
+    OruFileWriter file_;
 };
 
 } // namespace hostkit

@@ -1,10 +1,13 @@
 #include "hosts/import/ModelImporter.h"
 
+#include "contracts/core/OruFileReader.h"
 #include "hosts/import/internal/IsolatedReader.h"
 #include "hosts/mesh/MeshBuilder.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace hostkit {
 
@@ -13,6 +16,21 @@ namespace {
 /// Share of the whole work that goes into reading the file; the rest makes meshes.
 constexpr float readingShare = 0.3f;
 
+constexpr int mostReasonCharacters = 300;
+
+/// One line of text without what a terminal would obey; what an importer says may be anything.
+QString readable(const QString& reason)
+{
+    QString line = reason;
+    std::replace_if(
+        line.begin(), line.end(), [](QChar c) { return !c.isPrint() && !c.isSurrogate(); }, QLatin1Char(' '));
+    line = line.simplified();
+    if (line.size() > mostReasonCharacters) {
+        line = line.left(mostReasonCharacters - 3) + QStringLiteral("...");
+    }
+    return line.isEmpty() ? QStringLiteral("damaged") : line;
+}
+
 /// Says of a file that cannot even be opened why.
 void checkFile(const QString& file)
 {
@@ -20,14 +38,15 @@ void checkFile(const QString& file)
     if (!info.exists()) {
         throw ModelImporter::Error(file, QStringLiteral("no such file"));
     }
-    if (info.isDir()) {
-        throw ModelImporter::Error(file, QStringLiteral("is a folder"));
+    const QString refusal = OruFileReader::refusal(file);
+    if (!refusal.isEmpty()) {
+        throw ModelImporter::Error(file, refusal);
     }
     QFile opened(file);
     if (!opened.open(QIODevice::ReadOnly)) {
         throw ModelImporter::Error(file, opened.errorString());
     }
-    if (info.isFile() && info.size() == 0) {
+    if (info.size() == 0) {
         throw ModelImporter::Error(file, QStringLiteral("the file is empty"));
     }
 }
@@ -41,7 +60,8 @@ ReportShare within(Progress& progress, float from, float to)
 std::vector<MeshSource> readParts(const QString& file, Progress& progress)
 {
     try {
-        return IsolatedReader::read(file, progress, within(progress, 0.0f, readingShare));
+        return IsolatedReader(IsolatedReader::limitsFor(file))
+            .read(file, progress, within(progress, 0.0f, readingShare));
     } catch (const Progress::Cancelled&) {
         throw;
     } catch (const std::runtime_error& error) {
@@ -64,7 +84,7 @@ std::shared_ptr<const Mesh> buildPart(const QString& file, MeshSource source, co
 } // namespace
 
 ModelImporter::Error::Error(const QString& file, const QString& reason)
-    : std::runtime_error(QString(file + QStringLiteral(": ") + reason).toStdString())
+    : std::runtime_error(QString(file + QStringLiteral(": ") + readable(reason)).toStdString())
 {}
 
 Model ModelImporter::load(const QString& file, Progress& progress)

@@ -20,7 +20,8 @@ namespace hostkit {
 class KELVAR_IMPORT_API ModelImporter
 {
 public:
-    /// A file that cannot be shown; what() is "FILE: reason".
+    /// A file that cannot be shown; what() is "FILE: reason", the reason one line of 300 characters at most.
+    /// An empty reason becomes "damaged".
     struct KELVAR_IMPORT_API Error : std::runtime_error
     {
         Error(const QString& file, const QString& reason);

@@ -1,5 +1,6 @@
 #include "hosts/viewer/Viewer.h"
 
+#include "contracts/core/OruFileWriter.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputFeed.h"
@@ -12,14 +13,15 @@
 #include "hosts/viewer/LoadingReport.h"
 #include "hosts/viewer/StopSignals.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
-#include <QSaveFile>
 #include <QSocketNotifier>
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -33,18 +35,13 @@ namespace {
 constexpr int movesPerDrag = 16;
 
 constexpr int pollMilliseconds = 20;
+constexpr int patienceMilliseconds = 1000;
 
 /// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
 const QString backgroundColour = QStringLiteral("#ff38465a");
 
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
-
-QString imageFolders()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../share/Kelvar/resources:") +
-           QStringLiteral(KELVAR_RESOURCES);
-}
 
 QString titleOf(const QStringList& models)
 {
@@ -58,11 +55,6 @@ QString titleOf(const QStringList& models)
 /// Ctrl+Q closes it.
 class ViewerWindow : public hostkit::SceneWindow
 {
-public:
-    explicit ViewerWindow(const QString& images)
-        : SceneWindow(QString(), images, QString())
-    {}
-
 protected:
     void keyPressEvent(QKeyEvent* event) override
     {
@@ -80,11 +72,25 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
         return job.take();
     } catch (const hostkit::ModelImporter::Error& error) {
         throw Viewer::Failure(Viewer::BadInput, QString::fromUtf8(error.what()));
-    } catch (const hostkit::Progress::Cancelled&) {
-        throw Viewer::Failure(Viewer::Stopped, QStringLiteral("loading was stopped"));
     } catch (const std::bad_alloc&) {
         throw Viewer::Failure(Viewer::BadInput, QStringLiteral("the models do not fit into memory"));
     }
+}
+
+/// Ends the program, at the latest after a moment: the work may hang where nothing reaches it, as on a
+/// network drive that does not answer.
+[[noreturn]] void stopLoading(hostkit::ImportJob& job)
+{
+    const QString text = QStringLiteral("loading was stopped");
+    job.cancel();
+    for (int waited = 0; !job.finished(); waited += pollMilliseconds) {
+        if (waited > patienceMilliseconds) {
+            std::cerr << "view: " << qPrintable(text) << std::endl;
+            std::_Exit(Viewer::Stopped);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
+    }
+    throw Viewer::Failure(Viewer::Stopped, text);
 }
 
 void tellLoading(hostkit::SceneWindow& view, LoadingReport& report, const QString& title, float share)
@@ -116,11 +122,15 @@ void playDrag(hostkit::InputFeed& input, const ViewerOptions::Gesture& drag, con
 
 Viewer::Viewer(const ViewerOptions& options)
     : options_(options)
-    , images_(imageFolders())
 {
-    if (options_.replayFile.isEmpty()) {
-        return;
+    if (!options_.replayFile.isEmpty()) {
+        readRecording();
     }
+    options_.checkOutputs();
+}
+
+void Viewer::readRecording()
+{
     try {
         replay_ = hostkit::Recording::read(options_.replayFile);
     } catch (const hostkit::Recording::Error& error) {
@@ -160,7 +170,7 @@ Viewer::ExitCode Viewer::makePicture()
         throw Failure(NoOutput,
                       QStringLiteral("a picture can be %1 pixels wide and high at most").arg(largest));
     }
-    HostScene host(QString(), images_, QString());
+    HostScene host;
     host.setSize(options_.size);
     checkSettings(host);
     fill(host, loadModels());
@@ -172,6 +182,7 @@ Viewer::ExitCode Viewer::makePicture()
     if (!options_.outFile.isEmpty()) {
         writePicture(host.picture(options_.size));
     }
+    checkRecorded();
     return Done;
 }
 
@@ -180,12 +191,12 @@ std::vector<Model> Viewer::loadModels() const
     const StopSignals stop;
     hostkit::ImportJob job(options_.models);
     LoadingReport report(titleOf(options_.models));
-    while (!job.finished()) {
-        if (stop.raised()) {
-            job.cancel();
-        }
+    while (!job.finished() && !stop.raised()) {
         report.tell(job.share());
         std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
+    }
+    if (stop.raised()) {
+        stopLoading(job);
     }
     return takeModels(job);
 }
@@ -197,7 +208,7 @@ Viewer::ExitCode Viewer::showWindow()
     std::exception_ptr failure;
     bool loaded = false;
 
-    ViewerWindow view(images_);
+    ViewerWindow view;
     view.setTitle(title);
     view.resize((QSizeF(options_.size) / view.devicePixelRatio()).toSize());
 
@@ -232,7 +243,6 @@ Viewer::ExitCode Viewer::showWindow()
     QSocketNotifier stopNotifier(stop.descriptor(), QSocketNotifier::Read);
     QObject::connect(&stopNotifier, &QSocketNotifier::activated, [&] {
         stopNotifier.setEnabled(false);
-        job.cancel();
         view.close();
     });
     poll.start(pollMilliseconds);
@@ -242,12 +252,13 @@ Viewer::ExitCode Viewer::showWindow()
         std::rethrow_exception(failure);
     }
     if (!loaded) {
-        throw Failure(Stopped, QStringLiteral("loading was stopped"));
+        stopLoading(job);
     }
     view.run([this](HostScene& host) {
         saveState(host);
         return false;
     });
+    checkRecorded();
     return Done;
 }
 
@@ -319,7 +330,23 @@ hostkit::InputFeed::Listener Viewer::startRecording(HostScene& host)
     } catch (const hostkit::Recording::Error& error) {
         throw Failure(NoOutput, QString::fromUtf8(error.what()));
     }
-    return [this, &host](const hostkit::InputEvent& event) { record_->write(event, sizeOf(host)); };
+    return [this, &host](const hostkit::InputEvent& event) {
+        try {
+            if (recordFailure_.isEmpty()) {
+                record_->write(event, sizeOf(host));
+            }
+        } catch (const hostkit::Recording::Error& error) {
+            recordFailure_ = QString::fromUtf8(error.what()); // the session goes on without
+            std::cerr << "view: recording has stopped: " << error.what() << std::endl;
+        }
+    };
+}
+
+void Viewer::checkRecorded() const
+{
+    if (!recordFailure_.isEmpty()) {
+        throw Failure(NoOutput, recordFailure_);
+    }
 }
 
 void Viewer::playRecording(HostScene& host, hostkit::InputFeed& input) const
@@ -359,9 +386,11 @@ void Viewer::writePicture(const QImage& picture) const
     if (picture.isNull()) {
         throw Failure(NoOutput, QStringLiteral("the picture could not be drawn"));
     }
-    QSaveFile file(options_.outFile);
-    if (!file.open(QIODevice::WriteOnly) || !picture.save(&file, "PNG") || !file.commit()) {
-        throw Failure(NoOutput, options_.outFile + QStringLiteral(": ") + file.errorString());
+    QBuffer content;
+    content.open(QIODevice::WriteOnly);
+    OruFileWriter file(options_.outFile);
+    if (!picture.save(&content, "PNG") || !file.replace(content.data())) {
+        throw Failure(NoOutput, file.error());
     }
     std::cout << qPrintable(QFileInfo(options_.outFile).absoluteFilePath()) << std::endl;
 }

@@ -36,7 +36,8 @@ public:
         ExitCode code;
     };
 
-    /// Reads the recording that is to be played, if there is one. Throws Failure.
+    /// Reads the recording that is to be played, if there is one. Throws Failure, or ViewerOptions::Error
+    /// when an output would overwrite an input.
     explicit Viewer(const ViewerOptions& options);
 
     /// Needs a QGuiApplication that GlPlatform has prepared. Throws Failure.
@@ -51,13 +52,16 @@ private:
     void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
+    void readRecording();
     void takeOver(const hostkit::Recording& recording);
+    void checkRecorded() const;
     hostkit::InputFeed::Listener startRecording(hostkit::HostScene& host);
     void saveState(const hostkit::HostScene& host) const;
     void writePicture(const QImage& picture) const;
 
     ViewerOptions options_;
-    QString images_;
     std::optional<hostkit::Recording> replay_;
     std::unique_ptr<hostkit::RecordingWriter> record_;
+    /// Why recording has stopped; empty: it has not.
+    QString recordFailure_;
 };

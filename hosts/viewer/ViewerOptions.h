@@ -35,6 +35,10 @@ struct ViewerOptions
     /// Reads the arguments behind the program's name. Throws Error.
     static ViewerOptions parse(const QStringList& arguments);
 
+    /// Throws Error when a file would be written that is also read, or two outputs would be one file. What is
+    /// no regular file, such as /dev/null, may be named any number of times.
+    void checkOutputs() const;
+
     /// The text for --help.
     static QString help();
 

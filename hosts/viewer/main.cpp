@@ -1,4 +1,5 @@
 #include "hosts/host/GlPlatform.h"
+#include "hosts/viewer/StandardStreams.h"
 #include "hosts/viewer/Viewer.h"
 
 #include <QGuiApplication>
@@ -7,9 +8,9 @@
 
 namespace {
 
-int complain(int code, const char* text)
+int complain(int code, const QByteArray& text)
 {
-    std::cerr << "view: " << text << std::endl;
+    std::cerr << "view: " << text.constData() << std::endl;
     return code;
 }
 
@@ -17,6 +18,7 @@ int complain(int code, const char* text)
 
 int main(int argc, char** argv)
 {
+    StandardStreams::open();
     try {
         QStringList arguments;
         for (int i = 1; i < argc; ++i) {
@@ -33,6 +35,9 @@ int main(int argc, char** argv)
         }
         if (qEnvironmentVariableIsEmpty("DISPLAY")) {
             return complain(Viewer::NoOutput, "there is no display; ./view brings one along");
+        }
+        if (!hostkit::GlPlatform::displayAnswers()) {
+            return complain(Viewer::NoOutput, "the display \"" + qgetenv("DISPLAY") + "\" cannot be reached");
         }
         hostkit::GlPlatform::prepare();
         int noArguments = 1;

@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "tests/core/TreeSupport.h"
+#include "tests/support/FullDisk.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -289,7 +290,13 @@ TEST_F(OruPropertiesFileTest, RefusesFilesThatItCannotReadOrThatAreTooLarge)
     EXPECT_THAT(error.toStdString(), testing::StartsWith((folder.path() + "/none: ").toStdString()));
     EXPECT_FALSE(OruPropertiesFile::load(root, folder.path(), &error));
     EXPECT_FALSE(OruPropertiesFile::load(root, "/dev/zero", &error));
-    EXPECT_THAT(error.toStdString(), testing::StartsWith("/dev/zero:1:1: larger than"));
+    EXPECT_EQ(error, "/dev/zero: is not a regular file");
+    EXPECT_FALSE(OruPropertiesFile::load(root, "/proc/self/mem", &error));
+    EXPECT_EQ(error, "/proc/self/mem: Input/output error");
+    QFile large(file);
+    EXPECT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(OruPropertiesFile::MaximumBytes + 1));
+    EXPECT_FALSE(load(root));
+    EXPECT_THAT(error.toStdString(), testing::StartsWith(file.toStdString() + ":1:1: larger than"));
 }
 
 TEST_F(OruPropertiesFileTest, ToleratesAByteOrderMarkAndMissingMembers)
@@ -311,6 +318,11 @@ TEST_F(OruPropertiesFileTest, FailedSaveLeavesTheFileAlone)
     }
     EXPECT_FALSE(save(deep));
     EXPECT_THAT(error.toStdString(), testing::HasSubstr("deeper"));
+    {
+        const kelvartest::FullDisk full(4);
+        EXPECT_FALSE(save(root));
+        EXPECT_THAT(error.toStdString(), testing::HasSubstr("/tree.json: File too large"));
+    }
     EXPECT_EQ(read(), before);
     EXPECT_FALSE(OruPropertiesFile::save(root, folder.path() + "/none/tree.json", &error));
     EXPECT_THAT(error.toStdString(), testing::HasSubstr("/none/tree.json: "));

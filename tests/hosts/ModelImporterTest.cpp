@@ -1,6 +1,7 @@
 #include "hosts/import/ModelImporter.h"
 
 #include "hosts/import/ImportJob.h"
+#include "hosts/import/internal/IsolatedReader.h"
 #include "tests/hosts/Models.h"
 
 #include <QFile>
@@ -11,6 +12,8 @@
 #include <array>
 #include <cstring>
 #include <set>
+
+#include <sys/stat.h>
 
 using hostkit::Model;
 using hostkit::ModelImporter;
@@ -61,7 +64,6 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
         {"words.stl", "this is no model", "damaged"},
         {"short.glb", engine.left(5000), "damaged"},
         {"words.obj", "# nothing here\n", "damaged"},
-        {"endless.ply", "ply\nformat ascii 1.0\nelement vertex 9\n", "does not come to an end"},
         {"crash.ply", contentOf("/usr/share/assimp/models/PLY/cube_binary.ply").left(300), "damaged"},
         {"model.unknown", "something", "not a model of a known format"},
         {"noname", "something", "not a model of a known format"},
@@ -70,9 +72,18 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
          "solid s\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 nan 0\nvertex 0 1 0\nendloop\n"
          "endfacet\nendsolid s\n",
          "vertex 1 is not a finite position"},
+        {"pipe.bin", QByteArray(), "is not a regular file"},
+        {"names.obj", "mtllib pipe.bin\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n",
+         "pipe.bin is not a regular file"},
+        {"names.gltf",
+         R"({"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}], "nodes": [{"mesh": 0}], "buffers": [{"uri": "pipe.bin", "byteLength": 36}],
+             "bufferViews": [{"buffer": 0, "byteLength": 36}], "accessors": [{"bufferView": 0, "componentType": 5126, "type": "VEC3", "count": 3}],
+             "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}]})",
+         "pipe.bin is not a regular file"},
         {"points.obj", "v 0 0 0\nv 1 0 0\np 1\np 2\n", "there are no triangles"},
     };
     QTemporaryDir folder;
+    ASSERT_EQ(::mkfifo(qPrintable(folder.filePath("pipe.bin")), 0600), 0);
     for (const auto& row : rows) {
         const QString name =
             row.content.isNull() ? folder.filePath(row.file) : writtenFile(folder, row.file, row.content);
@@ -84,6 +95,60 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
             EXPECT_THAT(error.what(), testing::HasSubstr(row.reason)) << row.file;
         }
     }
+}
+
+TEST(ModelImporter, CutsReasonsToAReadableLine)
+{
+    EXPECT_STREQ(ModelImporter::Error("f", " \n").what(), "f: damaged");
+    EXPECT_STREQ(ModelImporter::Error("f", "line\n\tof \x1b[31m").what(), "f: line of [31m");
+    EXPECT_EQ(std::strlen(ModelImporter::Error("f", QString(1000, 'x')).what()), 303u);
+}
+
+TEST(IsolatedReader, KeepsToItsLimitsAndTellsThem)
+{
+    using hostkit::IsolatedReader;
+    QTemporaryDir folder;
+    const QString endless = writtenFile(folder, "endless.ply", "ply\nformat ascii 1.0\nelement vertex 9\n");
+    const auto script = [&folder](const char* name, const QByteArray& command) {
+        const QString file = writtenFile(folder, name, "#!/bin/sh\n" + command);
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
+        return file;
+    };
+    const QString reader = IsolatedReader::ownReader();
+    const QString sleeper = script("sleeper", "exec sleep 600");
+    const std::uint64_t any = std::uint64_t(1) << 40;
+    const struct
+    {
+        IsolatedReader::Limits limits;
+        QString program;
+        QString file;
+        const char* reason;
+    } rows[] = {
+        {{1, 50, 0, any}, reader, endless, "does not come to an end in 1 s of processor time"},
+        {{50, 1, 0, any}, sleeper, endless, "longer than 1 s"},
+#ifndef __SANITIZE_ADDRESS__
+        {{50, 50, 8 << 20, any}, reader, kelvartest::stlFile("head"), "more memory than 8.0 MiB"},
+#endif
+        {{50, 50, 0, 1 << 20}, reader, kelvartest::engineFile(), "takes more than 1.0 MiB"},
+        {{50, 50, 0, 1 << 20}, script("mad", "exec yes"), endless, "damaged"},
+        {{50, 50, 0, 1 << 20},
+         script("boaster", "exec tr '\\0' '\\1' </dev/zero"),
+         endless,
+         "more than 1.0 MiB"},
+        {{50, 50, 0, any}, "/no/reader", endless, "/no/reader cannot be started: No such file"},
+    };
+    Progress progress;
+    for (const auto& row : rows) {
+        try {
+            IsolatedReader(row.limits, row.program).read(row.file, progress, [](float) {});
+            ADD_FAILURE() << "read in spite of " << row.reason;
+        } catch (const std::runtime_error& error) {
+            EXPECT_THAT(error.what(), testing::HasSubstr(row.reason));
+        }
+    }
+    progress.cancel();
+    EXPECT_THROW(IsolatedReader({50, 10, 0, any}, sleeper).read(endless, progress, [](float) {}),
+                 Progress::Cancelled);
 }
 
 TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)

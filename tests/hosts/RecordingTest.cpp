@@ -18,7 +18,28 @@ auto fields(const InputEvent& event)
                            event.amount);
 }
 
-TEST(Recording, EveryEventReadsBackOnItsPixel)
+/// Texts that a line of text could lose or break at.
+const QString awkwardTexts[] = {"",
+                                " ",
+                                "in front",
+                                " in front",
+                                "behind\t",
+                                "two\nlines\r\n",
+                                "\"quoted\"",
+                                "a\\",
+                                "\"",
+                                "back\\slash",
+                                "\\u0041",
+                                " \\\" ",
+                                "\u00a0wide\u2003",
+                                "\ufeffmark",
+                                "\u2028",
+                                QString::fromLatin1("zero\0", 5),
+                                "# none",
+                                QString(QChar(0xd800)) + "lone",
+                                QString::fromUtf8("\xf0\x9f\x98\x80 ")};
+
+TEST(Recording, EveryTextAndEventReadsBack)
 {
     std::vector<InputEvent> rows = {
         {Kind::Press, OruMouse::ButtonContext, 3, {0, 798}, 0},
@@ -38,13 +59,19 @@ TEST(Recording, EveryEventReadsBackOnItsPixel)
         head.size = size;
         head.models.append(QStringLiteral("/a model/with blanks.glb"));
         head.position = QStringLiteral("-x");
-        head.settings = {{QStringLiteral("render/textInfo"), QStringLiteral("true")}};
+        for (const QString& text : awkwardTexts) {
+            head.models.append(text);
+            head.settings.emplace_back(QStringLiteral("render/text"), text);
+            head.settings.emplace_back(QChar('#') + text, QStringLiteral("true"));
+        }
         QByteArray text = head.head() + "\n# a comment\n";
         for (const InputEvent& event : rows) {
             text += Recording::line(event, size);
         }
         const Recording read = Recording::parse(text, QStringLiteral("r"));
         EXPECT_EQ(read.head(), head.head());
+        EXPECT_EQ(read.models, head.models);
+        EXPECT_EQ(read.settings, head.settings);
         const std::vector<InputEvent> events = read.events(size);
         ASSERT_EQ(events.size(), std::size(rows));
         for (std::size_t i = 0; i < events.size(); ++i) {
@@ -84,6 +111,10 @@ TEST(Recording, RefusedWithLineAndReason)
         {good + "wheel 7 - 0 0\n", "r:3: a wheel event is one step"},
         {good + "key 99999999999 -\n", "r:3: \"99999999999\" is no whole number"},
         {good + "set render\n", "r:3: \"set\" is no event"},
+        {good + "model \"open\n", "r:3: a text that starts with a quote"},
+        {good + "model \"open\\", "r:3: a text that starts with a quote"},
+        {good + "model \"a\" b\n", "r:3: a text that starts with a quote"},
+        {good + "model \"\\u00g0\"\n", "r:3: \\u stands before four"},
     };
     for (const auto& row : rows) {
         try {

@@ -1,116 +1,50 @@
 #include "hosts/import/internal/IsolatedReader.h"
 
-#include "hosts/import/internal/ModelReader.h"
+#include "contracts/core/OruMemoryInfo.h"
+#include "hosts/import/internal/ReaderProcess.h"
+#include "hosts/import/internal/ReaderProtocol.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <csignal>
-#include <cstring>
+#include <algorithm>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 
+#include <dlfcn.h>
 #include <poll.h>
-#include <sys/prctl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace hostkit {
 
-namespace {
+using Tag = ReaderProtocol::Tag;
 
-/// What the reading process says through its pipe; the end of the pipe without Done is a crash.
-enum class Tag : char
-{
-    Share,
-    Part,
-    Error,
-    Done
-};
+namespace {
 
 constexpr int pollMilliseconds = 20;
 constexpr qint64 megabyte = 1000000;
+constexpr qint64 mostMegabytes = 1000000;
+/// Where the kernel does not say how much memory there is.
+constexpr std::uint64_t memoryIfUnknown = std::uint64_t(4) << 30;
 
-/// The reading process's end of the pipe. Without a reader on the other side the process ends.
-class Writer
+[[noreturn]] void fail(const QString& reason)
 {
-public:
-    explicit Writer(int pipe)
-        : pipe_(pipe)
-    {}
+    throw std::runtime_error(reason.toStdString());
+}
 
-    void bytes(const void* data, std::size_t size) const
-    {
-        const char* at = static_cast<const char*>(data);
-        while (size > 0) {
-            const ssize_t written = ::write(pipe_, at, size);
-            if (written < 0 && errno != EINTR) {
-                ::_exit(1);
-            }
-            at += written > 0 ? written : 0;
-            size -= static_cast<std::size_t>(written > 0 ? written : 0);
-        }
-    }
-
-    template <typename T>
-    void value(const T& value) const
-    {
-        bytes(&value, sizeof(value));
-    }
-
-    template <typename Array>
-    void array(const Array& array) const
-    {
-        value(static_cast<uint64_t>(array.size()));
-        bytes(array.data(), array.size() * sizeof(*array.data()));
-    }
-
-private:
-    int pipe_;
-};
-
-/// The own end of the pipe and the process on the other one, which goes with this object.
+/// What the process says, as long as it keeps to the limits.
 class Reader
 {
 public:
-    Reader(int pipe, pid_t process, const Progress& progress)
-        : pipe_(pipe)
-        , process_(process)
+    Reader(ReaderProcess& process, const IsolatedReader::Limits& limits, const Progress& progress)
+        : process_(process)
+        , limits_(limits)
         , progress_(progress)
+        , bytesLeft_(limits.modelBytes)
+        , end_(std::chrono::steady_clock::now() + std::chrono::seconds(limits.wallSeconds))
     {}
-
-    ~Reader()
-    {
-        ::close(pipe_);
-        if (process_ > 0) {
-            ::kill(process_, SIGKILL);
-            ::waitpid(process_, nullptr, 0);
-        }
-    }
-
-    Reader(const Reader&) = delete;
-    Reader& operator=(const Reader&) = delete;
-
-    void bytes(void* data, std::size_t size)
-    {
-        char* at = static_cast<char*>(data);
-        while (size > 0) {
-            if (progress_.cancelled()) {
-                throw Progress::Cancelled();
-            }
-            pollfd ready = {pipe_, POLLIN, 0};
-            if (::poll(&ready, 1, pollMilliseconds) <= 0) {
-                continue;
-            }
-            const ssize_t got = ::read(pipe_, at, size);
-            if (got == 0) {
-                throw std::runtime_error(verdict());
-            }
-            at += got > 0 ? got : 0;
-            size -= static_cast<std::size_t>(got > 0 ? got : 0);
-        }
-    }
 
     template <typename T>
     T value()
@@ -123,40 +57,80 @@ public:
     template <typename Array>
     Array array()
     {
+        constexpr std::size_t elementSize = sizeof(*Array().data());
+        const auto count = value<std::uint64_t>();
+        if (count > bytesLeft_ / elementSize) {
+            failAsTooLarge(); // ahead of making room for what a reader gone mad may announce
+        }
         Array result;
-        result.resize(static_cast<std::size_t>(value<uint64_t>()));
-        bytes(result.data(), result.size() * sizeof(*result.data()));
+        result.resize(static_cast<std::size_t>(count));
+        bytes(result.data(), result.size() * elementSize);
         return result;
     }
 
 private:
-    /// Why the process ended without a word.
-    std::string verdict()
+    void bytes(void* data, std::size_t size)
     {
-        int status = 0;
-        ::waitpid(process_, &status, 0);
-        process_ = -1;
-        const int signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-        return signal == SIGXCPU   ? "damaged: reading it does not come to an end"
-               : signal == SIGKILL ? "reading it takes more memory than there is"
-                                   : "damaged: it takes its reader down";
+        if (size > bytesLeft_) {
+            failAsTooLarge();
+        }
+        bytesLeft_ -= size;
+        char* at = static_cast<char*>(data);
+        while (size > 0) {
+            await();
+            const ssize_t got = ::read(process_.output(), at, size);
+            if (got == 0) {
+                fail(verdict());
+            }
+            at += got > 0 ? got : 0;
+            size -= static_cast<std::size_t>(got > 0 ? got : 0);
+        }
     }
 
-    int pipe_;
-    pid_t process_;
-    const Progress& progress_;
-};
+    [[noreturn]] void failAsTooLarge() const
+    {
+        fail(QStringLiteral("the model takes more than %1, an eighth of the memory that is available")
+                 .arg(oru::memoryText(limits_.modelBytes)));
+    }
 
-void sendPart(const Writer& out, const MeshSource& part)
-{
-    out.value(Tag::Part);
-    out.array(part.name.toStdString());
-    out.value(part.colour.rgb());
-    out.array(part.positions);
-    out.array(part.normals);
-    out.array(part.colours);
-    out.array(part.indices);
-}
+    /// Waits until there is something to read.
+    void await() const
+    {
+        pollfd ready = {process_.output(), POLLIN, 0};
+        do {
+            if (progress_.cancelled()) {
+                throw Progress::Cancelled();
+            }
+            if (std::chrono::steady_clock::now() > end_) {
+                fail(QStringLiteral("reading it takes longer than %1 s").arg(limits_.wallSeconds));
+            }
+        } while (::poll(&ready, 1, pollMilliseconds) <= 0);
+    }
+
+    /// Why the process ended without a word.
+    QString verdict()
+    {
+        switch (process_.ending()) {
+        case ReaderProcess::Ending::OutOfTime:
+            return QStringLiteral("damaged: reading it does not come to an end in %1 s of processor time")
+                .arg(limits_.processorSeconds);
+        case ReaderProcess::Ending::OutOfMemory:
+            return QStringLiteral("reading it takes more memory than %1, half of what is available")
+                .arg(oru::memoryText(limits_.readerBytes));
+        case ReaderProcess::Ending::Killed:
+            return QStringLiteral("reading it takes more memory than there is");
+        case ReaderProcess::Ending::Crash:
+            break;
+        }
+        return QStringLiteral("damaged: it takes its reader down");
+    }
+
+    ReaderProcess& process_;
+    const IsolatedReader::Limits& limits_;
+    const Progress& progress_;
+    std::uint64_t bytesLeft_;
+    std::chrono::steady_clock::time_point end_;
+};
 
 MeshSource receivePart(Reader& in)
 {
@@ -168,33 +142,6 @@ MeshSource receivePart(Reader& in)
     part.colours = in.array<std::vector<uint32_t>>();
     part.indices = in.array<std::vector<uint32_t>>();
     return part;
-}
-
-/// The life of the reading process. It dies with the thread that waits for it.
-[[noreturn]] void readAndSend(const QString& file, const Writer& out)
-{
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGXCPU, SIGPIPE}) {
-        ::signal(signal, SIG_DFL);
-    }
-    const rlim_t seconds =
-        static_cast<rlim_t>(IsolatedReader::secondsAllowed + QFileInfo(file).size() / megabyte);
-    const rlimit processor = {seconds, seconds + 1};
-    ::setrlimit(RLIMIT_CPU, &processor);
-    const rlimit noCore = {0, 0};
-    ::setrlimit(RLIMIT_CORE, &noCore);
-    try {
-        const auto report = [&](float share) {
-            out.value(Tag::Share);
-            out.value(share);
-        };
-        ModelReader::read(file, report, [&](const MeshSource& part) { sendPart(out, part); });
-        out.value(Tag::Done);
-    } catch (const std::exception& error) {
-        out.value(Tag::Error);
-        out.array(std::string(error.what()));
-    }
-    ::_exit(0);
 }
 
 std::vector<MeshSource> receive(Reader& in, const ReportShare& report)
@@ -212,31 +159,43 @@ std::vector<MeshSource> receive(Reader& in, const ReportShare& report)
             throw std::runtime_error(in.array<std::string>());
         case Tag::Done:
             return parts;
+        default:
+            fail(QStringLiteral("damaged: it confuses its reader"));
         }
     }
 }
 
 } // namespace
 
-std::vector<MeshSource> IsolatedReader::read(const QString& file, const Progress& progress,
-                                             const ReportShare& report)
+IsolatedReader::Limits IsolatedReader::limitsFor(const QString& file)
 {
-    int ends[2] = {-1, -1};
-    if (::pipe(ends) != 0) {
-        throw std::runtime_error(std::strerror(errno));
+    const int more = static_cast<int>(std::min(QFileInfo(file).size() / megabyte, mostMegabytes));
+    const std::uint64_t known = oru::memoryAvailable();
+    const std::uint64_t memory = known > 0 ? known : memoryIfUnknown;
+    return {3 + more, 30 + more, memory / 2, memory / 8};
+}
+
+QString IsolatedReader::ownReader()
+{
+    Dl_info self;
+    if (dladdr(reinterpret_cast<void*>(&IsolatedReader::ownReader), &self) == 0) {
+        return QString();
     }
-    const pid_t process = ::fork();
-    if (process == 0) {
-        ::close(ends[0]);
-        readAndSend(file, Writer(ends[1]));
-    }
-    const int reason = errno;
-    ::close(ends[1]);
-    if (process < 0) {
-        ::close(ends[0]);
-        throw std::runtime_error(std::strerror(reason));
-    }
-    Reader in(ends[0], process, progress);
+    const QDir folder = QFileInfo(QFile::decodeName(self.dli_fname)).dir();
+    return QDir::cleanPath(folder.filePath(QStringLiteral(KELVAR_READER_FROM_LIBRARY)));
+}
+
+IsolatedReader::IsolatedReader(const Limits& limits, const QString& program)
+    : limits_(limits)
+    , program_(program)
+{}
+
+std::vector<MeshSource> IsolatedReader::read(const QString& file, const Progress& progress,
+                                             const ReportShare& report) const
+{
+    ReaderProcess process(
+        program_, {file, QString::number(limits_.processorSeconds), QString::number(limits_.readerBytes)});
+    Reader in(process, limits_, progress);
     return receive(in, report);
 }
 

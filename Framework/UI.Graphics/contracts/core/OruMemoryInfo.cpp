@@ -6,18 +6,24 @@
 #include <limits>
 #include <string>
 
-QString oru::memoryInfo()
+std::uint64_t oru::memoryAvailable()
 {
     std::ifstream kernel("/proc/meminfo");
     std::string key;
     while (kernel >> key) {
         std::uint64_t kibibytes = 0;
         if (key == "MemAvailable:" && kernel >> kibibytes) {
-            return memoryText(kibibytes * 1024);
+            return kibibytes * 1024;
         }
         kernel.ignore(std::numeric_limits<std::streamsize>::max(), '\n');
     }
-    return QString::fromLatin1("unknown");
+    return 0;
+}
+
+QString oru::memoryInfo()
+{
+    const std::uint64_t bytes = memoryAvailable();
+    return bytes > 0 ? memoryText(bytes) : QString::fromLatin1("unknown");
 }
 
 QString oru::memoryText(std::uint64_t bytes)

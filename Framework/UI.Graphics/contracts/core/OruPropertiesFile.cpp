@@ -1,14 +1,14 @@
 #include "contracts/core/OruPropertiesFile.h"
 
+#include "contracts/core/OruFileReader.h"
+#include "contracts/core/OruFileWriter.h"
 #include "contracts/core/OruJson.h"
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesCheck.h"
 #include "contracts/core/OruPropertiesForeign.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QSaveFile>
 #include <QStringList>
 
 #include <algorithm>
@@ -86,24 +86,12 @@ QString nameOf(const QJsonObject& json)
 /// The text of a file, without a byte order mark.
 bool readText(const QString& file, QByteArray& text, QString* error)
 {
-    QFile in(file);
-    if (!in.open(QIODevice::ReadOnly)) {
-        return fail(error, file, in.errorString());
-    }
-    // Never trust the size alone: a device or a growing file has more than it says. Piece by piece, since a
-    // read makes room for as much as it is asked for.
-    constexpr int pieceBytes = 1 << 16;
-    QByteArray piece;
-    do {
-        piece = in.read(pieceBytes);
-        text += piece;
-    } while (!piece.isEmpty() && text.size() <= OruPropertiesFile::MaximumBytes);
-    if (in.error() != QFile::NoError) {
-        return fail(error, file, in.errorString());
-    }
-    if (text.size() > OruPropertiesFile::MaximumBytes) {
-        return failAt(error, file, member("1:1"),
-                      QString::fromLatin1("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes));
+    QString reason;
+    if (!OruFileReader::read(file, OruPropertiesFile::MaximumBytes, text, reason)) {
+        return reason.isEmpty()
+                   ? failAt(error, file, member("1:1"),
+                            QString::fromLatin1("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes))
+                   : fail(error, file, reason);
     }
     if (text.startsWith("\xEF\xBB\xBF")) {
         text.remove(0, 3);
@@ -160,9 +148,12 @@ bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QSt
     if (text.size() > MaximumBytes) {
         return fail(error, file, QString::fromLatin1("the tree takes more than %1 bytes").arg(MaximumBytes));
     }
-    QSaveFile out(file);
-    if (!out.open(QIODevice::WriteOnly) || out.write(text) != text.size() || !out.commit()) {
-        return fail(error, file, out.errorString());
+    OruFileWriter out(file);
+    if (!out.replace(text)) {
+        if (error) {
+            *error = out.error();
+        }
+        return false;
     }
     return true;
 }

@@ -39,16 +39,17 @@ public:
     /// The version that save() writes; load() refuses files of a later one.
     static constexpr int Version = 1;
 
-    /// Writes the tree below `root`, all of it or nothing: an existing file is replaced only by a whole one.
+    /// Writes the tree below `root`, all of it or nothing: an existing file is replaced only by a whole one,
+    /// and a pipe or a device is written to, as OruFileWriter does it.
     static bool save(const OruProperties& root, const QString& file, QString* error);
 
     /// Merges a file into the tree below `root`: values and units in the file overwrite, children that are
     /// missing are made by their parent's makeChild() and enter through its insert() as tree-owned; nothing
     /// is removed. The name of the root is not changed.
     ///
-    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, that gives
-    /// a node another type than the tree has, or a value that is not of its property's kind, is refused, and
-    /// the tree is as it was.
+    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, that is no
+    /// regular file, that gives a node another type than the tree has, or a value that is not of its
+    /// property's kind, is refused, and the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
 
     /// What save() writes, and load() reads, as a text; `file` stands for its name in errors.

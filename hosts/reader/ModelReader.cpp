@@ -1,6 +1,7 @@
-#include "hosts/import/internal/ModelReader.h"
+#include "hosts/reader/ModelReader.h"
 
 #include "contracts/math/Matrix.h"
+#include "hosts/reader/RegularFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -186,9 +187,14 @@ MeshSource sourceOf(const aiScene& scene, const Use& use, bool withNormals)
 const aiScene& readScene(Assimp::Importer& importer, const QString& file, const ReportShare& report)
 {
     importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE, aiPrimitiveType_POINT | aiPrimitiveType_LINE);
-    importer.SetProgressHandler(new ReadingProgress(report)); // the importer takes it over
+    importer.SetProgressHandler(new ReadingProgress(report)); // the importer takes both over
+    auto* const files = new RegularFiles;
+    importer.SetIOHandler(files);
     const aiScene* scene = importer.ReadFile(QFile::encodeName(file).toStdString(),
                                              aiProcess_Triangulate | aiProcess_SortByPType);
+    if (!files->refused().empty()) {
+        throw std::runtime_error("it names " + files->refused());
+    }
     if (scene && scene->mRootNode) {
         return *scene;
     }
@@ -198,7 +204,10 @@ const aiScene& readScene(Assimp::Importer& importer, const QString& file, const 
     const std::string text = importer.GetErrorString();
     const auto known = std::find_if(knownErrors.begin(), knownErrors.end(),
                                     [&](const KnownError& error) { return text.rfind(error.start, 0) == 0; });
-    throw std::runtime_error(known == knownErrors.end() ? "damaged: " + text : known->reason);
+    if (known != knownErrors.end()) {
+        throw std::runtime_error(known->reason);
+    }
+    throw std::runtime_error(text.empty() ? text : "damaged: " + text);
 }
 
 } // namespace
