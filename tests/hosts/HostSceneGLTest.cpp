@@ -306,7 +306,11 @@ TEST_F(HostSceneGLTest, SavesAndLoadsTheWholeState)
     HostScene other{QString(), QString(), QString()};
     other.setSize(gl.size());
     ModelParts(other.scene().render.visualizations).add(cubes({left, right}));
+    other.draw();
     ASSERT_TRUE(other.load(file, &error)) << error.toStdString();
+    other.send(&OruSceneEventHandler::mouseMove);
+    EXPECT_EQ(other.context().modelView, host->context().modelView)
+        << "the event found the view that was loaded";
     EXPECT_EQ(other.picture(gl.size()), before);
     EXPECT_FALSE(other.load(folder.filePath("missing.json"), &error));
 }

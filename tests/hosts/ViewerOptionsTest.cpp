@@ -15,6 +15,7 @@ TEST(ViewerOptions, ReadsEveryOption)
 {
     EXPECT_EQ(parse("--default-model d.glb").models, QStringList("d.glb"));
     EXPECT_EQ(parse("--default-model d.glb m.stl").models, QStringList("m.stl"));
+    EXPECT_EQ(parse("--default-model d.glb --replay r").models, QStringList()) << "it names its own";
     EXPECT_TRUE(parse("--help").showHelp);
     EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =

@@ -61,6 +61,9 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
         {"ulimit -f 0; trap '' XFSZ; $V model.stl --out old", 3, "old: File too large"},
         {"ulimit -f 0; trap '' XFSZ; $V model.stl --save-state old --out new", 3, "old: File too large"},
         {"ulimit -f 0; trap '' XFSZ; $V model.stl --record old --out new", 3, "old: File too large"},
+        {"(ulimit -f 1; trap '' XFSZ; $V model.stl --drag left 0,0 99,99 --drag left 0,0 99,99 --record half"
+         " --out >(cat >/dev/null)); code=$?; $V --replay half && exit $code",
+         3, "recording has stopped: half: File too large"},
         {"DISPLAY=:4711 $V model.stl --out new", 3, "the display \":4711\" cannot be reached"},
         {"$V model.stl --out new >&-; code=$?; test -s new && exit $code", 0, ""},
         {"cat pipe >got & $V model.stl --out pipe && wait && test -p pipe && grep -q PNG got", 0, ""},

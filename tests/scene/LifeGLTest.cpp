@@ -1,6 +1,8 @@
-// Scenes and contexts that come and go in one process.
+// Scenes and contexts that come and go in one process. KELVAR_LIFE_CONTEXTS sets how many contexts do.
 
 #include "tests/scene/SceneFixture.h"
+
+#include <cstdlib>
 
 #include <malloc.h>
 
@@ -43,7 +45,9 @@ TEST(LifeGLTest, ThousandScenesLeaveNothingBehind)
 TEST(LifeGLTest, ContextsAreLostAndMadeAgain)
 {
     const QSize size(64, 48);
-    for (int i = 0; i < 200; ++i) {
+    const char* const wanted = std::getenv("KELVAR_LIFE_CONTEXTS");
+    const int contexts = wanted ? std::atoi(wanted) : 30;
+    for (int i = 0; i < contexts; ++i) {
         GlContext gl(size);
         const int objects = GlRecorder::instance().liveObjects();
         liveOnce(size);
