@@ -1,5 +1,7 @@
 #include "hosts/host/InputFeed.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -35,10 +37,16 @@ const KindRow kindRows[] = {
     {Kind::Leave, &OruSceneEventHandler::mouseLeave},
 };
 
+/// The kinds of which many make one movement of a hand.
+bool zooms(Kind kind)
+{
+    return kind == Kind::Wheel || kind == Kind::Pinch || kind == Kind::Turn;
+}
+
 /// Those that change the view below a pointer that stands still.
 bool movesTheView(Kind kind)
 {
-    return kind == Kind::Wheel || kind == Kind::Pinch || kind == Kind::Turn || kind == Kind::KeyPress;
+    return zooms(kind) || kind == Kind::KeyPress;
 }
 
 /// Where the pointer is once it has left a view.
@@ -74,6 +82,7 @@ bool InputFeed::apply(const InputEvent& event)
     // What a drag starts from is known; its name would only hang on the pointer.
     const bool untold = event.kind == Kind::Move && anyHeld() && dropTooltip();
     feedMouse(event);
+    const QScopedValueRollback<bool> zooming(zooming_, zooms(event.kind));
     const bool changed = dispatch(event) || untold;
     return movesTheView(event.kind) ? hoverAgain() || changed : changed;
 }

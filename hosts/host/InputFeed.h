@@ -69,6 +69,9 @@ public:
     /// A gesture is under way: some button is held.
     bool gesture() const { return anyHeld(); }
 
+    /// A wheel, or two fingers, are changing the view at this moment.
+    bool zooming() const { return zooming_; }
+
     bool held(OruMouse::Button button) const { return held_[slot(button)].down; }
 
     /// Ends a gesture that the window system took away: the rubber band goes, and every held button gets its
@@ -102,6 +105,7 @@ private:
     Listener listener_;
     std::array<Held, 3> held_;
     int dragThreshold_ = 4;
+    bool zooming_ = false;
     /// The view when the first of the held buttons went down.
     Kelvar::Math::Matrix viewBefore_;
 };
