@@ -257,6 +257,33 @@ void HostScene::edit(OruProperties& node, const QString& key, const QString& val
     stale_ = true;
 }
 
+void HostScene::undo(const EditStep& step)
+{
+    step.undo(scene_);
+    tellEditor(step);
+}
+
+void HostScene::redo(const EditStep& step)
+{
+    step.redo(scene_);
+    tellEditor(step);
+}
+
+void HostScene::tellEditor(const EditStep& step)
+{
+    const boost::shared_ptr<IOruVisPropertyEdit> editor = scene_.render.editor();
+    const EditSession session(*editor);
+    for (const EditStep::Change& change : step.changes()) {
+        OruProperties* const node = scene_.find(change.path);
+        if (node && node->string().defined(change.key)) {
+            QString value;
+            node->getValue(change.key, value, QString());
+            editor->editValue(&scene_.render.visualizations, node, change.key, value);
+        }
+    }
+    stale_ = true;
+}
+
 bool HostScene::accepts(const QString& path, const QString& value, QString* error)
 {
     const Place place = placeOf(path);

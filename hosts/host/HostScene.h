@@ -2,6 +2,7 @@
 
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
+#include "hosts/host/EditStep.h"
 #include "hosts/host/kelvar_host_api.h"
 
 #include <QImage>
@@ -91,6 +92,11 @@ public:
     /// can be undone. `node` belongs to this scene; the value is not checked.
     void edit(OruProperties& node, const QString& key, const QString& value);
 
+    /// Takes a step back, or makes it again. The scene's editor hears of each value once the tree has it, and
+    /// so one that keeps what changes finds nothing to keep.
+    void undo(const EditStep& step);
+    void redo(const EditStep& step);
+
     /// Whether setValue would not refuse the value once the property exists. False: the property exists, and
     /// `error` says what it wants.
     bool accepts(const QString& path, const QString& value, QString* error);
@@ -104,6 +110,7 @@ private:
         QString key;
     };
     Place placeOf(const QString& path);
+    void tellEditor(const EditStep& step);
     void refresh();
     void updateProjection();
     void catchUp();

@@ -227,7 +227,7 @@ TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
     const Vector3 away(150000, 0, 0);
     host->scene().render.visualizations.erase(&part("cube"));
     host->scene().render.visualizations.erase(&part("cube.2"));
-    host->addModel(cubes({away}));
+    add(cubes({away}));
     MeshVisualization& cube = part("cube");
     cube.movable.setValue(true);
     // A pixel is 0.0075 units, less than floats can tell apart out there.
@@ -253,7 +253,7 @@ TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
             pixel += QPoint(row.pixels, 0);
             input.move(0, pixel);
             if (row.zoom && i == 0) {
-                input.wheel(-InputFeed::wheelStep, 0, pixel);
+                input.wheel(1.0, 0, pixel);
                 host->draw();
             }
         }
@@ -267,7 +267,7 @@ TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
     const Vector3 away(20, 0, 0);
     Model model;
     model.parts.push_back(built(sourceOf(bumpySphere(5000, 0.7f))));
-    host->addModel(model);
+    add(model);
     part("sample").offset.setValue(Matrix::translate(away));
     host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));
     EXPECT_GT(colourAt(drawn(), away).blue(), 60);

@@ -24,13 +24,13 @@ EditCommand::EditCommand(SceneWindow& window, const EditStep& step, bool inRow)
 
 void EditCommand::undo()
 {
-    apply(&EditStep::undo);
+    apply(&HostScene::undo);
 }
 
 void EditCommand::redo()
 {
     if (!std::exchange(made_, false)) {
-        apply(&EditStep::redo);
+        apply(&HostScene::redo);
     }
 }
 
@@ -57,8 +57,7 @@ void EditCommand::apply(Way way)
     }
     try {
         window_->run([&](HostScene& host) {
-            (step_.*way)(host.scene());
-            host.changed();
+            (host.*way)(step_);
             window_->input().hoverAgain();
             return true;
         });

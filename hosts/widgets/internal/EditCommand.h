@@ -29,7 +29,7 @@ public:
     bool mergeWith(const QUndoCommand* other) override;
 
 private:
-    using Way = void (EditStep::*)(OruProperties& root) const;
+    using Way = void (HostScene::*)(const EditStep& step);
 
     static constexpr int rowId = 1;
 
