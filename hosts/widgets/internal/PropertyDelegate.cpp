@@ -1,0 +1,126 @@
+#include "hosts/widgets/internal/PropertyDelegate.h"
+
+#include "contracts/core/OruPropertyKind.h"
+#include "hosts/widgets/PropertyModel.h"
+#include "hosts/widgets/internal/ChoiceBox.h"
+#include "hosts/widgets/internal/ColourButton.h"
+#include "hosts/widgets/internal/NumberBox.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMetaProperty>
+#include <QTimer>
+
+namespace hostkit {
+
+namespace {
+
+using Type = OruPropertyKind::Type;
+
+/// Keeps the kind with the editor, and that it has been filled.
+constexpr const char* kindProperty = "propertyKind";
+constexpr const char* filledProperty = "propertyFilled";
+
+QString textOf(const QWidget& editor)
+{
+    return editor.metaObject()->userProperty().read(&editor).toString();
+}
+
+/// Whether what is in an editor can be stored; `reason` is empty then.
+bool fits(const QWidget& editor, QString* reason)
+{
+    const auto* const kind = editor.property(kindProperty).value<const OruPropertyKind*>();
+    reason->clear();
+    return kind->accepts(textOf(editor), reason);
+}
+
+QWidget* makeEditor(const OruPropertyKind& kind, QWidget* parent)
+{
+    if (!kind.choices().empty()) {
+        return new ChoiceBox(kind, parent);
+    }
+    if (kind.type() == Type::WholeNumber || kind.type() == Type::Number) {
+        return new NumberBox(kind, parent);
+    }
+    if (kind.type() == Type::Colour) {
+        return new ColourButton(parent);
+    }
+    auto* const line = new QLineEdit(parent);
+    line->setFrame(false);
+    return line;
+}
+
+} // namespace
+
+QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                                        const QModelIndex& index) const
+{
+    const auto* const kind = index.data(PropertyModel::KindRole).value<const OruPropertyKind*>();
+    if (!kind) {
+        return nullptr;
+    }
+    QWidget* const editor = makeEditor(*kind, parent);
+    editor->setProperty(kindProperty, QVariant::fromValue(kind));
+    auto* const line =
+        qobject_cast<QLineEdit*>(editor) ? static_cast<QLineEdit*>(editor) : editor->findChild<QLineEdit*>();
+    if (line) {
+        connect(line, &QLineEdit::textEdited, this, [this, editor] {
+            QString reason;
+            fits(*editor, &reason);
+            Q_EMIT why(reason);
+        });
+    }
+    if (auto* const colour = qobject_cast<ColourButton*>(editor)) {
+        connect(colour, &ColourButton::chosen, this, [this, editor] { finish(editor); });
+        QTimer::singleShot(0, colour, &ColourButton::choose);
+    } else if (auto* const choice = qobject_cast<ChoiceBox*>(editor)) {
+        connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this, editor] { finish(editor); });
+        QTimer::singleShot(0, choice, &QComboBox::showPopup);
+    }
+    return editor;
+}
+
+void PropertyDelegate::finish(QWidget* editor) const
+{
+    auto* const self = const_cast<PropertyDelegate*>(this); // the signals of the base class are not const
+    Q_EMIT self->commitData(editor);
+    Q_EMIT self->closeEditor(editor);
+}
+
+/// A value that changes meanwhile does not overwrite what the person types.
+void PropertyDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    if (!editor->property(filledProperty).toBool()) {
+        editor->setProperty(filledProperty, true);
+        QStyledItemDelegate::setEditorData(editor, index);
+    }
+}
+
+/// An editor that was looked at and left changes nothing.
+void PropertyDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                    const QModelIndex& index) const
+{
+    const QString text = textOf(*editor);
+    if (text != index.data(Qt::EditRole).toString()) {
+        Q_EMIT why(QString());
+        model->setData(index, text);
+    }
+}
+
+bool PropertyDelegate::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const editor = qobject_cast<QWidget*>(watched);
+    if (editor && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        const bool leaves =
+            key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab;
+        QString reason;
+        if (leaves && !fits(*editor, &reason)) {
+            Q_EMIT why(reason);
+            return true;
+        }
+    }
+    return QStyledItemDelegate::eventFilter(watched, event);
+}
+
+} // namespace hostkit
