@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/OruPropertiesFile.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/vis/OruVisImage.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
@@ -16,6 +17,18 @@
 using kelvarfuzz::require;
 
 namespace {
+
+void requireKinds(const OruProperties& node)
+{
+    for (const QString& key : node.string().keys()) {
+        QString text;
+        node.getValue(key, text, QString());
+        require(node.kind(key).accepts(text), "every value is of its property's kind");
+    }
+    for (unsigned int i = 0; i < node.size(); ++i) {
+        requireKinds(*node.at(i));
+    }
+}
 
 /// A small tree of nodes that read their properties in all types.
 struct Tree
@@ -80,6 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     }
     tree.use();
+    requireKinds(tree.list);
     const QByteArray text = tree.saved(kept);
     Tree again;
     require(OruPropertiesFile::load(again.list, kept, &error), "what was saved loads");

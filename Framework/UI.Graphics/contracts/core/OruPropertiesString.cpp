@@ -19,6 +19,10 @@ bool parse(const QString& text, T& value)
     return oru::fromString(text, value);
 }
 
+/// Scenes have 100,000 nodes and more, each with a few slots.
+static_assert(sizeof(OruPropertiesString::Slot) <=
+              2 * sizeof(QString) + sizeof(void*) + sizeof(std::uint64_t));
+
 } // namespace
 
 OruPropertiesString::OruPropertiesString(OruModified& owner)

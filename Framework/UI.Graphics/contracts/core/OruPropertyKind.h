@@ -11,7 +11,7 @@
 
 /// What a property holds: how its text reads, and which values make sense.
 ///
-/// A kind is a constant that all nodes with such a property share; it must outlive them:
+/// A kind is a constant that all nodes with such a property share; it and its choices must outlive them:
 ///
 ///     constexpr OruPropertyKind::Choice units[] = {{"0", "pixels"}, {"1", "percent"}};
 ///     constexpr OruPropertyKind unitKind = OruPropertyKind::of<int>().oneOf(units);
