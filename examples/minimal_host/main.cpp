@@ -4,6 +4,7 @@
 #include "hosts/import/ModelImporter.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/widgets/PropertyPanel.h"
+#include "hosts/widgets/SceneWidget.h"
 
 #include <QApplication>
 #include <QDockWidget>

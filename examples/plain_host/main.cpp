@@ -144,13 +144,13 @@ private:
 
     /// Hands one event to the scene. Besides its answer, a rubber band or a tooltip that changed is a reason
     /// to repaint.
-    void send(bool (OruSceneEventHandler::*event)(OruSceneEventContext&))
+    void send(bool (OruSceneEventHandler::*operation)(OruSceneEventContext&))
     {
         gl_.makeCurrent(this);
         context_.projection = glGetOrtho(context_.viewport, context_.bounds, context_.modelView);
         const OruOglViewport band = context_.boxZoom;
         const QString tooltip = context_.tooltip;
-        if ((scene_.get()->*event)(context_) || band != context_.boxZoom || tooltip != context_.tooltip) {
+        if ((scene_.get()->*operation)(context_) || band != context_.boxZoom || tooltip != context_.tooltip) {
             requestUpdate();
         }
     }

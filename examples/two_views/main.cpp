@@ -1,5 +1,6 @@
-// Two views of one model: `two_views MODEL`. Drag or click a part in one, and it moves or is marked in both, and so
-// undone. `two_views MODEL FILE.png [click] [undo]` does that in the left one and draws the right one into a file.
+// Two views of one model: `two_views MODEL`. Drag or click a part in one, and it moves or is marked in both,
+// and so undone. `two_views MODEL FILE.png [click] [undo]` does that in the left one and draws the right one
+// into a file.
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/LinkedEditor.h"
 #include "hosts/import/ModelImporter.h"

@@ -3,8 +3,11 @@
 #include "hosts/host/kelvar_host_api.h"
 
 #include <QImage>
-#include <QOpenGLContext>
 #include <QWindow>
+
+#include <memory>
+
+class QOpenGLContext;
 
 namespace hostkit {
 
@@ -27,7 +30,7 @@ public:
 
 private:
     QWindow window_;
-    QOpenGLContext context_;
+    std::unique_ptr<QOpenGLContext> context_;
     QSize size_;
 };
 

@@ -66,12 +66,12 @@ needs() {
     done
 }
 
-# owned FILE DEPENDS: the packages that bring the libraries which a binary asks for are among the dependencies.
+# owned FILE PACKAGES: the packages that bring the libraries which a binary asks for are among those, one a line.
 owned() {
     local library package
     for library in $(objdump -p "$1" | sed -n 's/^ *NEEDED *//p' | grep -v '^libKelvar'); do
         for package in $(dpkg -S "*/$library" | sed 's/:.*//' | sort -u); do
-            grep -qE "(^| )$package( |,|$)" <<<"$2" && continue 2
+            grep -qxF "$package" <<<"$2" && continue 2
         done
         echo "$1: nothing that it depends on brings $library" >&2
         return 1
@@ -89,6 +89,7 @@ alone() {
     if grep -oE "kelvar[a-z0-9-]*( \([^)]*\))?" <<<"$depends" | grep -v "(= $(dpkg-deb -f "$package" Version))"; then
         return 1
     fi
+    depends=$(sed 's/([^)]*)//g' <<<"$depends" | tr ',|' '\n' | tr -d ' ')
     while read -r binary; do owned "$binary" "$depends"; done < <(
         dpkg-deb -x "$package" "$3" && find "$3" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print)
     needs "$package" | sort -u | while read -r package; do dpkg-deb -x "$package" "$3"; done
@@ -102,7 +103,10 @@ alone() {
 
 # missing PREFIX SOURCE BUILD COMPONENT: who asks for a component that is not installed is told so.
 missing() {
-    consume "$1" "$2" "$3" "-DCOMPONENT=$4" 2>&1 | grep "The component $4 is not installed"
+    if consume "$1" "$2" "$3" "-DCOMPONENT=$4" 2>"$3.txt"; then
+        return 1
+    fi
+    grep "The component $4 is not installed" "$3.txt"
 }
 
 # bare SOURCE BUILD OPTION...: configures without the tools of tests and packages; what is left out is asked for

@@ -1,5 +1,5 @@
-// consumer --out FILE.png [MODEL]: a picture of a mesh, or of the model with the component that reads files, by a
-// program without a window.
+// consumer --out FILE.png [MODEL]: a picture of a mesh, or of the model with the component that reads files,
+// by a program without a window.
 
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
