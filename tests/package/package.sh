@@ -12,7 +12,6 @@ install() {
 
 # headers PREFIX WORK: each installed header compiles, and links, with the flags that pkg-config gives.
 headers() {
-    local file
     mkdir -p "$2"
     PKG_CONFIG_PATH=$(find "$1" -name pkgconfig -type d)
     export PKG_CONFIG_PATH
@@ -66,39 +65,42 @@ needs() {
     done
 }
 
-# owned FILE PACKAGES: the packages that bring the libraries which a binary asks for are among those, one a line.
+# binaries FOLDER: programs and libraries.
+binaries() {
+    find "$1" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print
+}
+
+# owned FILE FOLDER: what the package's binaries ask for comes from packages that it depends on by itself.
 owned() {
-    local library package
-    for library in $(objdump -p "$1" | sed -n 's/^ *NEEDED *//p' | grep -v '^libKelvar'); do
-        for package in $(dpkg -S "*/$library" | sed 's/:.*//' | sort -u); do
-            grep -qxF "$package" <<<"$2" && continue 2
-        done
-        echo "$1: nothing that it depends on brings $library" >&2
-        return 1
+    local needs owners library libraries
+    needs=$(dpkg-deb -f "$1" Depends | sed 's/([^)]*)//g' | tr ',|' '\n' | tr -d ' ')
+    mapfile -t libraries < <(binaries "$2" | xargs objdump -p | sed -n 's/^ *NEEDED *//p' | grep -v '^libKelvar' | sort -u)
+    owners=$(dpkg -S "${libraries[@]/#/*/}" | sed 's/:[^ ]*//')
+    for library in "${libraries[@]}"; do
+        if ! grep "/$library\$" <<<"$owners" | sed 's/ .*//' | grep -qxF "$needs"; then
+            echo "nothing that $1 depends on brings $library" >&2
+            return 1
+        fi
     done
 }
 
 # alone BUILD PACKAGE FOLDER: the package, unpacked with those of our own that it needs, of the same version, has all
 # libraries, and the tools know where those of others come from.
 alone() {
-    local package binary depends
+    local package others
     rm -rf "$3"
     mkdir "$3"
     package=$(ls "$1/package/$2"_*.deb)
-    depends=$(dpkg-deb -f "$package" Depends)
-    if grep -oE "kelvar[a-z0-9-]*( \([^)]*\))?" <<<"$depends" | grep -v "(= $(dpkg-deb -f "$package" Version))"; then
+    others=$(dpkg-deb -f "$package" Depends | tr ',' '\n' | grep kelvar || true)
+    if grep -v "(= $(dpkg-deb -f "$package" Version))" <<<"$others" | grep .; then
         return 1
     fi
-    depends=$(sed 's/([^)]*)//g' <<<"$depends" | tr ',|' '\n' | tr -d ' ')
-    while read -r binary; do owned "$binary" "$depends"; done < <(
-        dpkg-deb -x "$package" "$3" && find "$3" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print)
+    dpkg-deb -x "$package" "$3"
+    owned "$package" "$3"
     needs "$package" | sort -u | while read -r package; do dpkg-deb -x "$package" "$3"; done
-    while read -r binary; do
-        if ldd "$binary" | grep -e 'not found' -e libKelvar | grep -v "=> $(realpath "$3")/"; then
-            echo "$binary finds that in the wrong place" >&2
-            return 1
-        fi
-    done < <(find "$3" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print)
+    if binaries "$3" | xargs ldd | grep -e 'not found' -e '=> .*libKelvar' | grep -v "=> $(realpath "$3")/"; then
+        return 1
+    fi
 }
 
 # missing PREFIX SOURCE BUILD COMPONENT: who asks for a component that is not installed is told so.
