@@ -27,6 +27,7 @@ void fill(HostScene& host)
     ModelParts(host.scene().render.visualizations).add(model);
     QString error;
     EXPECT_TRUE(host.setValue("render/visualization/cube.2/movable", "true", &error)) << error.toStdString();
+    EXPECT_TRUE(host.setValue("render/background", "#ff38465a", &error)) << error.toStdString();
     host.showFrom("iso");
 }
 
@@ -97,11 +98,11 @@ MeshVisualization& WidgetsFixture::cube(const char* name)
     return dynamic_cast<MeshVisualization&>(*node);
 }
 
-QImage WidgetsFixture::screen() const
+QImage WidgetsFixture::screen(const QWidget& widget)
 {
-    const QPoint corner = view.mapToGlobal(QPoint());
+    const QPoint corner = widget.mapToGlobal(QPoint());
     return QGuiApplication::primaryScreen()
-        ->grabWindow(0, corner.x(), corner.y(), view.width(), view.height())
+        ->grabWindow(0, corner.x(), corner.y(), widget.width(), widget.height())
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
 }
@@ -120,7 +121,7 @@ QImage WidgetsFixture::frame()
 
 bool WidgetsFixture::shows()
 {
-    return await([&] { return screen() == frame(); });
+    return await([&] { return screen(view) == frame(); });
 }
 
 void WidgetsFixture::keepScreenshot(const char* name)
