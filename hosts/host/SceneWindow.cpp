@@ -205,6 +205,9 @@ void SceneWindow::paint()
     makeCurrent();
     try {
         measure();
+        if (!std::exchange(exposed_, true)) {
+            host_->fitAgain();
+        }
         host_->draw();
     } catch (const std::exception& error) {
         std::cerr << "draw: " << error.what() << std::endl;
