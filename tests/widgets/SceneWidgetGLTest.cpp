@@ -40,6 +40,17 @@ TEST_F(SceneWidgetGL, StaysRightWhileSiblingsRepaintAndPicksHappen)
     EXPECT_THAT(view.host().context().tooltip.toStdString(), testing::HasSubstr("cube"));
 }
 
+TEST_F(SceneWidgetGL, FitsItsContentIntoTheSizeThatItGetsAtLast)
+{
+    main.setGeometry(0, 0, 300, 700);
+    show();
+    const QImage edge = frame().copy(3, 0, 1, 700);
+    for (int y = 3; y < 697; ++y) {
+        ASSERT_EQ(edge.pixelColor(0, y), QColor("#38465a")) << y;
+    }
+    EXPECT_FALSE(view.undo().views().canUndo());
+}
+
 TEST_F(SceneWidgetGL, KeepsItsSceneWhereverItGoes)
 {
     show();

@@ -55,7 +55,7 @@ void WidgetsFixture::act(const QString& xdotool)
     bool finished = false;
     QObject::connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
                      [&] { finished = true; });
-    process.start(QStringLiteral("xdotool"), xdotool.split(QLatin1Char(' ')));
+    process.start(QStringLiteral("xdotool"), xdotool.split(QLatin1Char(' '), Qt::SkipEmptyParts));
     EXPECT_TRUE(await([&] { return finished; }) && process.exitCode() == 0) << xdotool.toStdString();
     QElapsedTimer clock;
     clock.start();
@@ -128,7 +128,7 @@ void WidgetsFixture::keepScreenshot(const char* name)
 {
     const QString folder = qEnvironmentVariable("KELVAR_SCREENSHOTS");
     if (!folder.isEmpty()) {
-        QGuiApplication::primaryScreen()->grabWindow(0).save(folder + '/' + QLatin1String(name));
+        QGuiApplication::primaryScreen()->grabWindow(0).save(folder + '/' + QLatin1String(name), "PNG");
     }
 }
 
