@@ -1,8 +1,12 @@
 #include "hosts/host/EditStep.h"
 
 #include "contracts/core/OruProperties.h"
+#include "contracts/core/OruText.h"
+#include "contracts/math/Matrix.h"
+#include "contracts/math/Vector3.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace hostkit {
 
@@ -17,8 +21,10 @@ struct Verb
 };
 
 const Verb verbs[] = {
-    {"offset", "Move %1", nullptr},    {"color", "Colour %1", nullptr},  {"marked", "Mark %1", "Unmark %1"},
-    {"visible", "Show %1", "Hide %1"}, {"matrix", "Turn view", nullptr},
+    {"offset", "Move %1", nullptr},
+    {"color", "Colour %1", nullptr},
+    {"marked", "Mark %1", "Unmark %1"},
+    {"visible", "Show %1", "Hide %1"},
 };
 
 QString nodeName(const QString& path)
@@ -26,8 +32,30 @@ QString nodeName(const QString& path)
     return path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
 }
 
+/// "Turn view" where directions changed, else "Zoom view" where sizes did, else "Move view".
+QString nameOfView(const EditStep::Change& change)
+{
+    constexpr float same = 1e-4f;
+    Kelvar::Math::Matrix before;
+    Kelvar::Math::Matrix after;
+    oru::fromString(change.before, before);
+    oru::fromString(change.after, after);
+    const float zoom = after.transformDirection(Kelvar::Math::VectorX).length() /
+                       before.transformDirection(Kelvar::Math::VectorX).length();
+    for (const Kelvar::Math::Vector3& axis : {Kelvar::Math::VectorX, Kelvar::Math::VectorY}) {
+        const Kelvar::Math::Vector3 was = before.transformDirection(axis) * zoom;
+        if (!((after.transformDirection(axis) - was).length() <= same * was.length())) {
+            return QStringLiteral("Turn view");
+        }
+    }
+    return std::abs(zoom - 1.0f) > same ? QStringLiteral("Zoom view") : QStringLiteral("Move view");
+}
+
 QString nameOf(const EditStep::Change& change)
 {
+    if (change.key == QLatin1String("matrix")) {
+        return nameOfView(change);
+    }
     for (const Verb& verb : verbs) {
         if (change.key == QLatin1String(verb.key)) {
             const bool off = verb.off && change.after == QLatin1String("false");

@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
+#include "contracts/core/OruText.h"
 #include "contracts/ogl/OruOglFunctions.h"
 
 #include <QDir>
@@ -186,7 +187,8 @@ QImage HostScene::capture(OruSceneEventContext shot, const QSize& pixels)
     return scene_.drawGl(shot, image) ? image : QImage();
 }
 
-bool HostScene::showFrom(const QString& position)
+/// False: there is no such position, or nothing to see.
+bool HostScene::viewFrom(const QString& position, Matrix& view)
 {
     const auto found =
         std::find_if(namedPositions.begin(), namedPositions.end(),
@@ -195,11 +197,33 @@ bool HostScene::showFrom(const QString& position)
         return false;
     }
     refresh();
-    Matrix view = found->own ? fromAboveFrontRight() : context_.modelView;
-    if (!scene_.zpr.zoomTo(context_, found->position, view)) {
+    view = found->own ? fromAboveFrontRight() : context_.modelView;
+    return scene_.zpr.zoomTo(context_, found->position, view);
+}
+
+bool HostScene::showFrom(const QString& position)
+{
+    Matrix view;
+    if (!viewFrom(position, view)) {
         return false;
     }
     setView(view);
+    stale_ = true;
+    fit_ = Fit{position, context_.viewport, view};
+    return true;
+}
+
+bool HostScene::fitAgain()
+{
+    OruProperties* const viewpoint = scene_.render.visualizations.childByName(context_.viewpointName);
+    Matrix view;
+    if (!viewpoint || fit_.viewport == context_.viewport || fit_.view != this->view() ||
+        !viewFrom(fit_.position, view)) {
+        return false;
+    }
+    fit_.viewport = context_.viewport;
+    fit_.view = view;
+    viewpoint->setValue(QStringLiteral("matrix"), oru::toString(view));
     stale_ = true;
     return true;
 }

@@ -77,6 +77,10 @@ public:
     /// to see from it; the view is as it was.
     bool showFrom(const QString& position);
 
+    /// Does the last showFrom() again if the view has got another size since then and is otherwise as that
+    /// left it. Not an edit, so there is nothing to undo. False: nothing changed.
+    bool fitAgain();
+
     /// The names that showFrom knows.
     static QStringList positions();
 
@@ -111,6 +115,15 @@ private:
     };
     Place placeOf(const QString& path);
     void tellEditor(const EditStep& step);
+
+    /// What a showFrom() did.
+    struct Fit
+    {
+        QString position;
+        OruOglViewport viewport;
+        Kelvar::Math::Matrix view;
+    };
+    bool viewFrom(const QString& position, Kelvar::Math::Matrix& view);
     void refresh();
     void updateProjection();
     void catchUp();
@@ -120,6 +133,7 @@ private:
     OruScene scene_;
     OruSceneEventContext context_;
     bool stale_ = true;
+    Fit fit_;
 };
 
 } // namespace hostkit

@@ -122,6 +122,7 @@ void SceneWindow::setInputListener(const InputFeed::Listener& listener)
 void SceneWindow::renew()
 {
     const QByteArray tree = OruPropertiesFile::text(host_->scene());
+    const bool shown = isVisible();
     dropScene();
     destroy(); // the native window belongs to the format that it was made with
     makeScene();
@@ -134,6 +135,7 @@ void SceneWindow::renew()
     }
     host_->changed();
     Q_EMIT sceneRenewed();
+    setVisible(shown);
     requestUpdate();
 }
 
@@ -143,7 +145,6 @@ void SceneWindow::makeScene()
     QSurfaceFormat format = GlPlatform::format();
     format.setSamples(samples_.value_or(GlPlatform::fittingSamples()));
     format.setOption(QSurfaceFormat::ResetNotification);
-    const bool shown = isVisible();
     setFormat(format);
     create();
     context_ = std::make_unique<QOpenGLContext>();
@@ -158,7 +159,6 @@ void SceneWindow::makeScene()
     input_ = std::make_unique<InputFeed>(*host_);
     input_->setListener(listener_);
     measure();
-    setVisible(shown);
 }
 
 /// A lost context cannot be made current; OpenGL then drops the calls of the scene's end.
@@ -205,6 +205,9 @@ void SceneWindow::paint()
     makeCurrent();
     try {
         measure();
+        if (!std::exchange(exposed_, true)) {
+            host_->fitAgain();
+        }
         host_->draw();
     } catch (const std::exception& error) {
         std::cerr << "draw: " << error.what() << std::endl;
@@ -327,9 +330,13 @@ void SceneWindow::hideEvent(QHideEvent*)
     feed([this] { return input_->cancel(); });
 }
 
-/// The road of every event: nothing is thrown into the event loop.
+/// The road of every event: nothing is thrown into the event loop. While the scene is made anew the window
+/// goes and comes, and no scene is there to hear of it.
 void SceneWindow::feed(const std::function<bool()>& action)
 {
+    if (!host_) {
+        return;
+    }
     try {
         run([&](HostScene&) { return action(); });
     } catch (const std::exception& error) {

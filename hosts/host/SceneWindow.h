@@ -47,7 +47,7 @@ public:
 
     /// Fills the scene, at once, and again whenever it had to be made anew because the OpenGL context got
     /// lost; the values of the tree are then put back behind it. What it throws passes through the first
-    /// time.
+    /// time. What it shows by HostScene::showFrom fits the window when that appears, whatever its size then.
     void setContent(const Content& content);
 
     /// Samples of a pixel, 0 for none. Starts as 4 where the renderer is hardware and 0 where it is software.
@@ -128,6 +128,8 @@ private:
     std::unique_ptr<HostScene> host_;
     std::unique_ptr<InputFeed> input_;
     QSize framebuffer_;
+    /// Has been on the screen: the size that its content was fitted to is the real one from then on.
+    bool exposed_ = false;
     std::optional<Move> move_;
     /// Runs out when the queue of events is empty; then the move is fed.
     QTimer moveTimer_;

@@ -120,6 +120,11 @@ void PropertyModel::reset(const QString& words)
     endResetModel();
 }
 
+QString PropertyModel::refusal(const QString& key, const QString& reason)
+{
+    return QStringLiteral("\"%1\" %2").arg(key, reason);
+}
+
 QModelIndex PropertyModel::find(const QString& path, const QString& key)
 {
     update();
@@ -358,7 +363,7 @@ bool PropertyModel::setData(const QModelIndex& index, const QVariant& value, int
     const QString path = row.node()->path();
     QString reason;
     if (!kindOf(row)->accepts(text, &reason)) {
-        Q_EMIT refused(QStringLiteral("\"%1\" %2").arg(key, reason));
+        Q_EMIT refused(refusal(key, reason));
         return false;
     }
     window_.run([&](HostScene& host) { // which may be another scene than before

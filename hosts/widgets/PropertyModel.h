@@ -61,6 +61,9 @@ public:
     void setFilter(const QString& words);
     QString filter() const;
 
+    /// What refused() tells: `reason` as OruPropertyKind::accepts gives it, with the key it is about.
+    static QString refusal(const QString& key, const QString& reason);
+
     /// The row of a node, or of a property; not valid: there is none, or the filter hides it.
     QModelIndex find(const QString& path, const QString& key = QString());
 

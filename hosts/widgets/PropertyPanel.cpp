@@ -128,6 +128,7 @@ void PropertyPanel::expandMatches()
     for (int opened = 0; opened < mostOpened && !queue.empty(); ++opened) {
         const QModelIndex index = queue.front();
         queue.pop_front();
+        model_->fetchMore(index); // the tree puts that off
         tree_->expand(index);
         for (int row = 0; row < model_->rowCount(index); ++row) {
             const QModelIndex below = model_->index(row, 0, index);

@@ -14,8 +14,8 @@ SceneWidget::SceneWidget(QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(container_);
-    container_->setFocusPolicy(Qt::StrongFocus);
     setFocusProxy(container_);
+    setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     window_->installEventFilter(this);
 }

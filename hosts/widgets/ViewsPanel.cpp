@@ -3,8 +3,10 @@
 #include "hosts/widgets/SceneWidget.h"
 #include "hosts/widgets/internal/ViewItem.h"
 
+#include <QAbstractItemDelegate>
 #include <QAction>
 #include <QHBoxLayout>
+#include <QIcon>
 #include <QLabel>
 #include <QListWidget>
 #include <QSignalBlocker>
@@ -83,6 +85,8 @@ ViewsPanel::ViewsPanel(SceneWidget& view, QWidget* parent)
             [this](QListWidgetItem* item) { show(static_cast<ViewItem*>(item)->name()); });
     connect(list_, &QListWidget::itemChanged, this,
             [this](QListWidgetItem* item) { rename(list_->row(item)); });
+    connect(list_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this,
+            [this] { pictureTimer_.start(); });
     connect(&pictureTimer_, &QTimer::timeout, this, &ViewsPanel::takePicture);
     connect(&view.window(), &SceneWindow::frameDrawn, this, &ViewsPanel::follow);
     connect(&view.window(), &SceneWindow::sceneRenewed, this, &ViewsPanel::renew);
@@ -225,11 +229,12 @@ void ViewsPanel::rename(int row)
     follow();
 }
 
-/// One of those that are due.
+/// One of those that are due; not of an item that is being renamed, whose text it would put back.
 void ViewsPanel::takePicture()
 {
     int row = 0;
-    while (row < list_->count() && !item(row)->pictureDue) {
+    while (row < list_->count() &&
+           (!item(row)->pictureDue || list_->isPersistentEditorOpen(list_->item(row)))) {
         ++row;
     }
     if (row == list_->count()) {
@@ -246,7 +251,9 @@ void ViewsPanel::takePicture()
     ViewItem* const shown = item(row);
     if (shown && shown->name() == name) {
         const QSignalBlocker quiet(list_);
-        shown->setIcon(QPixmap::fromImage(picture));
+        QIcon icon(QPixmap::fromImage(picture));
+        icon.addPixmap(QPixmap::fromImage(picture), QIcon::Selected); // without the tint of a chosen row
+        shown->setIcon(icon);
     }
     pictureTimer_.start();
 }

@@ -27,6 +27,7 @@ void fill(HostScene& host)
     ModelParts(host.scene().render.visualizations).add(model);
     QString error;
     EXPECT_TRUE(host.setValue("render/visualization/cube.2/movable", "true", &error)) << error.toStdString();
+    EXPECT_TRUE(host.setValue("render/background", "#ff38465a", &error)) << error.toStdString();
     host.showFrom("iso");
 }
 
@@ -54,7 +55,7 @@ void WidgetsFixture::act(const QString& xdotool)
     bool finished = false;
     QObject::connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
                      [&] { finished = true; });
-    process.start(QStringLiteral("xdotool"), xdotool.split(QLatin1Char(' ')));
+    process.start(QStringLiteral("xdotool"), xdotool.split(QLatin1Char(' '), Qt::SkipEmptyParts));
     EXPECT_TRUE(await([&] { return finished; }) && process.exitCode() == 0) << xdotool.toStdString();
     QElapsedTimer clock;
     clock.start();
@@ -97,11 +98,11 @@ MeshVisualization& WidgetsFixture::cube(const char* name)
     return dynamic_cast<MeshVisualization&>(*node);
 }
 
-QImage WidgetsFixture::screen() const
+QImage WidgetsFixture::screen(const QWidget& widget)
 {
-    const QPoint corner = view.mapToGlobal(QPoint());
+    const QPoint corner = widget.mapToGlobal(QPoint());
     return QGuiApplication::primaryScreen()
-        ->grabWindow(0, corner.x(), corner.y(), view.width(), view.height())
+        ->grabWindow(0, corner.x(), corner.y(), widget.width(), widget.height())
         .toImage()
         .convertToFormat(QImage::Format_RGB32);
 }
@@ -120,14 +121,14 @@ QImage WidgetsFixture::frame()
 
 bool WidgetsFixture::shows()
 {
-    return await([&] { return screen() == frame(); });
+    return await([&] { return screen(view) == frame(); });
 }
 
 void WidgetsFixture::keepScreenshot(const char* name)
 {
     const QString folder = qEnvironmentVariable("KELVAR_SCREENSHOTS");
     if (!folder.isEmpty()) {
-        QGuiApplication::primaryScreen()->grabWindow(0).save(folder + '/' + QLatin1String(name));
+        QGuiApplication::primaryScreen()->grabWindow(0).save(folder + '/' + QLatin1String(name), "PNG");
     }
 }
 

@@ -33,9 +33,10 @@ struct WidgetsFixture : testing::Test
 
     hostkit::MeshVisualization& cube(const char* name);
 
-    /// What the screen shows at the place of the view, what a frame of the scene is, and whether these are
-    /// the same at last.
-    QImage screen() const;
+    /// What the screen shows at the place of a widget.
+    static QImage screen(const QWidget& widget);
+
+    /// What a frame of the scene is, and whether the view shows it at last.
     QImage frame();
     bool shows();
 

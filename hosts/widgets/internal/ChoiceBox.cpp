@@ -18,11 +18,15 @@ ChoiceBox::ChoiceBox(const OruPropertyKind& kind, QWidget* parent)
 QString ChoiceBox::stored() const
 {
     const int listed = isEditable() ? findText(currentText()) : currentIndex();
-    return listed >= 0 ? itemData(listed).toString() : currentText().trimmed();
+    if (listed >= 0) {
+        return itemData(listed).toString();
+    }
+    return isEditable() ? currentText().trimmed() : set_;
 }
 
 void ChoiceBox::setStored(const QString& text)
 {
+    set_ = text;
     setCurrentIndex(findData(text));
     if (isEditable() && currentIndex() < 0) {
         setEditText(text);

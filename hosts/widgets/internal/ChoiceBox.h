@@ -18,6 +18,10 @@ public:
 
     QString stored() const;
     void setStored(const QString& text);
+
+private:
+    /// Stays the value while none of the list is chosen.
+    QString set_;
 };
 
 } // namespace hostkit

@@ -6,9 +6,11 @@
 #include "hosts/widgets/internal/ColourButton.h"
 #include "hosts/widgets/internal/NumberBox.h"
 
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMetaProperty>
+#include <QPixmap>
 #include <QTimer>
 
 namespace hostkit {
@@ -17,7 +19,8 @@ namespace {
 
 using Type = OruPropertyKind::Type;
 
-/// Keeps the kind with the editor, and that it has been filled.
+/// What an editor carries: what it edits, and that it has been filled.
+constexpr const char* keyProperty = "propertyKey";
 constexpr const char* kindProperty = "propertyKind";
 constexpr const char* filledProperty = "propertyFilled";
 
@@ -26,12 +29,14 @@ QString textOf(const QWidget& editor)
     return editor.metaObject()->userProperty().read(&editor).toString();
 }
 
-/// Whether what is in an editor can be stored; `reason` is empty then.
-bool fits(const QWidget& editor, QString* reason)
+/// What keeps the content of an editor from being stored; empty: nothing.
+QString refusalOf(const QWidget& editor)
 {
     const auto* const kind = editor.property(kindProperty).value<const OruPropertyKind*>();
-    reason->clear();
-    return kind->accepts(textOf(editor), reason);
+    QString reason;
+    return kind->accepts(textOf(editor), &reason)
+               ? QString()
+               : PropertyModel::refusal(editor.property(keyProperty).toString(), reason);
 }
 
 QWidget* makeEditor(const OruPropertyKind& kind, QWidget* parent)
@@ -60,22 +65,21 @@ QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
         return nullptr;
     }
     QWidget* const editor = makeEditor(*kind, parent);
+    editor->setProperty(keyProperty, index.data(PropertyModel::KeyRole));
     editor->setProperty(kindProperty, QVariant::fromValue(kind));
     auto* const line =
         qobject_cast<QLineEdit*>(editor) ? static_cast<QLineEdit*>(editor) : editor->findChild<QLineEdit*>();
     if (line) {
-        connect(line, &QLineEdit::textEdited, this, [this, editor] {
-            QString reason;
-            fits(*editor, &reason);
-            Q_EMIT why(reason);
-        });
+        connect(line, &QLineEdit::textEdited, this, [this, editor] { Q_EMIT why(refusalOf(*editor)); });
     }
     if (auto* const colour = qobject_cast<ColourButton*>(editor)) {
         connect(colour, &ColourButton::chosen, this, [this, editor] { finish(editor); });
         QTimer::singleShot(0, colour, &ColourButton::choose);
     } else if (auto* const choice = qobject_cast<ChoiceBox*>(editor)) {
         connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this, editor] { finish(editor); });
-        QTimer::singleShot(0, choice, &QComboBox::showPopup);
+        if (!choice->isEditable()) {
+            QTimer::singleShot(0, choice, &QComboBox::showPopup);
+        }
     }
     return editor;
 }
@@ -107,6 +111,19 @@ void PropertyDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
     }
 }
 
+/// A colour looks the same in a row that is selected, which is else drawn with a tint.
+void PropertyDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QVariant colour = index.data(Qt::DecorationRole);
+    if (colour.isValid()) {
+        QPixmap patch(option->decorationSize);
+        patch.fill(colour.value<QColor>());
+        option->icon.addPixmap(patch, QIcon::Normal);
+        option->icon.addPixmap(patch, QIcon::Selected);
+    }
+}
+
 bool PropertyDelegate::eventFilter(QObject* watched, QEvent* event)
 {
     auto* const editor = qobject_cast<QWidget*>(watched);
@@ -114,8 +131,8 @@ bool PropertyDelegate::eventFilter(QObject* watched, QEvent* event)
         const int key = static_cast<QKeyEvent*>(event)->key();
         const bool leaves =
             key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Tab || key == Qt::Key_Backtab;
-        QString reason;
-        if (leaves && !fits(*editor, &reason)) {
+        const QString reason = leaves ? refusalOf(*editor) : QString();
+        if (!reason.isEmpty()) {
             Q_EMIT why(reason);
             return true;
         }

@@ -22,6 +22,9 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
 Q_SIGNALS:
     /// What is wrong with a text that is being typed; empty: nothing.
     void why(const QString& reason) const;
