@@ -239,7 +239,7 @@ private:
         return result;
     }
 
-    /// The character of the escape at `at`, which then is at its end.
+    /// The character of the escape at `at`, which then is at its end; beyond the line if that ends first.
     QChar escaped(const QString& line, int& at) const
     {
         ++at;
