@@ -1,7 +1,7 @@
 #pragma once
 
 #include "contracts/math/Matrix.h"
-#include "hosts/kit/Model.h"
+#include "hosts/mesh/Model.h"
 
 #include <QSize>
 

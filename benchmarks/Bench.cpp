@@ -1,6 +1,6 @@
 #include "benchmarks/Bench.h"
 
-#include "hosts/kit/GlPlatform.h"
+#include "hosts/host/GlPlatform.h"
 
 #include <QStringList>
 

@@ -1,8 +1,9 @@
 #include "benchmarks/BenchScenes.h"
 
-#include "hosts/kit/MeshBuilder.h"
-#include "hosts/kit/ModelImporter.h"
-#include "hosts/kit/SampleMeshes.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/MeshBuilder.h"
+#include "hosts/mesh/ModelParts.h"
+#include "hosts/mesh/SampleMeshes.h"
 #include "benchmarks/Bench.h"
 
 #include <algorithm>
@@ -113,7 +114,7 @@ Model buildModel(Arrays arrays)
 void show(hostkit::HostScene& host, const Model& model)
 {
     host.setSize(frameSize());
-    host.addModel(model);
+    hostkit::ModelParts(host.scene().render.visualizations).add(model);
     host.showFrom(QStringLiteral("iso"));
     host.draw();
 }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "contracts/math/Matrix.h"
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/MeshSource.h"
-#include "hosts/kit/Model.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/mesh/MeshSource.h"
+#include "hosts/mesh/Model.h"
 
 #include <QString>
 #include <QStringList>

@@ -3,7 +3,7 @@
 
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/OffscreenView.h"
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"

@@ -2,8 +2,8 @@
 
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/vis/OruVisList.h"
-#include "hosts/kit/MeshVisualization.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/OffscreenView.h"
+#include "hosts/mesh/MeshVisualization.h"
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"

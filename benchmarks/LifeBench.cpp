@@ -3,8 +3,8 @@
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisViewpoint.h"
-#include "hosts/kit/MeshVisualization.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/OffscreenView.h"
+#include "hosts/mesh/MeshVisualization.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 

@@ -2,7 +2,7 @@
 
 #include "Scene/controller/OruSceneController.h"
 #include "contracts/ogl/OruOglGl.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/OffscreenView.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 

@@ -3,8 +3,8 @@
 
 #include "Scene/navigation/OruPropertyAdaptor.h"
 #include "contracts/core/OruModifiedWatcher.h"
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/OffscreenView.h"
 #include "benchmarks/Bench.h"
 
 #include <QHash>

@@ -3,7 +3,7 @@
 // scene as arguments.
 
 #include "contracts/ogl/OruOglFunctions.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/OffscreenView.h"
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"

@@ -3,16 +3,15 @@
 
 find_program(DOXYGEN doxygen)
 if(DOXYGEN)
-    list(JOIN KELVAR_PRIVATE_HEADERS " */" private_headers)
     file(
         CONFIGURE
         OUTPUT ${CMAKE_BINARY_DIR}/docs/Doxyfile
         CONTENT
             "@INCLUDE = \"@CMAKE_SOURCE_DIR@/docs/Doxyfile\"
 PROJECT_NUMBER = @PROJECT_VERSION@
-INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@/docs/manual.md\" \"@CMAKE_SOURCE_DIR@/docs/architecture.md\"
-STRIP_FROM_PATH = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\"
-EXCLUDE_PATTERNS = */@private_headers@
+INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@/hosts\" \"@CMAKE_SOURCE_DIR@/docs/manual.md\" \"@CMAKE_SOURCE_DIR@/docs/architecture.md\"
+STRIP_FROM_PATH = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@\"
+EXCLUDE_PATTERNS = */internal/* */hosts/reader/* */hosts/viewer/*
 OUTPUT_DIRECTORY = \"@CMAKE_BINARY_DIR@/docs\"
 "
         @ONLY)

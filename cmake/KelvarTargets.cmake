@@ -13,12 +13,13 @@ function(kelvar_compile_options target)
     endif()
 endfunction()
 
-# One shared library of the framework: alias, output name, version, and an export header that is generated as
-# FOLDER/MACRO-lowercased next to the sources' include root. Installed, it finds its siblings beside it.
-#   kelvar_library(<target> ALIAS <name> OUTPUT <name> FOLDER <folder under the include root>
-#                  EXPORT <macro> SOURCES ... PUBLIC <libraries> PRIVATE <libraries>)
+# One shared library: alias, output name, version, and an export header that is generated as
+# FOLDER/MACRO-lowercased next to the sources' include root. Installed, it finds its siblings beside it. A library
+# of the framework has no COMPONENT; any other names the one that finds it.
+#   kelvar_library(<target> ALIAS <name> OUTPUT <name> FOLDER <folder under the include root> EXPORT <macro>
+#                  [COMPONENT <component>] SOURCES ... PUBLIC <libraries> PRIVATE <libraries>)
 function(kelvar_library target)
-    cmake_parse_arguments(ARG "" "ALIAS;OUTPUT;FOLDER;EXPORT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(ARG "" "ALIAS;OUTPUT;FOLDER;EXPORT;COMPONENT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     add_library(${target} SHARED ${ARG_SOURCES})
     add_library(Kelvar::${ARG_ALIAS} ALIAS ${target})
     set_target_properties(${target} PROPERTIES OUTPUT_NAME "${ARG_OUTPUT}" VERSION ${PROJECT_VERSION}
@@ -28,7 +29,8 @@ function(kelvar_library target)
     generate_export_header(${target} BASE_NAME ${ARG_EXPORT} EXPORT_MACRO_NAME ${ARG_EXPORT}
                            EXPORT_FILE_NAME ${CMAKE_BINARY_DIR}/include/${ARG_FOLDER}/${header}.h)
     target_include_directories(
-        ${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/Framework/UI.Graphics>
+        ${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}>
+                         $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/Framework/UI.Graphics>
                          $<BUILD_INTERFACE:${CMAKE_BINARY_DIR}/include>
                          $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/Kelvar>)
     target_compile_features(${target} PUBLIC cxx_std_17)
@@ -38,7 +40,10 @@ function(kelvar_library target)
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
     kelvar_compile_options(${target})
-    kelvar_install_library(${target} ${ARG_FOLDER})
+    if(NOT ARG_COMPONENT)
+        set(ARG_COMPONENT Scene)
+    endif()
+    kelvar_install_library(${target} ${ARG_FOLDER} ${ARG_COMPONENT})
 endfunction()
 
 # One GoogleTest program. LOGIC programs need no OpenGL context; GL programs bring up a real one (llvmpipe

@@ -1,6 +1,6 @@
 // The text of a recording: refused with a reason, or its own text gives the same events again.
 
-#include "hosts/kit/Recording.h"
+#include "hosts/host/Recording.h"
 #include "fuzz/FuzzCheck.h"
 
 #include <algorithm>

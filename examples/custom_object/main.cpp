@@ -3,11 +3,12 @@
 // [drag] [click] [undo]` does that to the middle bar, draws a picture and ends.
 
 #include "Bar.h"
-#include "SceneWindow.h"
 #include "TotalController.h"
-#include "UndoEditor.h"
 
 #include "contracts/vis/OruVisTriad.h"
+#include "hosts/host/EditRecorder.h"
+#include "hosts/host/GlPlatform.h"
+#include "hosts/host/SceneWindow.h"
 
 #include <QColor>
 #include <QGuiApplication>
@@ -17,30 +18,35 @@
 
 #include <exception>
 #include <iostream>
+#include <vector>
+
+using hostkit::HostScene;
 
 namespace {
 
-class ChartWindow : public SceneWindow
+const QSize pictureSize(960, 720);
+
+class ChartWindow : public hostkit::SceneWindow
 {
 public:
     ChartWindow()
-        : editor_(boost::make_shared<UndoEditor>())
     {
-        scene().render.setCustomEditor(editor_);
-        scene().render.significantDigits.setValue(3);
-        addBars();
-        using namespace Kelvar::Math;
-        lookFrom(Matrix::rotate(VectorZ, -30.0f) * Matrix::rotate(VectorX, -65.0f));
-        controller_ = boost::make_shared<TotalController>(*this, scene().render.visualizations);
-        scene().controller().reset(controller_, scene().render);
+        resize(pictureSize);
+        setContent([this](HostScene& host) { fill(host); });
     }
 
+    /// Turning the view is no edit: only what was done to the bars is taken back.
     void undo()
     {
-        if (editor_->undo()) {
-            controller_->showTotal();
-            refresh();
+        if (steps_.empty()) {
+            return;
         }
+        run([this](HostScene& host) {
+            host.undo(steps_.back());
+            return true;
+        });
+        steps_.pop_back();
+        controller_->showTotal();
     }
 
 protected:
@@ -54,39 +60,51 @@ protected:
     }
 
 private:
-    void addBars()
+    /// Also fills a scene that takes the place of one whose OpenGL context got lost.
+    void fill(HostScene& host)
     {
-        OruVisList& list = scene().render.visualizations;
+        OruScene& scene = host.scene();
+        addBars(scene);
+        scene.render.significantDigits.setValue(3);
+        scene.render.setValue(QStringLiteral("background"), QStringLiteral("#ff20242c"));
+        host.showFrom(QStringLiteral("iso"));
+
+        const auto recorder = boost::make_shared<hostkit::EditRecorder>();
+        recorder->setListener([this](auto subject, const hostkit::EditStep& step) {
+            if (subject == hostkit::EditRecorder::Subject::Values) {
+                steps_.push_back(step);
+            }
+        });
+        scene.render.setCustomEditor(recorder);
+        controller_ = boost::make_shared<TotalController>(*this, scene.render.visualizations);
+        scene.controller().reset(controller_, scene.render);
+    }
+
+    static void addBars(OruScene& scene)
+    {
+        OruVisList& list = scene.render.visualizations;
         for (int i = 0; i < 5; ++i) {
             const QColor color = QColor::fromHsv(60 * i, 180, 220);
-            Bar* const bar = new Bar(scene().group, QStringLiteral("bar %1").arg(i + 1), 1.5f * i, color);
+            Bar* const bar = new Bar(scene.group, QStringLiteral("bar %1").arg(i + 1), 1.5f * i, color);
             bar->height.setValue(1.0 + i % 3);
             list.insert(bar, false); // false: the tree owns it
         }
         list.child(QStringLiteral("triad"), OruVisTriad::typeString);
-        scene().render.setValue(QStringLiteral("background"), QStringLiteral("#ff20242c"));
     }
 
-    boost::shared_ptr<UndoEditor> editor_;
+    std::vector<hostkit::EditStep> steps_;
     boost::shared_ptr<TotalController> controller_;
 };
 
-/// What a user would do to the middle bar.
-void act(ChartWindow& window, const QString& action)
+/// What a user would do to the middle bar, in a view of the size of the picture.
+bool act(HostScene& host, hostkit::InputFeed& input, const QString& action)
 {
     const QPoint middle(480, 360);
-    const QPoint above(480, 460);
-    if (action == QLatin1String("undo")) {
-        window.undo();
-        return;
-    }
-    window.press(OruMouse::ButtonPick, Qt::NoModifier, middle);
-    if (action == QLatin1String("drag")) {
-        window.move(Qt::NoModifier, above);
-        window.release(OruMouse::ButtonPick, Qt::NoModifier, above);
-    } else {
-        window.release(OruMouse::ButtonPick, Qt::NoModifier, middle);
-    }
+    const QPoint end(480, action == QLatin1String("drag") ? 460 : 360);
+    host.setSize(pictureSize);
+    input.press(OruMouse::ButtonPick, 0, middle);
+    input.move(0, end);
+    return input.release(OruMouse::ButtonPick, 0, end);
 }
 
 int run(const QStringList& arguments)
@@ -98,16 +116,25 @@ int run(const QStringList& arguments)
         return QGuiApplication::exec();
     }
     for (const QString& action : arguments.mid(out + 2)) {
-        act(window, action);
+        if (action == QLatin1String("undo")) {
+            window.undo();
+        } else {
+            window.run([&](HostScene& host) { return act(host, window.input(), action); });
+        }
     }
-    return window.picture(QSize(960, 720)).save(arguments.value(out + 1)) ? 0 : 1;
+    bool saved = false;
+    window.run([&](HostScene& host) {
+        saved = host.picture(pictureSize).save(arguments.value(out + 1));
+        return false;
+    });
+    return saved ? 0 : 1;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    SceneWindow::choosePlatform();
+    hostkit::GlPlatform::prepare();
     QGuiApplication application(argc, argv);
     try {
         return run(QGuiApplication::arguments());

@@ -1,51 +1,40 @@
-// A host of a scene on one page: a window, a visualization of its own, and what the library brings along.
-// `minimal_host` opens the window; `minimal_host --out FILE.png` draws one picture into a file and ends.
+// A model in a main window, with undo, redo and a panel of all properties: `minimal_host MODEL`.
+// `minimal_host MODEL FILE.png` draws one picture into a file and ends.
+#include "hosts/host/GlPlatform.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
+#include "hosts/widgets/PropertyPanel.h"
+#include "hosts/widgets/SceneWidget.h"
 
-#include "Knot.h"
-#include "SceneWindow.h"
-
-#include "contracts/vis/OruVisTriad.h"
-
-#include <QGuiApplication>
-
-#include <exception>
-#include <iostream>
-
-namespace {
-
-void fill(OruScene& scene)
-{
-    OruVisList& visualizations = scene.render.visualizations;
-    visualizations.insert(new Knot(scene.group), false); // false: the tree owns it
-    visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
-    visualizations[QStringLiteral("kelvar logo")]->visible.setValue(true);
-    scene.render.setValue(QStringLiteral("background"), QStringLiteral("#ff20242c"));
-}
-
-int run(const QStringList& arguments)
-{
-    SceneWindow window;
-    fill(window.scene());
-    window.lookFrom(Kelvar::Math::Matrix::rotate(Kelvar::Math::VectorX, -25.0f));
-
-    const int out = arguments.indexOf(QStringLiteral("--out"));
-    if (out < 0) {
-        window.show();
-        return QGuiApplication::exec();
-    }
-    return window.picture(QSize(960, 720)).save(arguments.value(out + 1)) ? 0 : 1;
-}
-
-} // namespace
+#include <QApplication>
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QToolBar>
 
 int main(int argc, char** argv)
 {
-    SceneWindow::choosePlatform();
-    QGuiApplication application(argc, argv);
-    try {
-        return run(QGuiApplication::arguments());
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << std::endl;
-        return 1;
+    hostkit::GlPlatform::prepare();
+    QApplication application(argc, argv);
+    QMainWindow main;
+    hostkit::SceneWidget view;
+    hostkit::Progress progress;
+    const auto model = hostkit::ModelImporter::load(QApplication::arguments().value(1), progress);
+    view.setContent([&](hostkit::HostScene& host) {
+        hostkit::ModelParts(host.scene().render.visualizations).add(model);
+        host.showFrom("iso");
+    });
+    main.setCentralWidget(&view);
+    QDockWidget dock("Properties");
+    dock.setWidget(new hostkit::PropertyPanel(view));
+    main.addDockWidget(Qt::RightDockWidgetArea, &dock);
+    QToolBar* const bar = main.addToolBar("Edit");
+    bar->addAction(view.undo().edits().createUndoAction(&main));
+    bar->addAction(view.undo().edits().createRedoAction(&main));
+    if (argc > 2) {
+        view.run([&](auto& host) { return host.picture(QSize(960, 720)).save(argv[2]); });
+        return 0;
     }
+    main.resize(1200, 800);
+    main.show();
+    return QApplication::exec();
 }

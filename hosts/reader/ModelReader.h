@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hosts/kit/MeshSource.h"
-#include "hosts/kit/Progress.h"
+#include "hosts/mesh/MeshSource.h"
+#include "hosts/mesh/Progress.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "hosts/kit/MeshSource.h"
-#include "hosts/kit/ReaderProtocol.h"
+#include "hosts/import/internal/ReaderProtocol.h"
+#include "hosts/mesh/MeshSource.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,19 +2,21 @@
 
 #include "contracts/core/OruFileWriter.h"
 #include "contracts/vis/OruVisTriad.h"
-#include "hosts/kit/GlPlatform.h"
-#include "hosts/kit/ImportJob.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/LiveView.h"
-#include "hosts/kit/ModelImporter.h"
-#include "hosts/kit/OffscreenView.h"
-#include "hosts/kit/WindowCoordinates.h"
+#include "hosts/host/GlPlatform.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/host/OffscreenView.h"
+#include "hosts/host/SceneWindow.h"
+#include "hosts/host/WindowCoordinates.h"
+#include "hosts/import/ImportJob.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
 #include "hosts/viewer/StopSignals.h"
 
 #include <QBuffer>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QSocketNotifier>
 #include <QTimer>
 
@@ -41,12 +43,6 @@ const QString backgroundColour = QStringLiteral("#ff38465a");
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
 
-QString imageFolders()
-{
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/../share/Kelvar/resources:") +
-           QStringLiteral(KELVAR_RESOURCES);
-}
-
 QString titleOf(const QStringList& models)
 {
     QStringList names;
@@ -55,6 +51,20 @@ QString titleOf(const QStringList& models)
     }
     return names.join(QStringLiteral(", "));
 }
+
+/// Ctrl+Q closes it.
+class ViewerWindow : public hostkit::SceneWindow
+{
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_Q && event->modifiers() == Qt::ControlModifier) {
+            close();
+        } else {
+            SceneWindow::keyPressEvent(event);
+        }
+    }
+};
 
 std::vector<Model> takeModels(hostkit::ImportJob& job)
 {
@@ -83,7 +93,7 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
     throw Viewer::Failure(Viewer::Stopped, text);
 }
 
-void tellLoading(hostkit::LiveView& view, LoadingReport& report, const QString& title, float share)
+void tellLoading(hostkit::SceneWindow& view, LoadingReport& report, const QString& title, float share)
 {
     report.tell(share);
     if (report.due()) {
@@ -112,7 +122,6 @@ void playDrag(hostkit::InputFeed& input, const ViewerOptions::Gesture& drag, con
 
 Viewer::Viewer(const ViewerOptions& options)
     : options_(options)
-    , images_(imageFolders())
 {
     if (!options_.replayFile.isEmpty()) {
         readRecording();
@@ -161,7 +170,7 @@ Viewer::ExitCode Viewer::makePicture()
         throw Failure(NoOutput,
                       QStringLiteral("a picture can be %1 pixels wide and high at most").arg(largest));
     }
-    HostScene host(QString(), images_, QString());
+    HostScene host;
     host.setSize(options_.size);
     checkSettings(host);
     fill(host, loadModels());
@@ -199,7 +208,7 @@ Viewer::ExitCode Viewer::showWindow()
     std::exception_ptr failure;
     bool loaded = false;
 
-    hostkit::LiveView view(QString(), images_, QString());
+    ViewerWindow view;
     view.setTitle(title);
     view.resize((QSizeF(options_.size) / view.devicePixelRatio()).toSize());
 
@@ -209,7 +218,7 @@ Viewer::ExitCode Viewer::showWindow()
     const auto finish = [&](HostScene& host) {
         fill(host, takeModels(job));
         view.setInputListener(startRecording(host));
-        playGestures(*view.input(), sizeOf(host));
+        playGestures(view.input(), sizeOf(host));
         loaded = true;
         view.setTitle(title);
         return true;
@@ -236,7 +245,7 @@ Viewer::ExitCode Viewer::showWindow()
         stopNotifier.setEnabled(false);
         view.close();
     });
-    view.setReadyListener([&](HostScene&) { poll.start(pollMilliseconds); });
+    poll.start(pollMilliseconds);
     view.show();
     QCoreApplication::exec();
     if (failure) {
@@ -275,12 +284,13 @@ Viewer::Failure Viewer::badSetting(std::size_t index, const QString& reason) con
 
 void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
 {
-    host.setDropListener([](const QString& source, const QString& target) {
+    hostkit::ModelParts parts(host.scene().render.visualizations);
+    parts.setDropListener([](const QString& source, const QString& target) {
         std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
                   << std::endl;
     });
     for (const Model& model : models) {
-        host.addModel(model);
+        parts.add(model);
     }
     host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();
@@ -358,8 +368,7 @@ void Viewer::playGestures(hostkit::InputFeed& input, const QSize& view) const
         if (gesture.wheelSteps == 0) {
             playDrag(input, gesture, view);
         } else {
-            input.wheel(gesture.wheelSteps * hostkit::InputFeed::wheelStep, 0,
-                        QPoint(view.width() / 2, view.height() / 2));
+            input.wheel(gesture.wheelSteps, 0, QPoint(view.width() / 2, view.height() / 2));
         }
     }
 }

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/Recording.h"
-#include "hosts/kit/RecordingWriter.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/host/Recording.h"
+#include "hosts/host/RecordingWriter.h"
+#include "hosts/mesh/Model.h"
 #include "hosts/viewer/ViewerOptions.h"
 
 #include <memory>
@@ -59,7 +60,6 @@ private:
     void writePicture(const QImage& picture) const;
 
     ViewerOptions options_;
-    QString images_;
     std::optional<hostkit::Recording> replay_;
     std::unique_ptr<hostkit::RecordingWriter> record_;
     /// Why recording has stopped; empty: it has not.

@@ -1,6 +1,6 @@
 #include "hosts/viewer/ViewerOptions.h"
 
-#include "hosts/kit/HostScene.h"
+#include "hosts/host/HostScene.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "hosts/kit/GlPlatform.h"
+#include "hosts/host/GlPlatform.h"
 #include "hosts/viewer/StandardStreams.h"
 #include "hosts/viewer/Viewer.h"
 

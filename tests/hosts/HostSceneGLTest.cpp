@@ -1,9 +1,10 @@
-#include "hosts/kit/HostScene.h"
+#include "hosts/host/HostScene.h"
 
 #include "contracts/core/OruText.h"
 #include "contracts/ogl/OruOglFunctions.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/ModelImporter.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
 #include "tests/hosts/Models.h"
 #include "tests/scene/SceneFixture.h"
 
@@ -15,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 using namespace hostkit;
@@ -46,6 +48,7 @@ struct HostSceneGLTest : testing::Test
     GlContext gl{QSize(width, height)};
     std::unique_ptr<HostScene> host{new HostScene(QString(), QString(), QString())};
     boost::shared_ptr<NotingEditor> editor = boost::make_shared<NotingEditor>();
+    ModelParts parts{host->scene().render.visualizations};
     InputFeed input{*host};
     std::vector<QString> dropped;
 
@@ -55,10 +58,10 @@ struct HostSceneGLTest : testing::Test
         host->scene().render.setCustomEditor(editor);
         const Matrix view = Matrix::rotate(Kelvar::Math::VectorX, -90.0f) * Matrix::scale(1.0f / 3.0f);
         host->scene().setViewpoint("viewpoint", view);
-        host->setDropListener([&](const QString& source, const QString& target) {
+        parts.setDropListener([&](const QString& source, const QString& target) {
             dropped = {source, target};
         });
-        host->addModel(cubes({left, right}));
+        parts.add(cubes({left, right}));
         host->draw();
         editor->calls.clear();
     }
@@ -69,6 +72,12 @@ struct HostSceneGLTest : testing::Test
         EXPECT_EQ(gl.faults(), "");
         host.reset();
         EXPECT_EQ(GlRecorder::instance().liveObjects(), 0);
+    }
+
+    void add(const Model& model)
+    {
+        parts.add(model);
+        host->changed();
     }
 
     MeshVisualization& part(const char* name)
@@ -147,7 +156,7 @@ TEST_F(HostSceneGLTest, ShowsOpenMeshesFromBothSidesAndClosedOnesFromOutside)
     open.indices.erase(open.indices.begin() + 12, open.indices.begin() + 18);
     Model model;
     model.parts.push_back(built(open));
-    host->addModel(model);
+    add(model);
     EXPECT_EQ(unculled(), 2) << "the open cube as well";
     EXPECT_GT(colourAt(drawn(), Vector3()).red(), 60);
 }
@@ -163,7 +172,7 @@ TEST_F(HostSceneGLTest, KeepsTheProjectionInStepAndNeverWritesAStaleViewBack)
     EXPECT_EQ(count("edit matrix"), 0);
 
     host->setSize(QSize(200, 300));
-    input.wheel(-InputFeed::wheelStep, 0, QPoint(10, 10));
+    input.wheel(1, 0, QPoint(10, 10));
     host->draw();
     const OruSceneEventContext& ctx = host->context();
     EXPECT_EQ(ctx.viewport.width, 200);
@@ -225,7 +234,7 @@ TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
     const Vector3 away(150000, 0, 0);
     host->scene().render.visualizations.erase(&part("cube"));
     host->scene().render.visualizations.erase(&part("cube.2"));
-    host->addModel(cubes({away}));
+    add(cubes({away}));
     MeshVisualization& cube = part("cube");
     cube.movable.setValue(true);
     // A pixel is 0.0075 units, less than floats can tell apart out there.
@@ -251,7 +260,7 @@ TEST_F(HostSceneGLTest, MovesAPartByAllPixelsOfADragHoweverTheyCome)
             pixel += QPoint(row.pixels, 0);
             input.move(0, pixel);
             if (row.zoom && i == 0) {
-                input.wheel(-InputFeed::wheelStep, 0, pixel);
+                input.wheel(1.0, 0, pixel);
                 host->draw();
             }
         }
@@ -265,7 +274,7 @@ TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
     const Vector3 away(20, 0, 0);
     Model model;
     model.parts.push_back(built(sourceOf(bumpySphere(5000, 0.7f))));
-    host->addModel(model);
+    add(model);
     part("sample").offset.setValue(Matrix::translate(away));
     host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));
     EXPECT_GT(colourAt(drawn(), away).blue(), 60);
@@ -274,7 +283,7 @@ TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
 TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
 {
     Progress progress;
-    host->addModel(ModelImporter::load(engineFile(), progress));
+    add(ModelImporter::load(engineFile(), progress));
     ASSERT_TRUE(host->showFrom("iso"));
     const QImage image = drawn();
     const Kelvar::Math::BoundingBox box = host->context().bounds;
@@ -303,7 +312,7 @@ TEST_F(HostSceneGLTest, SavesAndLoadsTheWholeState)
 
     HostScene other{QString(), QString(), QString()};
     other.setSize(gl.size());
-    other.addModel(cubes({left, right}));
+    ModelParts(other.scene().render.visualizations).add(cubes({left, right}));
     other.draw();
     ASSERT_TRUE(other.load(file, &error)) << error.toStdString();
     other.send(&OruSceneEventHandler::mouseMove);
@@ -337,19 +346,63 @@ TEST_F(HostSceneGLTest, SetsPropertiesByPathAndSaysWhatIsWrong)
     }
 }
 
-TEST_F(HostSceneGLTest, SumsSmallTurnsOfTheWheel)
+TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)
 {
-    const auto scale = [&] {
-        return host->context().modelView.transformDirection(Vector3(1, 0, 0)).length();
+    const QPoint pixel = pixelOf(right);
+    const Vector3 orbit = host->context().center;
+    const struct
+    {
+        const char* name;
+        std::function<bool()> act;
+        double scale;
+        double degrees;
+    } rows[] = {
+        {"a step", [&] { return input.wheel(1, 0, pixel); }, 1.1, 0},
+        {"a part of a step, with a key", [&] { return input.wheel(0.25, 1, pixel); }, std::pow(1.1, 0.25), 0},
+        {"two and a half back", [&] { return input.wheel(-2.5, 0, pixel); }, std::pow(1.1, -2.5), 0},
+        {"fingers apart", [&] { return input.pinch(1.5, pixel); }, 1.5, 0},
+        {"fingers turn", [&] { return input.turn(30, pixel); }, 1, 30},
     };
-    const float start = scale();
-    /// Each turn and the steps since the start.
-    const std::pair<int, int> rows[] = {
-        {-50, 0}, {-50, 0}, {-50, 1}, {-90 - 2 * InputFeed::wheelStep, 4}, {120, 3}};
-    for (const auto& [turn, steps] : rows) {
-        EXPECT_EQ(input.wheel(turn, 0, QPoint(10, 10)), steps != 0) << turn;
-        EXPECT_NEAR(scale(), start * std::pow(1.1f, steps), 1e-5f) << turn;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Vector3 before = windowOf(right + Vector3(1, 0, 0)) - windowOf(right);
+        EXPECT_TRUE(row.act());
+        host->draw();
+        const Vector3 after = windowOf(right + Vector3(1, 0, 0)) - windowOf(right);
+        EXPECT_LE((pixelOf(right) - pixel).manhattanLength(), 2);
+        EXPECT_NEAR(after.length() / before.length(), row.scale, 1e-3);
+        EXPECT_NEAR(std::atan2(after.y, after.x) - std::atan2(before.y, before.x),
+                    row.degrees * 3.14159265 / 180, 1e-3);
+        EXPECT_EQ(host->context().center, orbit);
     }
+    EXPECT_FALSE(input.wheel(0, 0, pixel));
+    EXPECT_FALSE(input.pinch(-1, pixel));
+}
+
+TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
+{
+    input.move(0, pixelOf(Vector3()));
+    ASSERT_EQ(host->context().tooltip, "") << "between the cubes";
+    EXPECT_TRUE(input.keyPress('X', 0));
+    EXPECT_NE(host->context().tooltip, "") << "one cube behind the other";
+    EXPECT_TRUE(input.keyPress('Z', 0));
+    EXPECT_EQ(host->context().tooltip, "");
+    input.move(0, pixelOf(left));
+    ASSERT_NE(host->context().tooltip, "");
+    EXPECT_TRUE(input.wheel(0.1, 1, pixelOf(left))) << "with a key held nothing is hovered";
+    EXPECT_EQ(host->context().tooltip, "");
+}
+
+TEST_F(HostSceneGLTest, CallsAGestureOffAndLeavesTheViewWhereItBegan)
+{
+    const Matrix view = host->scene().viewpoint("viewpoint");
+    input.press(OruMouse::ButtonView, 0, QPoint(20, 200));
+    EXPECT_TRUE(input.move(0, QPoint(120, 150)));
+    EXPECT_NE(host->scene().viewpoint("viewpoint"), view);
+    EXPECT_TRUE(input.abort());
+    EXPECT_EQ(host->scene().viewpoint("viewpoint"), view);
+    EXPECT_EQ(count("begin"), count("end"));
+    EXPECT_FALSE(input.abort()) << "nothing is held any more";
 }
 
 TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)

@@ -1,4 +1,4 @@
-#include "hosts/kit/MeshBuilder.h"
+#include "hosts/mesh/MeshBuilder.h"
 
 #include "tests/hosts/Models.h"
 

@@ -1,7 +1,7 @@
-#include "hosts/kit/ModelImporter.h"
+#include "hosts/import/ModelImporter.h"
 
-#include "hosts/kit/ImportJob.h"
-#include "hosts/kit/IsolatedReader.h"
+#include "hosts/import/ImportJob.h"
+#include "hosts/import/internal/IsolatedReader.h"
 #include "tests/hosts/Models.h"
 
 #include <QFile>
@@ -114,7 +114,7 @@ TEST(IsolatedReader, KeepsToItsLimitsAndTellsThem)
         QFile::setPermissions(file, QFile::ReadOwner | QFile::ExeOwner);
         return file;
     };
-    const QString reader = IsolatedReader::besideThisProgram();
+    const QString reader = IsolatedReader::ownReader();
     const QString sleeper = script("sleeper", "exec sleep 600");
     const std::uint64_t any = std::uint64_t(1) << 40;
     const struct

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosts/kit/Mesh.h"
-#include "hosts/kit/MeshBuilder.h"
-#include "hosts/kit/SampleMeshes.h"
+#include "hosts/mesh/Mesh.h"
+#include "hosts/mesh/MeshBuilder.h"
+#include "hosts/mesh/SampleMeshes.h"
 
 #include <QString>
 

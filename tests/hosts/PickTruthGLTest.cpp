@@ -8,8 +8,9 @@
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
 #include "contracts/vis/OruVisTriad.h"
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/ModelImporter.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
 #include "tests/hosts/Models.h"
 #include "tests/support/GlContext.h"
 
@@ -275,7 +276,7 @@ struct PickTruthGLTest : ::testing::Test
 TEST_F(PickTruthGLTest, Engine)
 {
     Progress progress;
-    host.addModel(ModelImporter::load(engineFile(), progress));
+    hostkit::ModelParts(host.scene().render.visualizations).add(ModelImporter::load(engineFile(), progress));
     show();
     EXPECT_GT(compareAtRandomPixels(drawNames()), 100);
 }

@@ -1,6 +1,6 @@
 // Recordings as text: what is written reads back, and what is no recording is refused with its place.
 
-#include "hosts/kit/Recording.h"
+#include "hosts/host/Recording.h"
 
 #include <gmock/gmock.h>
 

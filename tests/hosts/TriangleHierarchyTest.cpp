@@ -1,7 +1,7 @@
-#include "hosts/kit/TriangleHierarchy.h"
+#include "hosts/mesh/TriangleHierarchy.h"
 
 #include "contracts/vis/OruVisPickVolume.h"
-#include "hosts/kit/SampleMeshes.h"
+#include "hosts/mesh/SampleMeshes.h"
 #include "tests/math/MathMatchers.h"
 #include "tests/vis/VisStage.h"
 

@@ -1,4 +1,4 @@
-#include "hosts/kit/WindowCoordinates.h"
+#include "hosts/host/WindowCoordinates.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "hosts/kit/GlPlatform.h"
+#include "hosts/host/GlPlatform.h"
 #include "tests/live/VirtualDisplay.h"
 
 #include <QGuiApplication>

@@ -1,8 +1,9 @@
 #include "tests/live/LiveViewer.h"
 
-#include "hosts/kit/ModelImporter.h"
-#include "hosts/kit/Progress.h"
-#include "hosts/kit/Recording.h"
+#include "hosts/host/Recording.h"
+#include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelParts.h"
+#include "hosts/mesh/Progress.h"
 #include "tests/hosts/Models.h"
 #include "tests/live/Files.h"
 
@@ -164,7 +165,8 @@ void LiveViewer::prepareScene(const QStringList& options)
     host_ = std::make_unique<hostkit::HostScene>(QString(), QString(), QString());
     host_->setSize(size_);
     hostkit::Progress progress;
-    host_->addModel(hostkit::ModelImporter::load(engineFile(), progress));
+    hostkit::ModelParts(host_->scene().render.visualizations)
+        .add(hostkit::ModelImporter::load(engineFile(), progress));
     QString error;
     EXPECT_TRUE(host_->load(start, &error)) << error.toStdString();
     input_ = std::make_unique<hostkit::InputFeed>(*host_);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "hosts/kit/HostScene.h"
-#include "hosts/kit/InputFeed.h"
-#include "hosts/kit/OffscreenView.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/InputFeed.h"
+#include "hosts/host/OffscreenView.h"
 
 #include <QImage>
 #include <QProcess>

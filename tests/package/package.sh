@@ -12,7 +12,6 @@ install() {
 
 # headers PREFIX WORK: each installed header compiles, and links, with the flags that pkg-config gives.
 headers() {
-    local file
     mkdir -p "$2"
     PKG_CONFIG_PATH=$(find "$1" -name pkgconfig -type d)
     export PKG_CONFIG_PATH
@@ -22,45 +21,102 @@ headers() {
     } >"$2/headers.cpp"
     # shellcheck disable=SC2086,SC2046 # lists of flags
     g++ -std=c++17 -fPIC $warnings -o "$2/headers" "$2/headers.cpp" \
-        $(pkg-config --cflags --libs kelvar-ui-graphics-scene)
+        $(pkg-config --cflags --libs $(basename -s .pc "$PKG_CONFIG_PATH"/*.pc))
 }
 
-# readme README PREFIX WORK: the page of code compiles where there is a window with a size.
+# readme README PREFIX SOURCE BUILD: the page of code is a program that builds like that of the folder SOURCE.
 readme() {
-    mkdir -p "$3"
-    PKG_CONFIG_PATH=$(find "$2" -name pkgconfig -type d)
-    export PKG_CONFIG_PATH
-    {
-        echo 'extern struct Window { void update(); void swapBuffers(); } window;'
-        echo 'extern int width, height;'
-        sed -n '/^## A page of code/,/^```$/p' "$1" | sed '1,/^```cpp$/d; /^```$/d'
-        echo 'View view;'
-    } >"$3/readme.cpp"
-    # shellcheck disable=SC2086,SC2046 # lists of flags
-    g++ -std=c++17 -fPIC ${warnings/-Wshadow/} -fsyntax-only "$3/readme.cpp" $(pkg-config --cflags kelvar-ui-graphics-scene)
+    rm -rf "$4"
+    cp -r "$3" "$4"
+    sed -n '/^## A page of code/,/^```$/p' "$1" | sed '1,/^```cpp$/d; /^```$/d' >"$4/main.cpp"
+    consume "$2" "$4" "$4/build"
 }
 
-# consume PREFIX SOURCE BUILD: a project that knows no more than the prefix configures and builds.
+# consume PREFIX SOURCE BUILD [OPTION...]: a project that knows no more than the prefix configures and builds.
 consume() {
     rm -rf "$3"
-    cmake -S "$2" -B "$3" -G Ninja -DCMAKE_PREFIX_PATH="$1" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="$warnings"
+    cmake -S "$2" -B "$3" -G Ninja -DCMAKE_PREFIX_PATH="$1" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS="$warnings" "${@:4}"
     cmake --build "$3"
 }
 
-# picture CHECK PROGRAM FILE ACTIONS COLOUR...: what the program shows after the actions.
+# picture CHECK FILE ARGUMENTS COLOUR...: the picture that a program makes; the arguments are a list, with the
+# program ahead.
 picture() {
-    local actions
-    IFS=';' read -r -a actions <<<"$4"
-    "$2" --out "$3" ${actions[@]+"${actions[@]}"}
-    "$1" "$3" 960x720 "${@:5}"
+    local arguments
+    IFS=';' read -r -a arguments <<<"$3"
+    rm -f "$2"
+    "${arguments[@]}"
+    "$1" "$2" 960x720 "${@:4}"
 }
 
-# debian BUILD LINTIAN: both packages are made and lintian has no errors for them.
+# debian BUILD LINTIAN: all packages are made and lintian has no errors for them.
 debian() {
     rm -f "$1"/package/*.deb
     (cd "$1" && cpack >/dev/null)
     "$2" --fail-on error --allow-root "$1"/package/*.deb
-    [ "$(ls "$1"/package/*.deb | wc -l)" -eq 2 ]
+}
+
+# needs FILE: the packages of our own that a package depends on, at any depth, and itself.
+needs() {
+    local own
+    echo "$1"
+    for own in $(dpkg-deb -f "$1" Depends | grep -o '\(lib\)\?kelvar[a-z0-9-]*' || true); do
+        needs "$(ls "$(dirname "$1")/$own"_*.deb)"
+    done
+}
+
+# binaries FOLDER: programs and libraries.
+binaries() {
+    find "$1" -type f -exec sh -c 'head -c 4 "$1" | grep -q ELF' sh {} \; -print
+}
+
+# owned FILE FOLDER: what the package's binaries ask for comes from packages that it depends on by itself.
+owned() {
+    local needs owners library libraries
+    needs=$(dpkg-deb -f "$1" Depends | sed 's/([^)]*)//g' | tr ',|' '\n' | tr -d ' ')
+    mapfile -t libraries < <(binaries "$2" | xargs objdump -p | sed -n 's/^ *NEEDED *//p' | grep -v '^libKelvar' | sort -u)
+    owners=$(dpkg -S "${libraries[@]/#/*/}" | sed 's/:[^ ]*//')
+    for library in "${libraries[@]}"; do
+        if ! grep "/$library\$" <<<"$owners" | sed 's/ .*//' | grep -qxF "$needs"; then
+            echo "nothing that $1 depends on brings $library" >&2
+            return 1
+        fi
+    done
+}
+
+# alone BUILD PACKAGE FOLDER: the package, unpacked with those of our own that it needs, of the same version, has all
+# libraries, and the tools know where those of others come from.
+alone() {
+    local package others
+    rm -rf "$3"
+    mkdir "$3"
+    package=$(ls "$1/package/$2"_*.deb)
+    others=$(dpkg-deb -f "$package" Depends | tr ',' '\n' | grep kelvar || true)
+    if grep -v "(= $(dpkg-deb -f "$package" Version))" <<<"$others" | grep .; then
+        return 1
+    fi
+    dpkg-deb -x "$package" "$3"
+    owned "$package" "$3"
+    needs "$package" | sort -u | while read -r package; do dpkg-deb -x "$package" "$3"; done
+    if binaries "$3" | xargs ldd | grep -e 'not found' -e '=> .*libKelvar' | grep -v "=> $(realpath "$3")/"; then
+        return 1
+    fi
+}
+
+# missing PREFIX SOURCE BUILD COMPONENT: who asks for a component that is not installed is told so.
+missing() {
+    if consume "$1" "$2" "$3" "-DCOMPONENT=$4" 2>"$3.txt"; then
+        return 1
+    fi
+    grep "The component $4 is not installed" "$3.txt"
+}
+
+# bare SOURCE BUILD OPTION...: configures without the tools of tests and packages; what is left out is asked for
+# nowhere.
+bare() {
+    rm -rf "$2"
+    cmake -S "$1" -B "$2" -G Ninja -DCLANG_FORMAT= -DGZIP= -DLINTIAN= -DDOXYGEN= "${@:3}"
+    ! grep -e -lkelvar_ "$2/build.ninja"
 }
 
 "$@"

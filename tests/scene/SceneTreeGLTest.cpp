@@ -3,12 +3,16 @@
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
+#include "contracts/vis/OruVisImage.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "contracts/vis/OruVisViewpoint.h"
+#include "tests/core/QtPrint.h"
 #include "tests/scene/SceneFixture.h"
 
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <set>
 
 using namespace kelvartest;
 using Kelvar::Math::Matrix;
@@ -85,6 +89,60 @@ TEST_F(SceneTreeGLTest, DefaultValuesByPathAndWhatTheyWant)
     QString error;
     EXPECT_TRUE(OruPropertiesFile::save(scene, folder.filePath("tree"), &error));
     EXPECT_TRUE(OruPropertiesFile::load(scene, folder.filePath("tree"), &error)) << error.toStdString();
+}
+
+/// The settings below a node as "node key value"; of visualizations those of each type, what all of them have
+/// once.
+void collect(const OruProperties& node, std::set<QString>& settings)
+{
+    const bool visualization = node.type().startsWith("vis.");
+    for (const QString& key : node.string().keys()) {
+        QString value;
+        node.getValue(key, value, QString());
+        const QString owner = !visualization     ? node.name()
+                              : key == "visible" ? QString("any visualization")
+                                                 : node.type();
+        settings.insert(owner + ' ' + key + ' ' + value);
+    }
+    for (unsigned int i = 0; i < node.size(); ++i) {
+        collect(*node.at(i), settings);
+    }
+}
+
+/// The same from the rows `| node | key, ... | value, ... | meaning |`; a row without a node goes on with the
+/// one above, and one value holds for all keys.
+std::set<QString> settingsOfManual()
+{
+    QFile manual(QStringLiteral(KELVAR_MANUAL));
+    std::set<QString> settings;
+    QString node;
+    bool inTable = false;
+    for (bool open = manual.open(QIODevice::ReadOnly); open && !manual.atEnd();) {
+        const QStringList cells = QString::fromUtf8(manual.readLine()).remove('`').split('|');
+        inTable = cells.size() > 4 && (inTable || cells[2] == " Key ");
+        if (!inTable || cells[1].startsWith('-') || cells[2] == " Key ") {
+            continue;
+        }
+        node = cells[1].trimmed().isEmpty() ? node : cells[1].trimmed();
+        const QStringList keys = cells[2].trimmed().split(", ");
+        const QStringList values = cells[3].trimmed().split(", ");
+        for (int i = 0; i < keys.size(); ++i) {
+            settings.insert(node + ' ' + keys[i] + ' ' + values.value(i, values.last()));
+        }
+    }
+    return settings;
+}
+
+TEST_F(SceneTreeGLTest, TheManualTellsEachSettingAndItsStartValue)
+{
+    OruScene fresh{QString(), QString(), QString()};
+    OruVisList& list = fresh.render.visualizations;
+    list.erase(list["kelvar logo"]); // has other values than images have at first
+    list.child("image", OruVisImage::typeString);
+    list.child("triad", OruVisTriad::typeString);
+    std::set<QString> settings;
+    collect(fresh, settings);
+    EXPECT_THAT(settingsOfManual(), testing::ContainerEq(settings));
 }
 
 TEST_F(SceneTreeGLTest, FontOfTheEnvironmentOnlyIfItIsThere)

@@ -144,11 +144,7 @@ bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QSt
     if (depthOf(root) > MaximumDepth) {
         return fail(error, file, QString::fromLatin1("the tree is deeper than %1 levels").arg(MaximumDepth));
     }
-    QJsonObject document = root.foreign_ ? root.foreign_->head : QJsonObject();
-    document.insert(member("format"), OruPropertiesCheck::format());
-    document.insert(member("version"), Version);
-    document.insert(member("tree"), describe(root));
-    const QByteArray text = oru::jsonText(document, writingOrder());
+    const QByteArray text = OruPropertiesFile::text(root);
     if (text.size() > MaximumBytes) {
         return fail(error, file, QString::fromLatin1("the tree takes more than %1 bytes").arg(MaximumBytes));
     }
@@ -162,11 +158,25 @@ bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QSt
     return true;
 }
 
+QByteArray OruPropertiesFile::text(const OruProperties& root)
+{
+    QJsonObject document = root.foreign_ ? root.foreign_->head : QJsonObject();
+    document.insert(member("format"), OruPropertiesCheck::format());
+    document.insert(member("version"), Version);
+    document.insert(member("tree"), describe(root));
+    return oru::jsonText(document, writingOrder());
+}
+
 bool OruPropertiesFile::load(OruProperties& root, const QString& file, QString* error)
 {
     QByteArray text;
+    return readText(file, text, error) && load(root, text, file, error);
+}
+
+bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const QString& file, QString* error)
+{
     QJsonObject document;
-    if (!readText(file, text, error) || !parse(file, text, document, error)) {
+    if (!parse(file, text, document, error)) {
         return false;
     }
     OruPropertiesCheck check(Version, MaximumDepth);

@@ -2,6 +2,7 @@
 
 #include "contracts/core/kelvar_core_api.h"
 
+#include <QByteArray>
 #include <QString>
 
 class OruProperties;
@@ -50,6 +51,10 @@ public:
     /// regular file, that gives a node another type than the tree has, or a value that is not of its
     /// property's kind, is refused, and the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
+
+    /// What save() writes, and load() reads, as a text; `file` stands for its name in errors.
+    static QByteArray text(const OruProperties& root);
+    static bool load(OruProperties& root, const QByteArray& text, const QString& file, QString* error);
 
 private:
     static QJsonObject describe(const OruProperties& node);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/math/Matrix.h"
+#include "contracts/math/kelvar_math_api.h"
 
 #include <optional>
 
@@ -8,8 +9,8 @@ namespace Kelvar {
 namespace Math {
 
 /// A 4 by 4 matrix of doubles with the conventions of Matrix: what longer computations run in before they are
-/// rounded to float once. Internal to this library.
-struct DoubleMatrix
+/// rounded to float once.
+struct KELVAR_MATH_API DoubleMatrix
 {
     double m[4][4];
 

@@ -1,5 +1,7 @@
 #include "contracts/vis/OruVisPickVolume.h"
 
+#include "contracts/math/DoubleMatrix.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -8,6 +10,7 @@
 namespace {
 
 using Kelvar::Math::BoundingBox;
+using Kelvar::Math::DoubleMatrix;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
@@ -35,14 +38,10 @@ Matrix windowMap(const Matrix& modelView, const Matrix& projection, const OruOgl
 {
     const double half[3] = {viewport.width / 2.0, viewport.height / 2.0, 0.5};
     const double middle[3] = {viewport.x + half[0], viewport.y + half[1], 0.5};
+    const DoubleMatrix clipMap = DoubleMatrix(modelView) * DoubleMatrix(projection);
     Matrix map;
     for (int row = 0; row < 4; ++row) {
-        double clip[4] = {0.0, 0.0, 0.0, 0.0};
-        for (int col = 0; col < 4; ++col) {
-            for (int k = 0; k < 4; ++k) {
-                clip[col] += static_cast<double>(modelView(row, k)) * projection(k, col);
-            }
-        }
+        const double* const clip = clipMap.m[row];
         for (int axis = 0; axis < 3; ++axis) {
             map(row, axis) = static_cast<float>(clip[axis] * half[axis] + clip[3] * middle[axis]);
         }
@@ -97,15 +96,13 @@ double OruVisPickVolume::nearestDepth(const BoundingBox& box) const
     if (!box.defined()) {
         return unknown;
     }
+    const DoubleMatrix toWindow(toWindow_);
     double nearest = std::numeric_limits<double>::infinity();
     for (int i = 0; i < 8; ++i) {
         const Vector3 corner = box.corner(i);
+        const double point[3] = {corner.x, corner.y, corner.z};
         double image[4];
-        for (int col = 0; col < 4; ++col) {
-            image[col] = static_cast<double>(corner.x) * toWindow_(0, col) +
-                         static_cast<double>(corner.y) * toWindow_(1, col) +
-                         static_cast<double>(corner.z) * toWindow_(2, col) + toWindow_(3, col);
-        }
+        toWindow.transform(point, image);
         if (!(image[3] > 0.0)) {
             return unknown;
         }

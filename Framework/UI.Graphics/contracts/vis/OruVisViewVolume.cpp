@@ -1,37 +1,27 @@
 #include "contracts/vis/OruVisViewVolume.h"
 
+#include "contracts/math/DoubleMatrix.h"
+
 #include <cmath>
 
 namespace {
 
+using Kelvar::Math::DoubleMatrix;
 using Kelvar::Math::Matrix;
 
-/// Columns of modelView * projection: the clip coordinates of a model point are its products with them. In
-/// double, so that a view that zooms in far still tells neighbouring pixels apart.
-struct ClipMap
+/// From a model point to its clip coordinates. In double, so that a view that zooms in far still tells
+/// neighbouring pixels apart.
+DoubleMatrix clipMap(const Matrix& modelView, const Matrix& projection)
 {
-    double column[4][4];
-
-    ClipMap(const Matrix& modelView, const Matrix& projection)
-    {
-        for (int row = 0; row < 4; ++row) {
-            for (int col = 0; col < 4; ++col) {
-                double sum = 0.0;
-                for (int k = 0; k < 4; ++k) {
-                    sum += static_cast<double>(modelView(row, k)) * projection(k, col);
-                }
-                column[col][row] = sum;
-            }
-        }
-    }
-};
+    return DoubleMatrix(modelView) * DoubleMatrix(projection);
+}
 
 /// The half space  sign * (clip coordinate `axis` - edge * w) >= 0.
-std::array<double, 4> halfSpace(const ClipMap& clip, int axis, double edge, double sign)
+std::array<double, 4> halfSpace(const DoubleMatrix& clip, int axis, double edge, double sign)
 {
     std::array<double, 4> plane{};
     for (std::size_t i = 0; i < 4; ++i) {
-        plane[i] = sign * (clip.column[axis][i] - edge * clip.column[3][i]);
+        plane[i] = sign * (clip.m[i][axis] - edge * clip.m[i][3]);
     }
     return plane;
 }
@@ -64,7 +54,7 @@ OruVisViewVolume OruVisViewVolume::ofView(const Matrix& modelView, const Matrix&
     }
     OruVisViewVolume volume = ofWindow(modelView, projection, viewport, viewport.x - rim, viewport.y - rim,
                                        viewport.width + 2.0 * rim, viewport.height + 2.0 * rim);
-    const ClipMap clip(modelView, projection);
+    const DoubleMatrix clip = clipMap(modelView, projection);
     for (const double side : {-1.0, 1.0}) {
         volume.add(halfSpace(clip, 2, side * (1.0 + depthSlack), -side));
     }
@@ -75,7 +65,7 @@ OruVisViewVolume OruVisViewVolume::ofWindow(const Matrix& modelView, const Matri
                                             const OruOglViewport& viewport, double x, double y, double width,
                                             double height)
 {
-    const ClipMap clip(modelView, projection);
+    const DoubleMatrix clip = clipMap(modelView, projection);
     const double low[2] = {x - viewport.x, y - viewport.y};
     const double extent[2] = {width, height};
     const double pixels[2] = {static_cast<double>(viewport.width), static_cast<double>(viewport.height)};

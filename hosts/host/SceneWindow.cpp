@@ -1,0 +1,378 @@
+#include "hosts/host/SceneWindow.h"
+
+#include "contracts/core/OruPropertiesFile.h"
+#include "hosts/host/GlPlatform.h"
+#include "hosts/host/WindowCoordinates.h"
+#include "hosts/host/internal/GlDrawable.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QStyleHints>
+#include <QWheelEvent>
+
+#include <array>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <utility>
+
+namespace hostkit {
+
+namespace {
+
+struct ButtonRow
+{
+    Qt::MouseButton qt;
+    OruMouse::Button scene;
+};
+
+constexpr std::array<ButtonRow, 3> buttonRows = {{
+    {Qt::LeftButton, OruMouse::ButtonPick},
+    {Qt::RightButton, OruMouse::ButtonContext},
+    {Qt::MiddleButton, OruMouse::ButtonView},
+}};
+
+struct ModifierRow
+{
+    Qt::KeyboardModifier qt;
+    unsigned int bit;
+};
+
+constexpr std::array<ModifierRow, 4> modifierRows = {{
+    {Qt::ControlModifier, 1},
+    {Qt::ShiftModifier, 2},
+    {Qt::AltModifier, 4},
+    {Qt::MetaModifier, 8},
+}};
+
+unsigned int wordOf(Qt::KeyboardModifiers modifiers)
+{
+    unsigned int word = 0;
+    for (const ModifierRow& row : modifierRows) {
+        word |= modifiers.testFlag(row.qt) ? row.bit : 0;
+    }
+    return word;
+}
+
+template <typename PointerEvent>
+QPointF positionOf(const PointerEvent& event)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return event.localPos();
+#else
+    return event.position();
+#endif
+}
+
+/// One step of a common wheel, in the eighths of a degree that Qt counts.
+constexpr double eighthsPerStep = 120.0;
+
+/// A touchpad tells pixels: that many are one step.
+constexpr double pixelsPerStep = 60.0;
+
+double stepsOf(const QWheelEvent& event)
+{
+    return event.pixelDelta().isNull() ? event.angleDelta().y() / eighthsPerStep
+                                       : event.pixelDelta().y() / pixelsPerStep;
+}
+
+} // namespace
+
+SceneWindow::SceneWindow(const QString& fonts, const QString& images, const QString& user)
+    : fonts_(fonts)
+    , images_(images)
+    , user_(user)
+{
+    setSurfaceType(QSurface::OpenGLSurface);
+    moveTimer_.setSingleShot(true);
+    connect(&moveTimer_, &QTimer::timeout, this, [this] { feedMove(); });
+    makeScene();
+}
+
+SceneWindow::~SceneWindow()
+{
+    dropScene();
+}
+
+void SceneWindow::setContent(const Content& content)
+{
+    content_ = content;
+    run([this](HostScene& host) {
+        content_(host);
+        host.changed();
+        return true;
+    });
+}
+
+void SceneWindow::setSamples(int samples)
+{
+    samples_ = samples;
+    renew();
+}
+
+void SceneWindow::setInputListener(const InputFeed::Listener& listener)
+{
+    listener_ = listener;
+    input_->setListener(listener);
+}
+
+void SceneWindow::renew()
+{
+    const QByteArray tree = OruPropertiesFile::text(host_->scene());
+    const bool shown = isVisible();
+    dropScene();
+    destroy(); // the native window belongs to the format that it was made with
+    makeScene();
+    if (content_) {
+        content_(*host_);
+    }
+    QString error;
+    if (!OruPropertiesFile::load(host_->scene(), tree, QStringLiteral("the former scene"), &error)) {
+        std::cerr << error.toStdString() << std::endl;
+    }
+    host_->changed();
+    Q_EMIT sceneRenewed();
+    setVisible(shown);
+    requestUpdate();
+}
+
+/// The context, current, and a scene in it.
+void SceneWindow::makeScene()
+{
+    QSurfaceFormat format = GlPlatform::format();
+    format.setSamples(samples_.value_or(GlPlatform::fittingSamples()));
+    format.setOption(QSurfaceFormat::ResetNotification);
+    setFormat(format);
+    create();
+    context_ = std::make_unique<QOpenGLContext>();
+    context_->setFormat(format);
+    if (!context_->create() || !context_->makeCurrent(this)) {
+        throw std::runtime_error("there is no OpenGL 2.1 on this display");
+    }
+    hidden_ = std::make_unique<QOffscreenSurface>();
+    hidden_->setFormat(context_->format());
+    hidden_->create();
+    host_ = std::make_unique<HostScene>(fonts_, images_, user_);
+    input_ = std::make_unique<InputFeed>(*host_);
+    input_->setListener(listener_);
+    measure();
+}
+
+/// A lost context cannot be made current; OpenGL then drops the calls of the scene's end.
+void SceneWindow::dropScene()
+{
+    context_->makeCurrent(surface());
+    input_.reset();
+    host_.reset();
+    context_->doneCurrent();
+    context_.reset();
+}
+
+/// A closed window has no surface of its own, and its scene lives on.
+QSurface* SceneWindow::surface()
+{
+    return handle() ? static_cast<QSurface*>(this) : hidden_.get();
+}
+
+/// A context that got lost is replaced.
+void SceneWindow::makeCurrent()
+{
+    if (!context_->makeCurrent(surface()) && !context_->isValid()) {
+        renew();
+    }
+}
+
+void SceneWindow::run(const std::function<bool(HostScene&)>& action)
+{
+    feedMove();
+    makeCurrent();
+    host_->setSize(framebuffer_);
+    // The window may have gone to a screen with another ratio.
+    input_->setDragThreshold(qRound(QGuiApplication::styleHints()->startDragDistance() * devicePixelRatio()));
+    if (action(*host_)) {
+        requestUpdate();
+    }
+}
+
+void SceneWindow::paint()
+{
+    if (!isExposed()) {
+        return;
+    }
+    makeCurrent();
+    try {
+        measure();
+        if (!std::exchange(exposed_, true)) {
+            host_->fitAgain();
+        }
+        host_->draw();
+    } catch (const std::exception& error) {
+        std::cerr << "draw: " << error.what() << std::endl;
+    }
+    context_->swapBuffers(this);
+    Q_EMIT frameDrawn();
+}
+
+void SceneWindow::exposeEvent(QExposeEvent*)
+{
+    paint();
+}
+
+/// What lies under the pointer is another thing in a view of another size.
+void SceneWindow::resizeEvent(QResizeEvent*)
+{
+    feed([this] {
+        measure();
+        return input_->hoverAgain();
+    });
+}
+
+bool SceneWindow::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::UpdateRequest:
+        paint();
+        return true;
+    case QEvent::NativeGesture:
+        feedGesture(static_cast<QNativeGestureEvent*>(event));
+        return true;
+    case QEvent::Enter:
+        feed([this] { return input_->enter(true); });
+        break;
+    case QEvent::Leave:
+        feed([this] { return input_->enter(false); });
+        break;
+    case QEvent::UngrabMouse:
+        feed([this] { return input_->cancel(); });
+        break;
+    default:
+        break;
+    }
+    return QWindow::event(event);
+}
+
+void SceneWindow::mousePressEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::press);
+}
+
+void SceneWindow::mouseReleaseEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::release);
+}
+
+void SceneWindow::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    feedButton(event, &InputFeed::doubleClick);
+}
+
+void SceneWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    for (const ButtonRow& row : buttonRows) {
+        if (input_->held(row.scene) && !event->buttons().testFlag(row.qt)) {
+            feed([this] { return input_->cancel(); }); // the release went elsewhere
+        }
+    }
+    moveTimer_.start();
+    move_ = Move{pixelOf(positionOf(*event)), wordOf(event->modifiers())};
+}
+
+void SceneWindow::wheelEvent(QWheelEvent* event)
+{
+    feed([&] {
+        return input_->wheel(stepsOf(*event), wordOf(event->modifiers()), pixelOf(event->position()));
+    });
+}
+
+void SceneWindow::feedGesture(QNativeGestureEvent* event)
+{
+    const QPoint pixel = pixelOf(positionOf(*event));
+    if (event->gestureType() == Qt::ZoomNativeGesture) {
+        feed([&] { return input_->pinch(1.0 + event->value(), pixel); });
+    } else if (event->gestureType() == Qt::RotateNativeGesture) {
+        // Qt counts clockwise.
+        feed([&] { return input_->turn(-event->value(), pixel); });
+    }
+}
+
+void SceneWindow::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape && input_->gesture()) {
+        feed([this] { return input_->abort(); });
+        return;
+    }
+    feed([&] { return input_->keyPress(event->key(), wordOf(event->modifiers())); });
+}
+
+void SceneWindow::keyReleaseEvent(QKeyEvent* event)
+{
+    feed([&] { return input_->keyRelease(event->key(), wordOf(event->modifiers())); });
+}
+
+void SceneWindow::focusInEvent(QFocusEvent*)
+{
+    feed([this] { return input_->focus(true); });
+}
+
+void SceneWindow::focusOutEvent(QFocusEvent*)
+{
+    feed([this] {
+        const bool repaint = input_->cancel();
+        return input_->focus(false) || repaint;
+    });
+}
+
+void SceneWindow::hideEvent(QHideEvent*)
+{
+    feed([this] { return input_->cancel(); });
+}
+
+/// The road of every event: nothing is thrown into the event loop. While the scene is made anew the window
+/// goes and comes, and no scene is there to hear of it.
+void SceneWindow::feed(const std::function<bool()>& action)
+{
+    if (!host_) {
+        return;
+    }
+    try {
+        run([&](HostScene&) { return action(); });
+    } catch (const std::exception& error) {
+        std::cerr << "event: " << error.what() << std::endl;
+        requestUpdate();
+    }
+}
+
+void SceneWindow::feedButton(QMouseEvent* event, PointerAction action)
+{
+    for (const ButtonRow& row : buttonRows) {
+        if (event->button() == row.qt) {
+            feed([&] {
+                return (*input_.*action)(row.scene, wordOf(event->modifiers()), pixelOf(positionOf(*event)));
+            });
+        }
+    }
+}
+
+void SceneWindow::feedMove()
+{
+    if (const std::optional<Move> move = std::exchange(move_, std::nullopt)) {
+        feed([&] { return input_->move(move->modifiers, move->pixel); });
+    }
+}
+
+/// Asks for the size of the window in pixels; its context is current.
+void SceneWindow::measure()
+{
+    framebuffer_ = GlDrawable::size();
+    host_->setSize(framebuffer_);
+}
+
+QPoint SceneWindow::pixelOf(const QPointF& position) const
+{
+    return WindowCoordinates::pixelAt(position, devicePixelRatio(), framebuffer_);
+}
+
+} // namespace hostkit

@@ -1,0 +1,269 @@
+#include "hosts/mesh/MeshBuilder.h"
+
+#include "hosts/mesh/internal/MeshTopology.h"
+#include "hosts/mesh/internal/PointWelder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+
+namespace hostkit {
+
+using Kelvar::Math::Vector3;
+
+namespace {
+
+/// Where more triangles meet in one place, all are shaded as one surface: the tip of a fan of thousands would
+/// cost the square of their number.
+constexpr std::ptrdiff_t mostCreasedCorners = 64;
+/// Vertices of one place are looked through this far back for an equal one.
+constexpr std::size_t mostComparedVertices = 16;
+
+/// As Vector3::normalized, in line and without care for the extremes: this runs for every corner.
+Vector3 unit(const Vector3& v)
+{
+    const float square = dot(v, v);
+    return square > 1e-30f && square < 1e30f ? v * (1.0f / std::sqrt(square)) : v.normalized();
+}
+
+float cosine(float degrees)
+{
+    return std::cos(degrees * 3.14159265f / 180.0f);
+}
+
+bool hasBadNormal(const std::vector<Vector3>& normals)
+{
+    return std::any_of(normals.begin(), normals.end(),
+                       [](const Vector3& normal) { return unit(normal) == Vector3(); });
+}
+
+/// One mesh in the making.
+class MeshWork
+{
+public:
+    MeshWork(MeshSource source, const ReportShare& report);
+
+    /// Null when no triangle is left.
+    std::shared_ptr<const Mesh> run();
+
+private:
+    void check() const;
+    void buildTopology();
+    void buildFaceNormals();
+    void buildVertices();
+    void buildVerticesAt(uint32_t point);
+    /// The one normal of a place where no two triangles make a crease; zero where they may.
+    Vector3 roundNormalAt(uint32_t point) const;
+    Vector3 normalAt(uint32_t corner) const;
+    uint32_t vertexFor(uint32_t corner, const Vector3& normal, std::size_t firstAtPoint);
+    bool facesOutwards() const;
+    void buildRuns();
+
+    MeshSource source_;
+    ReportShare report_;
+    MeshTopology topology_;
+    /// For each triangle its normal, as long as twice its area: worked out where the source has none.
+    std::vector<Vector3> faceNormals_;
+    std::shared_ptr<Mesh> mesh_;
+};
+
+MeshWork::MeshWork(MeshSource source, const ReportShare& report)
+    : source_(std::move(source))
+    , report_(report)
+    , topology_({}, 0)
+    , mesh_(std::make_shared<Mesh>())
+{
+    mesh_->name = source_.name;
+    mesh_->colour = source_.colour;
+}
+
+std::shared_ptr<const Mesh> MeshWork::run()
+{
+    check();
+    buildTopology();
+    if (source_.indices.empty()) {
+        return nullptr;
+    }
+    report_(0.4f);
+    buildVertices();
+    report_(0.7f);
+    mesh_->closed = topology_.watertight() && facesOutwards();
+    buildRuns();
+    mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
+    report_(1.0f);
+    return mesh_;
+}
+
+void MeshWork::check() const
+{
+    for (std::size_t vertex = 0; vertex < source_.positions.size(); ++vertex) {
+        if (!source_.positions[vertex].isFinite()) {
+            throw std::runtime_error("vertex " + std::to_string(vertex) + " is not a finite position");
+        }
+    }
+    for (const uint32_t index : source_.indices) {
+        if (index >= source_.positions.size()) {
+            throw std::runtime_error("a triangle uses vertex " + std::to_string(index) + " of " +
+                                     std::to_string(source_.positions.size()));
+        }
+    }
+}
+
+void MeshWork::buildTopology()
+{
+    const std::vector<uint32_t> points = PointWelder::weld(source_.positions);
+    std::vector<uint32_t> corners;
+    corners.reserve(source_.indices.size());
+    std::size_t kept = 0;
+    for (std::size_t at = 0; at + 2 < source_.indices.size(); at += 3) {
+        const uint32_t* triangle = &source_.indices[at];
+        const uint32_t a = points[triangle[0]];
+        const uint32_t b = points[triangle[1]];
+        const uint32_t c = points[triangle[2]];
+        if (a == b || b == c || c == a) {
+            continue;
+        }
+        corners.insert(corners.end(), {a, b, c});
+        std::copy(triangle, triangle + 3, source_.indices.begin() + kept);
+        kept += 3;
+    }
+    source_.indices.resize(kept);
+    const uint32_t count = points.empty() ? 0 : *std::max_element(points.begin(), points.end()) + 1;
+    topology_ = MeshTopology(std::move(corners), count);
+}
+
+void MeshWork::buildFaceNormals()
+{
+    faceNormals_.resize(source_.indices.size() / 3);
+    for (std::size_t face = 0; face < faceNormals_.size(); ++face) {
+        const Vector3& a = source_.positions[source_.indices[3 * face]];
+        const Vector3& b = source_.positions[source_.indices[3 * face + 1]];
+        const Vector3& c = source_.positions[source_.indices[3 * face + 2]];
+        faceNormals_[face] = cross(b - a, c - a);
+    }
+}
+
+void MeshWork::buildVertices()
+{
+    if (source_.normals.empty() || hasBadNormal(source_.normals)) {
+        source_.normals.clear();
+        buildFaceNormals();
+    }
+    mesh_->indices.resize(source_.indices.size());
+    for (uint32_t point = 0; point < topology_.pointCount(); ++point) {
+        if (point % 65536 == 0) {
+            report_(0.4f + 0.3f * static_cast<float>(point) / static_cast<float>(topology_.pointCount()));
+        }
+        buildVerticesAt(point);
+    }
+}
+
+void MeshWork::buildVerticesAt(uint32_t point)
+{
+    const std::size_t firstAtPoint = mesh_->positions.size();
+    const auto corners = topology_.cornersAt(point);
+    const Vector3 round = source_.normals.empty() ? roundNormalAt(point) : Vector3();
+    for (const uint32_t* corner = corners.first; corner != corners.second; ++corner) {
+        const Vector3 normal = round != Vector3() ? round : normalAt(*corner);
+        mesh_->indices[*corner] = vertexFor(*corner, normal, firstAtPoint);
+    }
+}
+
+uint32_t MeshWork::vertexFor(uint32_t corner, const Vector3& normal, std::size_t firstAtPoint)
+{
+    const uint32_t old = source_.indices[corner];
+    const bool coloured = !source_.colours.empty();
+    std::size_t vertex = mesh_->positions.size();
+    const std::size_t last = vertex > mostComparedVertices ? vertex - mostComparedVertices : 0;
+    while (vertex > std::max(firstAtPoint, last)) {
+        --vertex;
+        if (mesh_->normals[vertex] == normal &&
+            (!coloured || mesh_->colours[vertex] == source_.colours[old])) {
+            return static_cast<uint32_t>(vertex);
+        }
+    }
+    mesh_->positions.push_back(source_.positions[old]);
+    mesh_->normals.push_back(normal);
+    if (coloured) {
+        mesh_->colours.push_back(source_.colours[old]);
+    }
+    mesh_->bounds.add(source_.positions[old]);
+    return static_cast<uint32_t>(mesh_->positions.size() - 1);
+}
+
+Vector3 MeshWork::roundNormalAt(uint32_t point) const
+{
+    static const float halfCrease = cosine(MeshBuilder::creaseAngle / 2.0f);
+    const auto corners = topology_.cornersAt(point);
+    Vector3 sum;
+    for (const uint32_t* corner = corners.first; corner != corners.second; ++corner) {
+        sum += faceNormals_[*corner / 3];
+    }
+    const Vector3 normal = unit(sum);
+    const bool many = corners.second - corners.first > mostCreasedCorners;
+    const bool round = std::all_of(corners.first, corners.second, [&](uint32_t corner) {
+        const Vector3& face = faceNormals_[corner / 3];
+        const float along = dot(normal, face);
+        return along >= 0.0f && along * along >= halfCrease * halfCrease * dot(face, face);
+    });
+    return many || round ? normal : Vector3();
+}
+
+Vector3 MeshWork::normalAt(uint32_t corner) const
+{
+    if (!source_.normals.empty()) {
+        return unit(source_.normals[source_.indices[corner]]);
+    }
+    static const float crease = cosine(MeshBuilder::creaseAngle);
+    const Vector3& own = faceNormals_[corner / 3];
+    const float ownSquare = dot(own, own);
+    const auto corners = topology_.cornersAt(topology_.pointOf(corner));
+    Vector3 sum;
+    for (const uint32_t* other = corners.first; other != corners.second; ++other) {
+        const Vector3& face = faceNormals_[*other / 3];
+        const float along = dot(own, face);
+        if (ownSquare == 0.0f ||
+            (along > 0.0f && along * along > crease * crease * ownSquare * dot(face, face))) {
+            sum += face;
+        }
+    }
+    const Vector3 normal = unit(sum);
+    // Triangles without area have no side of their own; any unit vector will do.
+    return normal == Vector3() ? Kelvar::Math::VectorZ : normal;
+}
+
+bool MeshWork::facesOutwards() const
+{
+    const Vector3 origin = mesh_->bounds.center();
+    double volume = 0.0;
+    for (std::size_t at = 0; at < mesh_->indices.size(); at += 3) {
+        const Vector3 a = mesh_->positions[mesh_->indices[at]] - origin;
+        const Vector3 b = mesh_->positions[mesh_->indices[at + 1]] - origin;
+        const Vector3 c = mesh_->positions[mesh_->indices[at + 2]] - origin;
+        volume += dot(a, cross(b, c));
+    }
+    return volume > 0.0;
+}
+
+void MeshWork::buildRuns()
+{
+    constexpr std::size_t corners = 3 * Mesh::runLength;
+    for (std::size_t first = 0; first < mesh_->indices.size(); first += corners) {
+        Kelvar::Math::BoundingBox box;
+        const std::size_t end = std::min(first + corners, mesh_->indices.size());
+        for (std::size_t corner = first; corner < end; ++corner) {
+            box.add(mesh_->positions[mesh_->indices[corner]]);
+        }
+        mesh_->runs.push_back(box);
+    }
+}
+
+} // namespace
+
+std::shared_ptr<const Mesh> MeshBuilder::build(MeshSource source, const ReportShare& report)
+{
+    return MeshWork(std::move(source), report).run();
+}
+
+} // namespace hostkit

@@ -1,0 +1,34 @@
+#include "hosts/mesh/ModelParts.h"
+
+#include "contracts/vis/OruVisList.h"
+
+#include <memory>
+
+namespace hostkit {
+
+ModelParts::ModelParts(OruVisList& list)
+    : list_(list)
+{}
+
+void ModelParts::add(const Model& model)
+{
+    for (const auto& mesh : model.parts) {
+        auto part = std::make_unique<MeshVisualization>(list_.group, mesh);
+        part->rename(freeName(mesh->name));
+        part->setDropListener(dropListener_);
+        if (list_.insert(part.get(), false)) {
+            static_cast<void>(part.release()); // the tree's from now on
+        }
+    }
+}
+
+QString ModelParts::freeName(const QString& name)
+{
+    QString free = name;
+    while (list_.childByName(free)) {
+        free = QStringLiteral("%1.%2").arg(name).arg(++nameUses_[name] + 1);
+    }
+    return free;
+}
+
+} // namespace hostkit

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "contracts/math/Vector3.h"
+#include "hosts/mesh/kelvar_mesh_api.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+class OruVisPickVolume;
+
+namespace hostkit {
+
+/// Finds what an indexed triangle mesh shows in a pick window without walking the mesh: a bounding volume
+/// hierarchy, in the mesh's model coordinates, that is built once and asked on each pick.
+///
+/// It borrows the mesh's arrays: both must outlive the hierarchy, stay where they are and stay unchanged
+/// (moving a vector keeps its elements in place). Its own share is one box for eight triangles and their
+/// order, about 10 bytes a triangle; a pick allocates nothing and writes nothing, so threads may pick at the
+/// same time.
+///
+/// Own code rather than Embree: for a million triangles Embree's tree takes 4 to 9 times the memory and its
+/// picks, though quicker, are as far below what a person notices; and coverage and depth are computed here in
+/// double from the window's matrix, pixel by pixel, as the mesh is drawn.
+class KELVAR_MESH_API TriangleHierarchy
+{
+public:
+    /// What is nearest to the eye in a pick window.
+    struct Hit
+    {
+        float depth;           ///< window depth, 0 near to 1 far, in steps of 2^-24 as a depth buffer has it
+        double centreDistance; ///< pixels between the centres of the hit pixel and of the pick window
+        uint32_t triangle;     ///< its corners are indices[3 * triangle] and the two that follow
+    };
+
+    /// A hierarchy without triangles: nothing is ever hit.
+    TriangleHierarchy() = default;
+
+    /// Three indices make a triangle; one or two left over at the end are ignored. A triangle with an index
+    /// outside `positions` or with a corner that is not finite is left out: it is never hit.
+    static TriangleHierarchy build(std::vector<Kelvar::Math::Vector3> const& positions,
+                                   std::vector<uint32_t> const& indices);
+
+    /// The nearest hit over the centres of all pixels of the window; nothing when no triangle covers one
+    /// between the near and the far plane. A pixel centre on a triangle's edge counts as covered, both faces
+    /// count, and the matrix may be a perspective one. Equal depths: the pixel nearer to the window's centre,
+    /// then the triangle that comes first in `indices`.
+    std::optional<Hit> pick(OruVisPickVolume const& volume) const;
+
+    /// Triangles that can be hit.
+    std::size_t triangleCount() const { return triangles_.size(); }
+
+    /// Memory of the hierarchy itself in bytes, without the borrowed arrays.
+    std::size_t byteSize() const;
+
+    /// An axis-parallel box: the lower corner's x, y, z, then the upper corner's.
+    using Box = std::array<float, 6>;
+
+private:
+    class Builder;
+
+    Kelvar::Math::Vector3 const* positions_ = nullptr;
+    uint32_t const* indices_ = nullptr;
+    /// Triangle numbers; each leaf owns a run of them.
+    std::vector<uint32_t> triangles_;
+    /// A balanced binary tree in preorder: with n leaves below a node, the first child follows it directly
+    /// and holds n / 2 of them, so that no links are kept.
+    std::vector<Box> boxes_;
+};
+
+} // namespace hostkit

@@ -1,0 +1,74 @@
+#include "hosts/mesh/internal/MeshEventHandler.h"
+
+#include "contracts/core/OruStringBuilder.h"
+#include "contracts/core/OruText.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisList.h"
+#include "hosts/mesh/MeshVisualization.h"
+
+namespace hostkit {
+
+namespace {
+
+/// The name of the object below `node` that bears a hit name; empty when there is none.
+QString nameBelow(const OruProperties& node, unsigned int hitName)
+{
+    QString name;
+    for (unsigned int i = 0; i < node.size() && name.isEmpty(); ++i) {
+        if (const OruProperties* child = node.at(i)) {
+            const auto* visualization = dynamic_cast<const OruVisualization*>(child);
+            const bool bearsIt = visualization && visualization->hitProperties.contains(hitName);
+            name = bearsIt ? child->name() : nameBelow(*child, hitName);
+        }
+    }
+    return name;
+}
+
+} // namespace
+
+bool MeshEventHandler::OnHoverEnter(const OruVisHitRecord&, const OruStringBuilder& builder, QString& tooltip)
+{
+    const QString count = builder.number(static_cast<int>(part_.mesh().triangleCount()));
+    tooltip = part_.name() + QLatin1Char('\n') + builder.line(QStringLiteral("triangles"), count);
+    return true;
+}
+
+bool MeshEventHandler::OnHoverLeave(const OruVisHitRecord&, const OruStringBuilder&, QString& tooltip)
+{
+    const bool shown = !tooltip.isEmpty();
+    tooltip.clear();
+    return shown;
+}
+
+bool MeshEventHandler::OnDrag(const OruVisHitRecord&, QPoint delta)
+{
+    if (!part_.movable.value()) {
+        return false;
+    }
+    part_.moveBy(delta);
+    return true;
+}
+
+bool MeshEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
+{
+    return part_.endMove(editor);
+}
+
+bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
+{
+    // A press on a part that stays where it is turned the view; nothing was let go.
+    const bool carried = part_.dragged_ != Kelvar::Math::Vector3();
+    if (carried && part_.dropListener_ && part_.parent()) {
+        part_.dropListener_(part_.name(), nameBelow(*part_.parent(), target.name));
+    }
+    return false;
+}
+
+bool MeshEventHandler::OnClick(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
+{
+    editor->editValue(dynamic_cast<OruVisList*>(part_.parent()), &part_, part_.marked.name(),
+                      oru::toString(!part_.marked.value()));
+    return true;
+}
+
+} // namespace hostkit

@@ -1,0 +1,70 @@
+#include "hosts/widgets/internal/EditCommand.h"
+
+#include <exception>
+#include <iostream>
+#include <utility>
+
+namespace hostkit {
+
+namespace {
+
+/// Notches of a wheel that follow each other within that time belong together.
+constexpr qint64 rowMilliseconds = 600;
+
+} // namespace
+
+EditCommand::EditCommand(SceneWindow& window, const EditStep& step, bool inRow)
+    : QUndoCommand(step.name())
+    , window_(&window)
+    , step_(step)
+    , inRow_(inRow)
+{
+    age_.start();
+}
+
+void EditCommand::undo()
+{
+    apply(&HostScene::undo);
+}
+
+void EditCommand::redo()
+{
+    if (!std::exchange(made_, false)) {
+        apply(&HostScene::redo);
+    }
+}
+
+bool EditCommand::mergeWith(const QUndoCommand* other)
+{
+    const auto& later = static_cast<const EditCommand&>(*other); // its id says so
+    if (age_.elapsed() > rowMilliseconds) {
+        return false;
+    }
+    for (const EditStep::Change& change : later.step_.changes()) {
+        step_.add(change);
+    }
+    step_.settle();
+    setObsolete(step_.empty());
+    age_ = later.age_;
+    return true;
+}
+
+/// What lies under the pointer may be another thing then. Nothing is thrown into the event loop.
+void EditCommand::apply(Way way)
+{
+    if (!window_) {
+        return;
+    }
+    try {
+        window_->run([&](HostScene& host) {
+            (host.*way)(step_);
+            window_->input().hoverAgain();
+            return true;
+        });
+    } catch (const std::exception& error) {
+        std::cerr << "undo: " << error.what() << std::endl;
+        window_->requestUpdate();
+    }
+}
+
+} // namespace hostkit
