@@ -32,7 +32,7 @@ set(KELVAR_SUMMARY_Widgets "A scene as a widget, with panels and undo")
 set(KELVAR_REQUIRES_Widgets "kelvar-ui-graphics-host Qt${KELVAR_QT_MAJOR}Widgets")
 
 # One library with the headers of its folder and its export header. Headers in a folder `internal` are the library's
-# own. tests/package compiles all others as a user of the installed package does, so a public header that needs an
+# own, those in `reader` a program's. tests/package compiles all others as a user of the installed package does, so a public header that needs an
 # internal one is found there.
 function(kelvar_install_library target folder component)
     install(
@@ -47,7 +47,8 @@ function(kelvar_install_library target folder component)
         COMPONENT ${KELVAR_DEV_PART_${component}}
         FILES_MATCHING
         PATTERN "*.h"
-        PATTERN internal EXCLUDE)
+        PATTERN internal EXCLUDE
+        PATTERN reader EXCLUDE)
     set_property(GLOBAL APPEND PROPERTY KELVAR_COMPONENTS ${component})
 endfunction()
 

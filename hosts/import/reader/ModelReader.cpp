@@ -1,7 +1,7 @@
-#include "hosts/reader/ModelReader.h"
+#include "hosts/import/reader/ModelReader.h"
 
 #include "contracts/math/Matrix.h"
-#include "hosts/reader/RegularFiles.h"
+#include "hosts/import/reader/RegularFiles.h"
 
 #include <QFile>
 #include <QFileInfo>

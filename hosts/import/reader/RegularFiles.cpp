@@ -1,4 +1,4 @@
-#include "hosts/reader/RegularFiles.h"
+#include "hosts/import/reader/RegularFiles.h"
 
 #include "contracts/core/OruFileReader.h"
 

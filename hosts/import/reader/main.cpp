@@ -1,7 +1,7 @@
 // Reads one model file and writes its parts to the standard output: see ReaderProtocol.
 
-#include "hosts/reader/ModelReader.h"
-#include "hosts/reader/PartWriter.h"
+#include "hosts/import/reader/ModelReader.h"
+#include "hosts/import/reader/PartWriter.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "hosts/reader/PartWriter.h"
+#include "hosts/import/reader/PartWriter.h"
 
 #include <cerrno>
 
