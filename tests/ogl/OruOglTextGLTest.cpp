@@ -86,7 +86,7 @@ TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
 TEST_F(OruOglTextGLTest, TheStateOfTheHostNeitherMattersNorChanges)
 {
     text.setColor(Qt::yellow);
-    boxed.shadow = true;
+    boxed.floating = true;
     expectSameInHostileState([&] { text.draw(QPoint(5, 5), "state"); });
     expectSameInHostileState([&] { boxed.draw(QPoint(50, 50), "state"); });
     text.setSelectMode(true);
@@ -130,7 +130,7 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
         EXPECT_EQ(pixel(image, box.left() - 1, box.top() + 5), QColor(100, 100, 100)) << row.name;
         EXPECT_EQ(pixel(image, box.left() + 5, box.bottom() + 1), QColor(100, 100, 100)) << row.name;
         if (row.shadow.x() >= 0) {
-            boxed.shadow = true;
+            boxed.floating = true;
             const QImage shadowed = drawn([&] { boxed.draw(point, label); });
             EXPECT_LT(pixel(shadowed, row.shadow.x(), row.shadow.y()).red(), 100) << row.name;
             EXPECT_EQ(pixel(shadowed, point.x() - (row.corner.x() < point.x() ? 0 : 1), box.center().y()),

@@ -2,6 +2,7 @@
 
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
+#include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/scene/SceneFixture.h"
 
@@ -23,7 +24,7 @@ namespace {
 std::string essence(const std::vector<std::string>& recorded)
 {
     static const std::map<std::string, std::string> words = {
-        {"glOrtho(-0.5, 159.5, -0.5, 119.5, -1, 1)", "ortho"},
+        {"glOrtho(-0.515625, 159.484, -0.515625, 119.484, -1, 1)", "ortho"},
         {"glGetIntegerv(0xba2)", "viewport?"},
         {"glGetFloatv(0xba6)", "model view?"},
         {"glColor4ub(255, 255, 255, 255)", "white"},
@@ -183,7 +184,8 @@ TEST_F(FrameGLTest, ContextsOfThePasses)
     EXPECT_EQ(seen["draw3d"].first, turned);
     EXPECT_NE(seen["draw3d"].second, Matrix::Identity);
     EXPECT_EQ(seen["draw2d"].second, Matrix::Identity);
-    const Vector3 corner = seen["draw2d"].first.transform(Vector3(-0.5f, -0.5f, 0.0f));
+    const auto edge = static_cast<float>(-0.5 - OruOglOffCentre);
+    const Vector3 corner = seen["draw2d"].first.transform(Vector3(edge, edge, 0.0f));
     EXPECT_NEAR(corner.x, -1.0f, 1e-6f);
     EXPECT_NEAR(corner.y, -1.0f, 1e-6f);
 }

@@ -1,7 +1,9 @@
 // What is drawn over the picture, probed at pixels. Coordinates are those of OpenGL: y upwards.
 
+#include "Scene/core/OruSceneSelectContext.h"
 #include "Scene/render/OruProcessTimes.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/OruVisTriad.h"
 #include "tests/scene/SceneFixture.h"
 
 #include <cmath>
@@ -27,13 +29,13 @@ protected:
 const QColor background(Qt::black);
 const QColor tooltipFill = QColor::fromRgb(255, 255, 225);
 
-/// The smallest rectangle, y upwards, that holds all pixels of a colour; null if there is none.
-QRect extent(const QImage& image, const QColor& color)
+/// The smallest rectangle, y upwards, that holds all pixels of a colour, or of all others; null without any.
+QRect extent(const QImage& image, const QColor& color, bool equal = true)
 {
     QRect rectangle;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y) == color) {
+            if ((image.pixelColor(x, y) == color) == equal) {
                 rectangle |= QRect(x, image.height() - 1 - y, 1, 1);
             }
         }
@@ -41,19 +43,40 @@ QRect extent(const QImage& image, const QColor& color)
     return rectangle;
 }
 
+/// How many of the outermost pixels of a picture have another colour.
+int holes(const QImage& image, const QColor& color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const bool edge = y == 0 || y == image.height() - 1;
+        for (int x = 0; x < image.width(); x += edge ? 1 : image.width() - 1) {
+            count += image.pixelColor(x, y) != color ? 1 : 0;
+        }
+    }
+    return count;
+}
+
 TEST_F(OverlaysGLTest, FrameIsExactDarkGrayInAnyStateOfTheHost)
 {
-    const QColor gray(Qt::darkGray);
     for (const GLenum capability : {GL_DITHER, GL_LIGHTING, GL_DEPTH_TEST, GL_TEXTURE_2D, GL_LINE_STIPPLE}) {
         glEnable(capability);
         const QImage image = frame();
-        for (const QPoint& point : {QPoint(0, 0), QPoint(159, 0), QPoint(0, 119), QPoint(159, 119),
-                                    QPoint(80, 0), QPoint(80, 119), QPoint(0, 60), QPoint(159, 60)}) {
-            EXPECT_EQ(at(image, point.x(), point.y()), gray)
-                << glName(capability) << " at " << point.x() << "," << point.y();
-        }
+        EXPECT_EQ(holes(image, Qt::darkGray), 0) << glName(capability);
         EXPECT_EQ(at(image, 1, 1), background) << glName(capability);
         glDisable(capability);
+    }
+}
+
+TEST_F(OverlaysGLTest, FrameIsWholeAtEverySize)
+{
+    for (int i = 0; i < 220; ++i) {
+        const QSize size(2 + i % 159, 2 + 7 * i % 119);
+        ctx.viewport = {0, 0, size.width(), size.height()};
+        const QImage view = frame().copy(QRect(QPoint(0, gl.size().height() - size.height()), size));
+        EXPECT_EQ(holes(view, Qt::darkGray), 0) << size.width() << " x " << size.height();
+        QImage captured;
+        ASSERT_TRUE(i % 7 != 0 || scene.drawGl(ctx, captured));
+        EXPECT_EQ(holes(captured, Qt::darkGray), 0) << "captured " << size.width() << " x " << size.height();
     }
 }
 
@@ -89,25 +112,75 @@ TEST_F(OverlaysGLTest, TooltipStandsWhereThereIsRoom)
 TEST_F(OverlaysGLTest, BandInvertsItsOutlineWhicheverWayItWasDragged)
 {
     const QImage without = frame();
+    const QPoint nowhere;
     const struct
     {
         QPoint from;
         QSize size;
-        bool drawn;
+        QPoint onOutline;
     } rows[] = {
-        {{40, 30}, {60, 50}, true}, {{100, 80}, {-60, -50}, true}, {{40, 30}, {5, 5}, false},
-        {{40, 30}, {-5, 5}, false}, {{40, 30}, {6, 0}, true},      {{40, 30}, {0, -6}, true},
+        {{40, 30}, {60, 50}, {70, 30}}, {{100, 80}, {-60, -50}, {40, 55}}, {{40, 30}, {5, 5}, nowhere},
+        {{40, 30}, {-5, 5}, nowhere},   {{40, 30}, {60, 0}, {70, 30}},     {{40, 30}, {0, -20}, {40, 20}},
+        {{40, 30}, {-30, 1}, {25, 30}}, {{40, 30}, {6, 0}, {43, 30}},      {{40, 30}, {0, -6}, {40, 27}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.size.width() * 1000 + row.size.height());
         ctx.boxZoom = {row.from.x(), row.from.y(), row.size.width(), row.size.height()};
         const QImage image = frame();
-        EXPECT_EQ(image != without, row.drawn);
-        if (std::abs(row.size.width()) == 60) {
-            EXPECT_EQ(at(image, 70, 30), QColor(Qt::white)) << "lower edge";
-            EXPECT_EQ(at(image, 40, 55), QColor(Qt::white)) << "left edge";
-            EXPECT_EQ(at(image, 70, 55), background) << "an outline, not a filled box";
+        EXPECT_EQ(image == without, row.onOutline == nowhere);
+        if (row.onOutline != nowhere) {
+            EXPECT_EQ(at(image, row.onOutline.x(), row.onOutline.y()), QColor(Qt::white));
         }
+        EXPECT_EQ(at(image, 70, 55), background) << "an outline, not a filled box";
+    }
+}
+
+/// Four views share a window. What the host must do itself is to clip: a frame clears the whole window.
+struct SplitGLTest : SceneTest
+{
+    SplitGLTest()
+        : SceneTest(QSize(400, 300))
+    {
+        scene.render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
+        const auto logo = scene.render.visualizations[QStringLiteral("kelvar logo")];
+        logo->setValue(QStringLiteral("visible"), QStringLiteral("true"));
+        logo->setValue(QStringLiteral("file"), QStringLiteral(KELVAR_RESOURCES "/logoKelvar.png"));
+        scene.render.string().setValue(QStringLiteral("textInfo"), false);
+    }
+
+    /// The window with the view at `corner` and, all relative to that, pointer, tooltip and band.
+    QImage window(const QPoint& corner, const QPoint& pointer)
+    {
+        ctx.viewport = {corner.x(), corner.y(), 200, 150};
+        ctx.tooltip = QStringLiteral("a tooltip");
+        ctx.mouse.move(corner + pointer, Kelvar::UI::Toolkit::ModifierNone);
+        ctx.boxZoom = {corner.x() + 120, corner.y() + 60, 79, -60};
+        scene.drawGl(ctx);
+        return gl.grab();
+    }
+    bool picked(const QPoint& pixel)
+    {
+        OruSceneSelectContext sc(ctx);
+        sc.pickPoint = QPoint(ctx.viewport.x, ctx.viewport.y) + pixel;
+        sc.pickSize = QSize(1, 1);
+        return scene.render.select(sc).size() == 1;
+    }
+};
+
+TEST_F(SplitGLTest, ViewsLookAndPickAlikeWhereverTheyStandInTheWindow)
+{
+    const QPoint corners[] = {{0, 0}, {200, 0}, {0, 150}, {200, 150}};
+    const QImage first = window(corners[0], {190, 120}).copy(0, 150, 200, 150);
+    const QSize box = extent(first, tooltipFill).size();
+    for (const QPoint& corner : corners) {
+        SCOPED_TRACE(corner.x() + corner.y());
+        const QImage image = window(corner, {190, 120});
+        EXPECT_EQ(image.copy(corner.x(), 150 - corner.y(), 200, 150), first);
+        EXPECT_EQ(extent(image, background, false), QRect(corner, QSize(200, 150)))
+            << "nothing beside the view";
+        EXPECT_TRUE(picked({195, 145})) << "the corner of the logo";
+        EXPECT_FALSE(picked({196, 145}));
+        EXPECT_EQ(extent(window(corner, {10, 120}), tooltipFill).size(), box) << "not cut off at the left";
     }
 }
 

@@ -34,6 +34,29 @@ TooltipPlace placeTooltip(const OruOglViewport& viewport, const QPoint& point, c
     return {side, QPoint(std::max(point.x(), 0), std::max(point.y() + shift, 1))};
 }
 
+/// The four corners of the band.
+void drawBandOutline(const OruOglViewport& band)
+{
+    const int right = band.x + band.width;
+    const int top = band.y + band.height;
+    glBegin(GL_QUADS);
+    glVertex2i(band.x, band.y);
+    glVertex2i(right, band.y);
+    glVertex2i(right, top);
+    glVertex2i(band.x, top);
+    glEnd();
+}
+
+/// The two long sides of a band without height or width are one line and cancel each other; the third stroke
+/// shows.
+void drawBandLine(const OruOglViewport& band)
+{
+    glBegin(GL_LINES);
+    glVertex2i(band.x, band.y);
+    glVertex2i(band.x + band.width, band.y + band.height);
+    glEnd();
+}
+
 void drawFrameStrip(const OruOglViewport& viewport)
 {
     const int right = viewport.width - 1;
@@ -55,7 +78,7 @@ void OruSceneRender::drawTooltip(OruOglBoxedText& boxed, const OruOglViewport& v
     boxed.clear();
     const TooltipPlace place = placeTooltip(viewport, point, boxed.text->size(tip));
     boxed.clear();
-    boxed.shadow = true;
+    boxed.floating = true;
     boxed.setColor(QColor(Qt::black), QColor::fromRgb(255, 255, 225, 255));
     boxed.text->setColor(QColor(Qt::black));
     boxed.setAlignment(place.side);
@@ -74,12 +97,10 @@ void OruSceneRender::drawBox(const OruOglViewport& box, const OruOglViewport& vi
     // Inverting what lies below shows the band on dark and on light pictures alike.
     glEnable(GL_COLOR_LOGIC_OP);
     glLogicOp(GL_XOR);
-    glBegin(GL_QUADS);
-    glVertex2i(normalized.x, normalized.y);
-    glVertex2i(normalized.x + normalized.width, normalized.y);
-    glVertex2i(normalized.x + normalized.width, normalized.y + normalized.height);
-    glVertex2i(normalized.x, normalized.y + normalized.height);
-    glEnd();
+    drawBandOutline(normalized);
+    if (normalized.empty()) {
+        drawBandLine(normalized);
+    }
     glDisable(GL_COLOR_LOGIC_OP);
     glPopAttrib();
     pixels.end();
