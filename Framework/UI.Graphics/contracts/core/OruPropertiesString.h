@@ -28,6 +28,7 @@ public:
         QString text;
         QString unit;
         std::uint64_t revision = 1; ///< grows with each change of text, defined or cachable
+        std::uint64_t writes = 0;   ///< grows with each setValue, also of the text that is there
         bool defined = false;
         bool cachable = true;
     };

@@ -68,6 +68,7 @@ OruVisImage::OruVisImage(OruModifiedGroup& modifiedGroup)
     , transparentColor(*this, QString("transparentColor"), QColor(Qt::white), QString())
     , useTransparentColor(*this, QString("useTransparentColor"), false, QString())
 {
+    fileSlot_ = &string().slot(file.name());
     hitProperties.insert(hitName_.value(), OruVisHitProperty(this, nullptr));
 }
 
@@ -102,14 +103,14 @@ QRect OruVisImage::placeIn(const QSize& viewportSize, const QSize& imageSize) co
 
 void OruVisImage::draw2d(const DrawContext& context)
 {
-    const OruOglTexture* const texture =
-        context.cache.image(file.value(), useTransparentColor.value() ? transparentColor.value() : QColor());
-    if (!texture) {
+    const QColor transparent = useTransparentColor.value() ? transparentColor.value() : QColor();
+    texture_ = context.cache.image(fileFor(context.cache), transparent);
+    if (!texture_) {
         return;
     }
-    const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height), texture->size);
+    const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height), texture_->size);
     if (!place.isNull()) {
-        drawTexture(*texture, place, pixelated.value());
+        drawTexture(*texture_, place, pixelated.value());
     }
 }
 
@@ -117,7 +118,7 @@ OruVisHitRecordList OruVisImage::select2d(const SelectContext& context)
 {
     OruVisHitRecordList hits;
     const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height),
-                                context.cache.imageSize(file.value()));
+                                context.cache.imageSize(fileFor(context.cache)));
     const OruVisPickVolume pick(context);
     const int right = place.x() + place.width() - 1;
     const int top = place.y() + place.height() - 1;
@@ -126,6 +127,16 @@ OruVisHitRecordList OruVisImage::select2d(const SelectContext& context)
                  pick.distance2d(place.x(), place.y(), right, top), handler_, this);
     }
     return hits;
+}
+
+/// The file; one that was missing when it was named before may have come by now.
+const QString& OruVisImage::fileFor(OruOglCache& cache)
+{
+    if (fileWrites_ != fileSlot_->writes) {
+        fileWrites_ = fileSlot_->writes;
+        cache.lookAgain(file.value());
+    }
+    return file.value();
 }
 
 int OruVisImage::drawOrder() const
