@@ -107,6 +107,7 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
     const QPoint point(80, 60);
     const QString label = "Ag";
     const QSize size = boxed.size(label);
+    EXPECT_EQ(size, text.size(label) + QSize(10, 10));
     const int left = point.x() - size.width();
     const int below = point.y() - size.height();
     const struct
@@ -129,6 +130,9 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
         boxed.setColor(QColor(255, 0, 0), QColor(0, 0, 255));
         boxed.setAlignment(QFlag(row.alignment));
         const QImage image = drawn([&] { boxed.draw(point, label); });
+        text.setAngle(Angle(90.0));
+        EXPECT_EQ(drawn([&] { boxed.draw(point, label); }), image) << row.name << ": upright";
+        text.setAngle(Angle());
         const QRect box(row.corner, size);
         EXPECT_EQ(pixel(image, box.left(), box.top()), QColor(255, 0, 0)) << row.name;
         EXPECT_EQ(pixel(image, box.right(), box.bottom()), QColor(255, 0, 0)) << row.name;

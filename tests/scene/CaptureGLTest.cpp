@@ -4,6 +4,7 @@
 #include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/debug/RecordingSink.h"
+#include "tests/scene/GlewStandIn.h"
 #include "tests/scene/SceneFixture.h"
 #include "tests/support/GlExtensions.h"
 
@@ -13,6 +14,7 @@
 using namespace kelvartest;
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 
 namespace {
@@ -184,6 +186,29 @@ TEST_F(CaptureGLTest, WhatOpenGlRefusesLeavesTheImageAlone)
         missingExtensions().clear();
         EXPECT_TRUE(scene.drawGl(sized({64, 48}), image)) << "it is tried anew each time";
     }
+}
+
+TEST_F(CaptureGLTest, TellsWhatGlewLacks)
+{
+    settle();
+    QImage image;
+    std::vector<::testing::Matcher<std::string>> messages;
+    for (const std::string& name : GlewStandIn::functions()) {
+        messages.push_back("E ensure failed: \"" + name +
+                           "\" - bool __cdecl OruScene::drawGl(const class "
+                           "OruSceneEventContext &,class QImage &)");
+    }
+    GlewStandIn::missing() = GlewStandIn::functions();
+    EXPECT_FALSE(scene.drawGl(sized({64, 48}), image));
+    EXPECT_THAT(sink->lines, ElementsAreArray(messages));
+    GlewStandIn::missing() = {"glIsFramebufferEXT"};
+    EXPECT_TRUE(scene.drawGl(sized({64, 48}), image)) << "not called by a capture";
+    GlewStandIn::missing().clear();
+    sink->lines.clear();
+    GlewStandIn::failure() = 1;
+    EXPECT_FALSE(scene.drawGl(sized({64, 48}), image));
+    EXPECT_THAT(sink->lines, ElementsAre("E glewInit failed with: Missing GL version"));
+    GlewStandIn::failure() = 0;
 }
 
 TEST_F(CaptureGLTest, ExceptionIsLoggedAndTheNextDrawComesBackFromTheSize)

@@ -6,6 +6,7 @@
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/scene/SceneFixture.h"
 
+#include <algorithm>
 #include <map>
 #include <stdexcept>
 
@@ -133,6 +134,21 @@ TEST_F(FrameGLTest, BandIsDrawnInItsOrder)
                                 "glLineWidth(2); glEnable(0xbf2); glLogicOp(0x1506); glBegin(0x7); "
                                 "glVertex2i(34, 30); glVertex2i(40, 30); glVertex2i(40, 38); "
                                 "glVertex2i(34, 38); glEnd(); glDisable(0xbf2); glPopAttrib(); ")));
+}
+
+TEST_F(FrameGLTest, OverlaysComeInTheirOrder)
+{
+    ctx.boxZoom = {40, 30, -6, 8};
+    ctx.tooltip = QStringLiteral("tip");
+    scene.render.string().setValue(QStringLiteral("textInfo"), true);
+    const std::string recorded = drawCalls();
+    std::vector<std::size_t> places;
+    for (const char* mark : {"draw2d", "glColor4ub(255, 255, 225, 255)", "glLogicOp", "GL_LINE_STRIP",
+                             "glColor4ub(192, 192, 192, 255)", "glFinish"}) {
+        places.push_back(recorded.find(mark));
+        EXPECT_NE(places.back(), std::string::npos) << mark;
+    }
+    EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << "tooltip, band, frame, text";
 }
 
 TEST_F(FrameGLTest, SelectionPassInItsOrder)

@@ -2,9 +2,14 @@
 
 #include "Scene/core/OruSceneSelectContext.h"
 #include "Scene/render/OruProcessTimes.h"
+#include "contracts/core/OruResource.h"
+#include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglText.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "tests/scene/SceneFixture.h"
+
+#include <sys/resource.h>
 
 #include <cmath>
 
@@ -20,11 +25,12 @@ protected:
         scene.drawGl(ctx);
         return gl.grab();
     }
-    static QColor at(const QImage& image, int x, int y)
-    {
-        return image.pixelColor(x, image.height() - 1 - y);
-    }
 };
+
+QColor at(const QImage& image, int x, int y)
+{
+    return image.pixelColor(x, image.height() - 1 - y);
+}
 
 const QColor background(Qt::black);
 const QColor tooltipFill = QColor::fromRgb(255, 255, 225);
@@ -83,25 +89,41 @@ TEST_F(OverlaysGLTest, FrameIsWholeAtEverySize)
 TEST_F(OverlaysGLTest, TooltipStandsWhereThereIsRoom)
 {
     ctx.tooltip = QStringLiteral("tip");
+    scene.render.string().setValue(QStringLiteral("background"), QColor(200, 200, 200));
+    const OruResource resource{QString(), QString(), QString()};
+    OruOglCache cache(resource);
+    const QSize text = OruOglText(cache, 7, OruOglText::defaultFace).size(ctx.tooltip);
+    const QSize fill = text + QSize(8, 8); // less a pixel of frame on each side
+    const int x = 160 - 24 - text.width();
+    const int y = 24 + 2 * text.height();
     const struct
     {
         const char* where;
+        int viewY;
         QPoint pointer;
         bool right, below;
+        QPoint place;
     } rows[] = {
-        {"middle", {60, 100}, true, true},
-        {"right edge", {155, 100}, false, true},
-        {"lower edge", {60, 5}, true, false},
-        {"outside to the left", {-10, 100}, true, true},
+        {"up to the right limit", 0, {x, 100}, true, true, {x, 76}},
+        {"beyond it", 0, {x + 1, 100}, false, true, {x + 1, 76}},
+        {"down to the lower limit", 0, {40, y}, true, true, {40, y - 24}},
+        {"below it", 0, {40, y - 1}, true, false, {40, y - 1}},
+        {"below it, at the right", 0, {x + 1, y - 1}, true, false, {x + 1, y - 1}},
+        {"lowest row", 0, {40, 0}, true, false, {40, 1}},
+        {"a view further up", 50, {40, 50 + y}, true, true, {40, 26 + y}},
+        {"below its limit", 50, {40, 49 + y}, true, false, {40, 49 + y}},
+        {"outside to the left", 0, {-10, 100}, true, true, {0, 76}},
     };
     for (const auto& row : rows) {
+        ctx.viewport = {0, row.viewY, 160, 120 - row.viewY};
         ctx.mouse.move(row.pointer, Kelvar::UI::Toolkit::ModifierNone);
-        const QRect box = extent(frame(), tooltipFill);
-        ASSERT_FALSE(box.isNull()) << row.where;
-        const int x = std::max(row.pointer.x(), 0);
-        EXPECT_NEAR(row.right ? box.left() : box.right(), x, row.right ? 2 : 3) << row.where;
-        EXPECT_NEAR(row.below ? box.bottom() + 24 : box.top(), row.pointer.y(), row.below ? 3 : 2)
-            << row.where;
+        const QImage image = frame();
+        const QPoint corner(row.right ? row.place.x() + 1 : row.place.x() - 1 - fill.width(),
+                            row.below ? row.place.y() - 1 - fill.height() : row.place.y() + 1);
+        const QRect inside(1, 1 + row.viewY, 158, 118 - row.viewY);
+        EXPECT_EQ(extent(image, tooltipFill), QRect(corner, fill) & inside) << row.where;
+        const QPoint beside(corner.x() + (row.right ? fill.width() + 1 : -2), corner.y() + 5);
+        EXPECT_LT(at(image, beside.x(), beside.y()).red(), 150) << row.where << ": its shadow";
     }
     for (const QString& none : {QString(), QStringLiteral("")}) {
         ctx.tooltip = none;
@@ -172,6 +194,7 @@ TEST_F(SplitGLTest, ViewsLookAndPickAlikeWhereverTheyStandInTheWindow)
     const QPoint corners[] = {{0, 0}, {200, 0}, {0, 150}, {200, 150}};
     const QImage first = window(corners[0], {190, 120}).copy(0, 150, 200, 150);
     const QSize box = extent(first, tooltipFill).size();
+    EXPECT_EQ(at(first, 195, 145), background) << "the white of the logo is transparent";
     for (const QPoint& corner : corners) {
         SCOPED_TRACE(corner.x() + corner.y());
         const QImage image = window(corner, {190, 120});
@@ -208,10 +231,18 @@ TEST(OruProcessTimesTest, TextOfTheFrameRate)
     for (const auto& row : rows) {
         EXPECT_EQ(OruProcessTimes::frameRateText(row.seconds).toStdString(), row.text) << row.seconds;
     }
-    OruProcessTimes start;
-    start.userTime -= 10000000;
-    const std::string text = start.performanceText().toStdString();
-    EXPECT_EQ(text.find("fps(   1) available("), 0u) << text;
+    rusage before = {};
+    getrusage(RUSAGE_SELF, &before);
+    for (std::int64_t OruProcessTimes::*const mode :
+         {&OruProcessTimes::kernelTime, &OruProcessTimes::userTime}) {
+        OruProcessTimes start;
+        const timeval& used = mode == &OruProcessTimes::userTime ? before.ru_utime : before.ru_stime;
+        EXPECT_NEAR(static_cast<double>(start.*mode) / 1e7,
+                    static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_usec) / 1e6, 0.01);
+        start.*mode -= 10000000;
+        const std::string text = start.performanceText().toStdString();
+        EXPECT_EQ(text.find("fps(   1) available("), 0u) << text;
+    }
 }
 
 } // namespace
