@@ -28,7 +28,7 @@ TEST(OruResource, SearchesTheUsersFolderFirstThenItsOwnKind)
         ASSERT_TRUE(QDir(base).mkdir(sub));
     }
     for (const char* name :
-         {"/fonts/f.ttf", "/fonts/both", "/images/both", "/images/i.png", "/user2/f.ttf"}) {
+         {"/fonts/f.ttf", "/fonts/both", "/images/both", "/images/i.png", "/images/f.ttf", "/user2/f.ttf"}) {
         ASSERT_TRUE(QFile(base + name).open(QIODevice::WriteOnly)) << name;
     }
     const QString users = base + "/none:" + base + "/user:" + base + "/user2";
@@ -39,7 +39,7 @@ TEST(OruResource, SearchesTheUsersFolderFirstThenItsOwnKind)
     };
     const Case cases[] = {
         {users, "f.ttf", base + "/user2/f.ttf", base + "/user2/f.ttf"},
-        {"", "f.ttf", base + "/fonts/f.ttf", "f.ttf"},
+        {"", "f.ttf", base + "/fonts/f.ttf", base + "/images/f.ttf"},
         {users, "both", base + "/fonts/both", base + "/images/both"},
         {"", "../images/i.png", image, image},
         {users, "x", "x", "x"},

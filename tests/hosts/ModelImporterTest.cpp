@@ -182,6 +182,26 @@ TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
     EXPECT_EQ(mesh.hierarchy.triangleCount(), mesh.triangleCount());
 }
 
+TEST(ModelImporter, KeepsNormalsUprightUnderAnUnevenScale)
+{
+    const float slope[] = {0, 0, 0, 1, 0, 1, 0, 1, 0, -1, 0, 1, -1, 0, 1, -1, 0, 1};
+    const QByteArray buffer(reinterpret_cast<const char*>(slope), sizeof(slope));
+    const QByteArray file = R"({"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
+        "nodes": [{"mesh": 0, "scale": [1, 1, 5]}],
+        "meshes": [{"primitives": [{"attributes": {"POSITION": 0, "NORMAL": 1}}]}],
+        "bufferViews": [{"buffer": 0, "byteLength": 36}, {"buffer": 0, "byteOffset": 36, "byteLength": 36}],
+        "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3"},
+                      {"bufferView": 1, "componentType": 5126, "count": 3, "type": "VEC3"}],
+        "buffers": [{"byteLength": 72, "uri": "data:application/octet-stream;base64,)" +
+                            buffer.toBase64() + "\"}]}";
+    const QTemporaryDir folder;
+    const Model model = load(writtenFile(folder, "slope.gltf", file));
+    const hostkit::Mesh& mesh = *model.parts.at(0);
+    const auto corner = [&](std::size_t i) { return mesh.positions[mesh.indices[i]]; };
+    const Vector3 upright = cross(corner(1) - corner(0), corner(2) - corner(0)).normalized();
+    EXPECT_GT(dot(upright, mesh.normals[mesh.indices[0]].normalized()), 0.999f);
+}
+
 TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
 {
     const Model engine = load(kelvartest::engineFile());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kelvartest {
 
@@ -8,9 +9,10 @@ namespace kelvartest {
 /// current colour, pixel store and transfer, stack depths, client arrays.
 std::string glStateText();
 
-/// Puts a host's state that spoils flat drawing in every way that the flat state undoes: lighting, a red
-/// texture with generated coordinates, fog, tests that fail, odd blending, culling, stipples, logic
-/// operation, clipping.
+/// Puts a host's state that spoils flat drawing in every way that the flat state undoes: lighting, red
+/// textures of every target in several units with generated coordinates, texture matrices, a sampler object,
+/// a shader program, a program pipeline, ARB programs, fog, tests that fail, odd blending, culling, stipples,
+/// logic operation, clipping. Each of them does by itself.
 class HostileState
 {
 public:
@@ -20,7 +22,14 @@ public:
     HostileState& operator=(const HostileState&) = delete;
 
 private:
-    unsigned int texture_ = 0;
+    void bindTextures();
+    void bindPrograms();
+
+    std::vector<unsigned int> textures_;
+    unsigned int sampler_ = 0;
+    unsigned int program_ = 0;
+    unsigned int pipeline_ = 0;
+    unsigned int arbPrograms_[2] = {0, 0};
 };
 
 } // namespace kelvartest

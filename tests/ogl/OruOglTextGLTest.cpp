@@ -1,13 +1,19 @@
+#include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruResource.h"
+#include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglBoxedText.h"
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglGlyphAtlas.h"
 #include "contracts/ogl/OruOglText.h"
 
+#include "tests/debug/RecordingSink.h"
 #include "tests/ogl/OglFixture.h"
 
+#include <QFile>
 #include <QTemporaryDir>
+
+#include <sys/stat.h>
 
 using Kelvar::Math::Angle;
 using kelvartest::glStateText;
@@ -86,7 +92,7 @@ TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
 TEST_F(OruOglTextGLTest, TheStateOfTheHostNeitherMattersNorChanges)
 {
     text.setColor(Qt::yellow);
-    boxed.shadow = true;
+    boxed.floating = true;
     expectSameInHostileState([&] { text.draw(QPoint(5, 5), "state"); });
     expectSameInHostileState([&] { boxed.draw(QPoint(50, 50), "state"); });
     text.setSelectMode(true);
@@ -101,6 +107,7 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
     const QPoint point(80, 60);
     const QString label = "Ag";
     const QSize size = boxed.size(label);
+    EXPECT_EQ(size, text.size(label) + QSize(10, 10));
     const int left = point.x() - size.width();
     const int below = point.y() - size.height();
     const struct
@@ -123,6 +130,9 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
         boxed.setColor(QColor(255, 0, 0), QColor(0, 0, 255));
         boxed.setAlignment(QFlag(row.alignment));
         const QImage image = drawn([&] { boxed.draw(point, label); });
+        text.setAngle(Angle(90.0));
+        EXPECT_EQ(drawn([&] { boxed.draw(point, label); }), image) << row.name << ": upright";
+        text.setAngle(Angle());
         const QRect box(row.corner, size);
         EXPECT_EQ(pixel(image, box.left(), box.top()), QColor(255, 0, 0)) << row.name;
         EXPECT_EQ(pixel(image, box.right(), box.bottom()), QColor(255, 0, 0)) << row.name;
@@ -130,7 +140,7 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
         EXPECT_EQ(pixel(image, box.left() - 1, box.top() + 5), QColor(100, 100, 100)) << row.name;
         EXPECT_EQ(pixel(image, box.left() + 5, box.bottom() + 1), QColor(100, 100, 100)) << row.name;
         if (row.shadow.x() >= 0) {
-            boxed.shadow = true;
+            boxed.floating = true;
             const QImage shadowed = drawn([&] { boxed.draw(point, label); });
             EXPECT_LT(pixel(shadowed, row.shadow.x(), row.shadow.y()).red(), 100) << row.name;
             EXPECT_EQ(pixel(shadowed, point.x() - (row.corner.x() < point.x() ? 0 : 1), box.center().y()),
@@ -165,7 +175,7 @@ TEST_F(OruOglTextGLTest, GlyphPagesAreSharedGrowAndGoWithDisuse)
     EXPECT_FALSE(lit(drawn([&] { large.draw(QPoint(0, 0), "I"); })).isNull()) << "comes back";
 }
 
-TEST_F(OruOglTextGLTest, ImagesAreKeptAndAskedForOnce)
+TEST_F(OruOglTextGLTest, ImagesAreKeptWhileInUseAndAskedForOnce)
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath("image.png");
@@ -173,17 +183,80 @@ TEST_F(OruOglTextGLTest, ImagesAreKeptAndAskedForOnce)
     EXPECT_EQ(cache.imageSize(file), QSize(0, 0));
     ASSERT_TRUE(QImage(5, 3, QImage::Format_ARGB32).save(file));
     EXPECT_EQ(cache.image(file), nullptr) << "asked for once";
-    cache.clear();
+    cache.lookAgain(file);
 
     const std::string before = glStateText();
-    const OruOglTexture* plain = cache.image(file);
-    const OruOglTexture* keyed = cache.image(file, QColor(255, 0, 255));
+    const auto plain = cache.image(file);
+    const auto keyed = cache.image(file, QColor(255, 0, 255));
     EXPECT_EQ(glStateText(), before);
     ASSERT_TRUE(plain && keyed);
     EXPECT_EQ(plain->size, QSize(5, 3));
     EXPECT_EQ(cache.imageSize(file), QSize(5, 3));
     EXPECT_NE(plain->name, keyed->name);
+    for (int red = 0; red < 200; ++red) {
+        cache.image(file, QColor(red, 0, 0));
+        EXPECT_LE(cache.textureCount(), 3 + OruOglCache::spareImages) << red;
+    }
+    const std::weak_ptr<const OruOglTexture> last = cache.image(file, QColor(199, 0, 0));
+    text.clear();
+    EXPECT_EQ(cache.textureCount(), 2 + OruOglCache::spareImages);
+    EXPECT_FALSE(last.expired()) << "the oldest go first";
     EXPECT_EQ(cache.image(file), plain) << "kept";
+    cache.clear();
+    EXPECT_EQ(plain->name, 0U);
+}
+
+TEST_F(OruOglTextGLTest, WhatIsNoImageIsRefusedUnread)
+{
+    const QTemporaryDir folder;
+    const auto write = [&](const char* name, const QByteArray& content) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size()) << name;
+    };
+    write("wide.pgm", "P5 16385 1 255\n");
+    write("high.pgm", "P5 1 16385 255\n");
+    write("cut.pgm", "P5 90 90 255\n");
+    write("text.png", "no image");
+    EXPECT_EQ(mkfifo(folder.filePath("fifo.png").toLocal8Bit(), 0600), 0);
+    EXPECT_TRUE(QImage(OruOglCache::largestSide, 1, QImage::Format_Mono).save(folder.filePath("long.png")));
+    const struct
+    {
+        const char* file;
+        const char* reason;
+    } rows[] = {
+        {"wide.pgm", "16385 x 1 pixels, more than 16384"},
+        {"high.pgm", "1 x 16385 pixels, more than 16384"},
+        {"cut.pgm", "nable to read"},
+        {"text.png", "nsupported image format"},
+        {"fifo.png", "not a regular file"},
+        {"", "not a regular file"},
+        {"long.png", nullptr},
+        {"missing.png", nullptr},
+    };
+    const auto sink = std::make_shared<RecordingSink>();
+    oru::debug_logger::debuglogger().setSink(sink);
+    for (const auto& row : rows) {
+        sink->lines.clear();
+        const QString path = folder.filePath(row.file);
+        EXPECT_EQ(cache.image(path) != nullptr, std::string(row.file) == "long.png") << row.file;
+        cache.image(path);
+        ASSERT_EQ(sink->lines.size(), row.reason ? 1U : 0U) << row.file << ": told once";
+        for (const std::string& line : sink->lines) {
+            EXPECT_THAT(line, ::testing::AllOf(::testing::HasSubstr(path.toStdString()),
+                                               ::testing::HasSubstr(row.reason)));
+        }
+    }
+    oru::debug_logger::debuglogger().setSink(nullptr);
+}
+
+TEST_F(OruOglTextGLTest, TextsOfOneFontShareIt)
+{
+    const auto font = cache.font(OruOglText::defaultFace, 7);
+    EXPECT_EQ(cache.font("DejaVu Sans", 7), font);
+    EXPECT_NE(cache.font(OruOglText::defaultFace, 8), font);
+    const long users = font.use_count();
+    const OruOglText another(cache, 7, OruOglText::defaultFace);
+    EXPECT_EQ(font.use_count(), users + 1);
 }
 
 TEST_F(OruOglTextGLTest, WhatHoldsNoGlObjectsCallsNothing)

@@ -4,6 +4,7 @@
 #include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/debug/RecordingSink.h"
+#include "tests/scene/GlewStandIn.h"
 #include "tests/scene/SceneFixture.h"
 #include "tests/support/GlExtensions.h"
 
@@ -13,6 +14,7 @@
 using namespace kelvartest;
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 
 namespace {
@@ -38,14 +40,17 @@ protected:
         SceneTest::TearDown();
     }
 
+    /// An orange one, and a yellow one that it hides.
     static void drawTriangle()
     {
         glDisable(GL_LIGHTING);
         glBegin(GL_TRIANGLES);
-        glColor3f(1.0f, 0.5f, 0.0f);
-        glVertex3f(-0.6f, -0.6f, 0.0f);
-        glVertex3f(0.7f, -0.5f, 0.0f);
-        glVertex3f(0.1f, 0.8f, 0.0f);
+        for (const float z : {0.0f, -0.5f}) {
+            glColor3f(1.0f, 0.5f - z, 0.0f);
+            glVertex3f(-0.6f, -0.6f, z);
+            glVertex3f(0.7f, -0.5f, z);
+            glVertex3f(0.1f, 0.8f, z);
+        }
         glEnd();
     }
 
@@ -126,6 +131,29 @@ TEST_F(CaptureGLTest, LeavesSceneContextAndOpenGlAsTheyWere)
     EXPECT_THAT(probe.passes, ElementsAre("draw3d", "draw2d", "draw3d", "draw2d")) << "the same size";
 }
 
+TEST_F(CaptureGLTest, BuffersAreBoundAndReadInTheirOrder)
+{
+    settle();
+    OruSceneEventContext other = sized({64, 48});
+    other.viewport.x = 5;
+    other.viewport.y = 7;
+    glDrawBuffer(GL_FRONT);
+    QImage image;
+    GlRecording recording;
+    ASSERT_TRUE(scene.drawGl(other, image));
+    std::vector<std::string> order = recording.finish();
+    const auto aside = [](const std::string& line) {
+        const bool passes = line == "draw3d" || line.rfind("storage", 0) == 0 || line.rfind("bind", 0) == 0;
+        return !passes && line.rfind("glDrawBuffer", 0) != 0 && line.rfind("glRead", 0) != 0;
+    };
+    order.erase(std::remove_if(order.begin(), order.end(), aside), order.end());
+    EXPECT_THAT(order, ElementsAre("bind target", "storage 0x1907", "storage 0x81a7", "glDrawBuffer(0x8ce0)",
+                                   "draw3d", "glReadBuffer(0x8ce0)",
+                                   "glReadPixels(0, 0, 64, 48, 0x1907, 0x1401, ...)", "bind window",
+                                   "glDrawBuffer(0x404)", "draw3d"));
+    glDrawBuffer(GL_BACK);
+}
+
 TEST_F(CaptureGLTest, WhatOpenGlRefusesLeavesTheImageAlone)
 {
     settle();
@@ -158,6 +186,29 @@ TEST_F(CaptureGLTest, WhatOpenGlRefusesLeavesTheImageAlone)
         missingExtensions().clear();
         EXPECT_TRUE(scene.drawGl(sized({64, 48}), image)) << "it is tried anew each time";
     }
+}
+
+TEST_F(CaptureGLTest, TellsWhatGlewLacks)
+{
+    settle();
+    QImage image;
+    std::vector<::testing::Matcher<std::string>> messages;
+    for (const std::string& name : GlewStandIn::functions()) {
+        messages.push_back("E ensure failed: \"" + name +
+                           "\" - bool __cdecl OruScene::drawGl(const class "
+                           "OruSceneEventContext &,class QImage &)");
+    }
+    GlewStandIn::missing() = GlewStandIn::functions();
+    EXPECT_FALSE(scene.drawGl(sized({64, 48}), image));
+    EXPECT_THAT(sink->lines, ElementsAreArray(messages));
+    GlewStandIn::missing() = {"glIsFramebufferEXT"};
+    EXPECT_TRUE(scene.drawGl(sized({64, 48}), image)) << "not called by a capture";
+    GlewStandIn::missing().clear();
+    sink->lines.clear();
+    GlewStandIn::failure() = 1;
+    EXPECT_FALSE(scene.drawGl(sized({64, 48}), image));
+    EXPECT_THAT(sink->lines, ElementsAre("E glewInit failed with: Missing GL version"));
+    GlewStandIn::failure() = 0;
 }
 
 TEST_F(CaptureGLTest, ExceptionIsLoggedAndTheNextDrawComesBackFromTheSize)

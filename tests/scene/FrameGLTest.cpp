@@ -2,9 +2,11 @@
 
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
+#include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "tests/scene/SceneFixture.h"
 
+#include <algorithm>
 #include <limits>
 #include <map>
 #include <stdexcept>
@@ -24,7 +26,7 @@ namespace {
 std::string essence(const std::vector<std::string>& recorded)
 {
     static const std::map<std::string, std::string> words = {
-        {"glOrtho(-0.5, 159.5, -0.5, 119.5, -1, 1)", "ortho"},
+        {"glOrtho(-0.515625, 159.484, -0.515625, 119.484, -1, 1)", "ortho"},
         {"glGetIntegerv(0xba2)", "viewport?"},
         {"glGetFloatv(0xba6)", "model view?"},
         {"glColor4ub(255, 255, 255, 255)", "white"},
@@ -145,6 +147,21 @@ TEST_F(FrameGLTest, BandIsDrawnInItsOrder)
                                 "glVertex2i(2147483647, -1); glVertex2i(2147483646, -1); ")));
 }
 
+TEST_F(FrameGLTest, OverlaysComeInTheirOrder)
+{
+    ctx.boxZoom = {40, 30, -6, 8};
+    ctx.tooltip = QStringLiteral("tip");
+    scene.render.string().setValue(QStringLiteral("textInfo"), true);
+    const std::string recorded = drawCalls();
+    std::vector<std::size_t> places;
+    for (const char* mark : {"draw2d", "glColor4ub(255, 255, 225, 255)", "glLogicOp", "GL_LINE_STRIP",
+                             "glColor4ub(192, 192, 192, 255)", "glFinish"}) {
+        places.push_back(recorded.find(mark));
+        EXPECT_NE(places.back(), std::string::npos) << mark;
+    }
+    EXPECT_TRUE(std::is_sorted(places.begin(), places.end())) << "tooltip, band, frame, text";
+}
+
 TEST_F(FrameGLTest, SelectionPassInItsOrder)
 {
     settle();
@@ -198,7 +215,8 @@ TEST_F(FrameGLTest, ContextsOfThePasses)
     EXPECT_EQ(seen["draw3d"].first, turned);
     EXPECT_NE(seen["draw3d"].second, Matrix::Identity);
     EXPECT_EQ(seen["draw2d"].second, Matrix::Identity);
-    const Vector3 corner = seen["draw2d"].first.transform(Vector3(-0.5f, -0.5f, 0.0f));
+    const auto edge = static_cast<float>(-0.5 - OruOglOffCentre);
+    const Vector3 corner = seen["draw2d"].first.transform(Vector3(edge, edge, 0.0f));
     EXPECT_NEAR(corner.x, -1.0f, 1e-6f);
     EXPECT_NEAR(corner.y, -1.0f, 1e-6f);
 }

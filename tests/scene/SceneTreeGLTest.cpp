@@ -147,19 +147,24 @@ TEST_F(SceneTreeGLTest, TheManualTellsEachSettingAndItsStartValue)
 
 TEST_F(SceneTreeGLTest, FontOfTheEnvironmentOnlyIfItIsThere)
 {
-    // An existing file that is no font shows that the name was taken: the text then falls back by itself, so
-    // the scene must still be able to measure and draw.
-    QTemporaryDir folder;
-    ASSERT_TRUE(QFile(folder.filePath("letters.ttf")).open(QIODevice::WriteOnly));
-    for (const QByteArray& name : {QByteArray("letters.ttf"), QByteArray("missing.ttf"), QByteArray()}) {
+    const QString fonts = "/usr/share/fonts/truetype/dejavu"; // of the package fonts-dejavu-core
+    const auto widthWith = [&](const QByteArray& name) {
         qputenv("TARNIS_GRAPHICS_FONTFACE_TTF", name);
-        OruScene other(folder.path(), QString(), QString());
-        other.render.string().setValue(QStringLiteral("textInfo"), true);
+        OruScene other(fonts, QString(), QString());
+        int width = 0;
+        Probe measuring(other.group);
+        measuring.drawAction = [&](const std::string&, const OruVisualization::DrawContext& dc) {
+            width = dc.text.size("ill.").width();
+        };
+        other.render.visualizations.insert(&measuring, true);
         OruSceneEventContext own = ctx;
         other.drawGl(own);
-        EXPECT_EQ(gl.grab().pixelColor(150, 112), QColor(Qt::darkGray)) << name.constData();
-    }
-    qunsetenv("TARNIS_GRAPHICS_FONTFACE_TTF");
+        other.render.visualizations.remove(&measuring);
+        qunsetenv("TARNIS_GRAPHICS_FONTFACE_TTF");
+        return width;
+    };
+    EXPECT_GT(widthWith("DejaVuSansMono.ttf"), widthWith("")) << "where an i is as wide as any letter";
+    EXPECT_EQ(widthWith("DejaVu Sans Mono"), widthWith("")) << "no file";
 }
 
 TEST_F(SceneTreeGLTest, ViewpointsReadWithAFallBackAndWriteWithout)

@@ -41,6 +41,19 @@ COUNTED(glDeleteRenderbuffersEXT, const GLuint, -)
 
 #undef COUNTED
 
+void glBindFramebufferEXT(GLenum target, GLuint name)
+{
+    GlRecorder::instance().note(name == 0 ? "bind window" : "bind target");
+    reinterpret_cast<decltype(&glBindFramebufferEXT)>(driverFunction("glBindFramebufferEXT"))(target, name);
+}
+
+void glRenderbufferStorageEXT(GLenum target, GLenum format, GLsizei width, GLsizei height)
+{
+    GlRecorder::instance().note("storage " + glName(format));
+    reinterpret_cast<decltype(&glRenderbufferStorageEXT)>(driverFunction("glRenderbufferStorageEXT"))(
+        target, format, width, height);
+}
+
 } // namespace
 } // namespace kelvartest
 
@@ -48,7 +61,9 @@ extern "C" __attribute__((visibility("default"))) kelvartest::AnyFunction
 glXGetProcAddressARB(const GLubyte* wanted)
 {
     using namespace kelvartest;
-    static const std::map<std::string, AnyFunction> counted = {
+    static const std::map<std::string, AnyFunction> seen = {
+        {"glBindFramebufferEXT", reinterpret_cast<AnyFunction>(&glBindFramebufferEXT)},
+        {"glRenderbufferStorageEXT", reinterpret_cast<AnyFunction>(&glRenderbufferStorageEXT)},
         {"glGenFramebuffersEXT", reinterpret_cast<AnyFunction>(&glGenFramebuffersEXT)},
         {"glDeleteFramebuffersEXT", reinterpret_cast<AnyFunction>(&glDeleteFramebuffersEXT)},
         {"glGenRenderbuffersEXT", reinterpret_cast<AnyFunction>(&glGenRenderbuffersEXT)},
@@ -58,6 +73,6 @@ glXGetProcAddressARB(const GLubyte* wanted)
     if (missingExtensions().count(name)) {
         return nullptr;
     }
-    const auto found = counted.find(name);
-    return found != counted.end() ? found->second : driverFunction(name);
+    const auto found = seen.find(name);
+    return found != seen.end() ? found->second : driverFunction(name);
 }

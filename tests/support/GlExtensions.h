@@ -6,7 +6,7 @@
 namespace kelvartest {
 
 /// Names of extension functions that this process pretends not to have, for libraries that ask from now on.
-/// Functions that make or delete framebuffer objects are counted by the GlRecorder on the way.
+/// Functions that make, delete or bind framebuffer objects pass the GlRecorder on the way.
 std::set<std::string>& missingExtensions();
 
 } // namespace kelvartest

@@ -193,8 +193,19 @@ TEST_F(OruVisGLTest, shows_an_image_in_its_corner_with_what_is_transparent)
         EXPECT_EQ(pixel(keyed, row.point.x(), row.point.y()), row.color) << row.name;
         EXPECT_EQ(list.select2d(VisStage::Pick(stage, row.point, 1)).size(), row.hit) << row.name;
     }
+    for (int red = 0; red < 40; ++red) {
+        image.transparentColor.setValue(QColor(red, 0, 0));
+        shown();
+        stage.text.clear();
+    }
+    EXPECT_EQ(stage.cache.textureCount(), 1 + OruOglCache::spareImages);
     image.file.setValue("missing.png");
     EXPECT_TRUE(lit(shown()).isNull());
+    ASSERT_TRUE(picture.save(folder.filePath("missing.png")));
+    EXPECT_TRUE(lit(shown()).isNull()) << "looked for once";
+    image.file.setValue("missing.png");
+    EXPECT_FALSE(lit(shown()).isNull()) << "named again";
+    image.file.setValue(QString());
     EXPECT_EQ(list.select2d(VisStage::Pick(stage, QPoint(300, 300), 9)).size(), 0U);
 }
 

@@ -189,13 +189,14 @@ TEST(OruVisTriadLayout, puts_labels_at_the_ends_and_hides_those_behind_others)
 {
     OruVisTriadLayout::Request request;
     request.viewport = QSize(800, 600);
-    request.alignment = Qt::AlignLeft | Qt::AlignBottom;
     request.length = 40.0f;
     request.margin = 8.0f;
     request.texts.fill(QSize(12, 16));
-    const QRect corner(8, 8, 400, 300);
-    for (const float degrees : {0.0f, 90.0f, 30.0f, 45.0f, 200.0f}) {
+    for (const float degrees : {0.0f, 90.0f, 30.0f, 45.0f, 200.0f, 0.5f}) {
         SCOPED_TRACE(degrees);
+        const bool topRight = degrees < 45.0f;
+        request.alignment = topRight ? Qt::AlignTop | Qt::AlignRight : Qt::AlignLeft | Qt::AlignBottom;
+        const QRect corner(topRight ? QPoint(392, 292) : QPoint(8, 8), QSize(400, 300));
         request.orientation = Matrix::rotate({0.3f, 1.0f, degrees == 45.0f ? 0.4f : 0.0f}, degrees);
         const OruVisTriadLayout layout(request);
         ASSERT_TRUE(layout.fits());

@@ -39,6 +39,36 @@ TooltipPlace placeTooltip(const OruOglViewport& viewport, const QPoint& point, c
     return {side, QPoint(std::max(point.x(), 0), std::max(oru::nearestInt(y + shift), 1))};
 }
 
+/// The corner of the band across from its x and y.
+QPoint farCorner(const OruOglViewport& band)
+{
+    return {oru::nearestInt(std::int64_t(band.x) + band.width),
+            oru::nearestInt(std::int64_t(band.y) + band.height)};
+}
+
+/// The four corners of the band.
+void drawBandOutline(const OruOglViewport& band)
+{
+    const QPoint corner = farCorner(band);
+    glBegin(GL_QUADS);
+    glVertex2i(band.x, band.y);
+    glVertex2i(corner.x(), band.y);
+    glVertex2i(corner.x(), corner.y());
+    glVertex2i(band.x, corner.y());
+    glEnd();
+}
+
+/// The two long sides of a band without height or width are one line and cancel each other; the third stroke
+/// shows.
+void drawBandLine(const OruOglViewport& band)
+{
+    const QPoint corner = farCorner(band);
+    glBegin(GL_LINES);
+    glVertex2i(band.x, band.y);
+    glVertex2i(corner.x(), corner.y());
+    glEnd();
+}
+
 void drawFrameStrip(const OruOglViewport& viewport)
 {
     const int right = viewport.width - 1;
@@ -60,7 +90,7 @@ void OruSceneRender::drawTooltip(OruOglBoxedText& boxed, const OruOglViewport& v
     boxed.clear();
     const TooltipPlace place = placeTooltip(viewport, point, boxed.text->size(tip));
     boxed.clear();
-    boxed.shadow = true;
+    boxed.floating = true;
     boxed.setColor(QColor(Qt::black), QColor::fromRgb(255, 255, 225, 255));
     boxed.text->setColor(QColor(Qt::black));
     boxed.setAlignment(place.side);
@@ -79,14 +109,10 @@ void OruSceneRender::drawBox(const OruOglViewport& box, const OruOglViewport& vi
     // Inverting what lies below shows the band on dark and on light pictures alike.
     glEnable(GL_COLOR_LOGIC_OP);
     glLogicOp(GL_XOR);
-    const int right = oru::nearestInt(std::int64_t(normalized.x) + normalized.width);
-    const int top = oru::nearestInt(std::int64_t(normalized.y) + normalized.height);
-    glBegin(GL_QUADS);
-    glVertex2i(normalized.x, normalized.y);
-    glVertex2i(right, normalized.y);
-    glVertex2i(right, top);
-    glVertex2i(normalized.x, top);
-    glEnd();
+    drawBandOutline(normalized);
+    if (normalized.empty()) {
+        drawBandLine(normalized);
+    }
     glDisable(GL_COLOR_LOGIC_OP);
     glPopAttrib();
     pixels.end();

@@ -141,6 +141,7 @@ QString OruPropertiesString::setValue(const QString& key, const char* value)
 QString OruPropertiesString::setValue(const QString& key, const QString& value)
 {
     Slot& slot = slots_[key];
+    ++slot.writes;
     if (!slot.defined || slot.text != value) {
         slot.text = value;
         slot.defined = true;

@@ -28,6 +28,7 @@ public:
     {
         Slot()
             : revision(1)
+            , writes(0)
             , defined(false)
             , cachable(true)
         {}
@@ -35,7 +36,8 @@ public:
         QString text;
         QString unit;
         const OruPropertyKind* kind = nullptr; ///< null: nobody has told
-        std::uint64_t revision : 62;           ///< grows with each change of text, defined or cachable
+        std::uint64_t revision : 46;           ///< grows with each change of text, defined or cachable
+        std::uint64_t writes : 16;             ///< goes on with each setValue, also of the text that is there
         bool defined : 1;
         bool cachable : 1;
     };

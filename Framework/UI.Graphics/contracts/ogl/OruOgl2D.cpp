@@ -3,9 +3,37 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 
+#include <algorithm>
+#include <cstdint>
+
 namespace {
 
-constexpr float offCentre = 0.125f;
+struct Span
+{
+    std::int64_t begin;
+    std::int64_t end;
+};
+
+Span common(int begin, int length, int otherBegin, int otherLength)
+{
+    const std::int64_t last = std::min(std::int64_t{begin} + length, std::int64_t{otherBegin} + otherLength);
+    const std::int64_t first = std::max(begin, otherBegin);
+    return {first, std::max(first, last)};
+}
+
+// Viewports do not clip the width of a line: half of it would show beyond the edge, in another view perhaps.
+void clipAt(const OruOglViewport& viewport)
+{
+    int box[] = {viewport.x, viewport.y, viewport.width, viewport.height};
+    if (glIsEnabled(GL_SCISSOR_TEST)) {
+        glGetIntegerv(GL_SCISSOR_BOX, box);
+    }
+    const Span x = common(viewport.x, viewport.width, box[0], box[2]);
+    const Span y = common(viewport.y, viewport.height, box[1], box[3]);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(static_cast<int>(x.begin), static_cast<int>(y.begin), static_cast<int>(x.end - x.begin),
+              static_cast<int>(y.end - y.begin));
+}
 
 } // namespace
 
@@ -25,13 +53,12 @@ void OruOgl2D::begin() const
     }
     state_ = std::make_unique<OruOglFlatState>();
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    clipAt(viewport_);
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
     gluOrtho2D(viewport_);
-    // A line two pixels wide along pixel centres would end on centres too, and which of them it then covers
-    // depends on whether the framebuffer is upside down. A small step off the centres decides it.
-    glTranslatef(offCentre, offCentre, 0.0f);
+    glTranslated(-static_cast<double>(viewport_.x), -static_cast<double>(viewport_.y), 0.0);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
     glLoadIdentity();

@@ -6,13 +6,14 @@
 
 #include <memory>
 
-/// Drawing in the pixels of a viewport, over a finished picture and in whatever state the host has set.
+/// Drawing in the pixels of a window, over a finished picture and in whatever state the host has set.
 ///
-/// Between begin() and end() whole numbers address the viewport's pixels, from the lower left pixel (0, 0)
-/// on, y upwards: they map to an eighth of a pixel off the pixel centres, so that lines of an even width do
-/// not end on centres. That map is on the projection stack; the model view stack is current and holds the
-/// identity, so the caller may load the identity there. The state is that of OruOglFlatState, except that
-/// polygons show as outlines (GL_LINE): a quad is a rubber band, drawn in the current line width.
+/// Between begin() and end() whole numbers address the window's pixels, y upwards, as the pointer does; the
+/// viewport, which is the one set in OpenGL, says which of them can be seen. Nothing is drawn beyond it, nor
+/// beyond the host's scissor. The map is that of gluOrtho2D, moved by the viewport's corner. It is on the
+/// projection stack; the model view stack is current and holds the identity, so the caller may load the
+/// identity there. The state is that of OruOglFlatState, except that polygons show as outlines (GL_LINE): a
+/// quad is a rubber band, drawn in the current line width.
 class KELVAR_OGL_API OruOgl2D
 {
 public:

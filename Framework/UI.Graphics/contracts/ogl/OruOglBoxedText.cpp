@@ -52,6 +52,25 @@ void fillBox(const Box& box, const QColor& color)
     coverBox(box);
 }
 
+// A coordinate from which lengths can be counted on without an overflow; none beyond can be seen.
+int nearby(int coordinate)
+{
+    constexpr int farthest = 1 << 24;
+    return std::clamp(coordinate, -farthest, farthest);
+}
+
+// From the pixels of the window to those of the viewport. Who names a side may know the width of the viewport
+// alone; in one that begins further right the box would be cut off at the left edge.
+void moveIntoViewport(Box& box)
+{
+    const OruOglViewport viewport = glGetViewport();
+    box.left -= viewport.x;
+    box.bottom -= viewport.y;
+    if (viewport.x > 0) {
+        box.left = std::max(box.left, 0);
+    }
+}
+
 Box shrunk(const Box& box, int by)
 {
     return {box.left + by, box.bottom + by, box.width - 2 * by, box.height - 2 * by};
@@ -87,7 +106,7 @@ OruOglBoxedText::OruOglBoxedText(OruOglText& boxedText)
 
 void OruOglBoxedText::clear()
 {
-    shadow = false;
+    floating = false;
     alignment_ = Qt::AlignRight | Qt::AlignTop;
     frame_ = Qt::black;
     fill_ = Qt::white;
@@ -117,9 +136,12 @@ void OruOglBoxedText::draw(const QPoint& point, const QString& string) const
     if (extent.isEmpty()) {
         return;
     }
-    const Side x = sideOf(alignment_, Qt::AlignLeft, Qt::AlignHCenter, point.x(), extent.width());
-    const Side y = sideOf(alignment_, Qt::AlignBottom, Qt::AlignVCenter, point.y(), extent.height());
-    const Box box{x.start, y.start, extent.width(), extent.height()};
+    const Side x = sideOf(alignment_, Qt::AlignLeft, Qt::AlignHCenter, nearby(point.x()), extent.width());
+    const Side y = sideOf(alignment_, Qt::AlignBottom, Qt::AlignVCenter, nearby(point.y()), extent.height());
+    Box box{x.start, y.start, extent.width(), extent.height()};
+    if (floating) {
+        moveIntoViewport(box);
+    }
     {
         const OruOglFlatState state;
         if (text->selectMode()) {
@@ -127,7 +149,7 @@ void OruOglBoxedText::draw(const QPoint& point, const QString& string) const
             return;
         }
         state.blend();
-        if (shadow) {
+        if (floating) {
             drawShadow(box, x.shadow * shadowWidth, y.shadow * shadowWidth);
         }
         fillBox(shrunk(box, frameWidth), fill_);
@@ -139,7 +161,7 @@ void OruOglBoxedText::draw(const QPoint& point, const QString& string) const
 void OruOglBoxedText::drawText(const QPoint& lowerLeft, const QString& string) const
 {
     const Kelvar::Math::Angle angle = text->angle();
-    text->setAngle(Kelvar::Math::Angle());
+    text->setAngle(angle_);
     text->draw(lowerLeft, string);
     text->setAngle(angle);
 }

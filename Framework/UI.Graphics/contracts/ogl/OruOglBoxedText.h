@@ -1,5 +1,6 @@
 #pragma once
 
+#include "contracts/math/Angle.h"
 #include "contracts/ogl/kelvar_ogl_api.h"
 
 #include <QColor>
@@ -13,7 +14,7 @@ class OruOglText;
 /// A text in a filled box with a frame, placed on one side of a point.
 ///
 /// Works in the frame of OruOglText, pixel centres at whole numbers, in any GL state, and puts the state
-/// back. The text is drawn in the colour of its OruOglText.
+/// back. The text is drawn in the colour of its OruOglText, and upright whatever the angle there.
 class KELVAR_OGL_API OruOglBoxedText
 {
 public:
@@ -24,10 +25,12 @@ public:
     /// The text that is drawn and measured; borrowed, must outlive this object.
     OruOglText* text;
 
-    /// Draws a translucent shadow, shadowWidth pixels wide, beyond the box on the side away from its point,
-    /// so that it stays on the named side as well; none along an axis on which the box is centred. Off after
-    /// construction and after clear().
-    bool shadow = false;
+    /// The box floats at the pointer. Its point is a pixel of the window then instead of one of the viewport,
+    /// and in a viewport that begins right of the window's left edge it is moved right as far as it would be
+    /// cut off there. It casts a translucent shadow, shadowWidth pixels wide, on the side away from its
+    /// point, so that it stays on the named side as well; none along an axis on which the box is centred. Off
+    /// after construction and after clear().
+    bool floating = false;
 
     explicit OruOglBoxedText(OruOglText& boxedText);
 
@@ -47,13 +50,14 @@ public:
     /// The extent of the whole box round `string`, the shadow left out; (0, 0) for an empty text.
     QSize size(const QString& string) const;
 
-    /// Draws the box at the pixel `point`. An empty text draws nothing. While `text` is in select mode the
-    /// box is filled with the current GL colour.
+    /// Draws the box at the pixel `point` of the viewport; see `floating`. An empty text draws nothing. While
+    /// `text` is in select mode the box is filled with the current GL colour.
     void draw(const QPoint& point, const QString& string) const;
 
 private:
     void drawText(const QPoint& lowerLeft, const QString& string) const;
 
+    Kelvar::Math::Angle angle_;
     Qt::Alignment alignment_;
     QColor frame_;
     QColor fill_;

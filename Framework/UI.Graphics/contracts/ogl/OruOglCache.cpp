@@ -1,15 +1,21 @@
 #include "contracts/ogl/OruOglCache.h"
 
+#include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruResource.h"
+#include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/ogl/OruOglGlyphAtlas.h"
 #include "contracts/ogl/OruOglPixelTransfer.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
 
 #include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -17,6 +23,69 @@ namespace {
 constexpr unsigned int noColor = 0;
 
 constexpr unsigned int colorBits = 0x00ffffff;
+
+constexpr std::size_t rememberedSizes = 1000;
+
+void refuse(const QString& path, const QString& reason)
+{
+    const kelvardebug::dbgostream stream = oru::debug_logger::debuglogger().derr(std::string());
+    stream.buffer() << "image \"" << path.toStdString() << "\" is refused: " << reason.toStdString();
+    stream << std::endl;
+}
+
+// Puts a reader of the image file to work; false for a file that is missing, and a line for one that is not
+// to be read. A folder, device or FIFO is not even opened: that might block.
+bool openImage(const QString& path, QImageReader& reader)
+{
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists()) {
+        return false;
+    }
+    if (!info.isFile()) {
+        refuse(path, QLatin1String("not a regular file"));
+        return false;
+    }
+    reader.setFileName(path);
+    const QSize size = reader.size();
+    if (size.isEmpty()) {
+        refuse(path, reader.errorString());
+        return false;
+    }
+    const int largest = OruOglCache::largestSide;
+    if (size.boundedTo(QSize(largest, largest)) != size) {
+        refuse(path, QString::asprintf("%d x %d pixels, more than %d on a side", size.width(), size.height(),
+                                       largest));
+        return false;
+    }
+    return true;
+}
+
+QSize readImageSize(const QString& path)
+{
+    QImageReader reader;
+    return openImage(path, reader) ? reader.size() : QSize(0, 0);
+}
+
+QImage readImage(const QString& path)
+{
+    QImageReader reader;
+    if (!openImage(path, reader)) {
+        return QImage();
+    }
+    const QImage image = reader.read();
+    if (image.isNull()) {
+        refuse(path, reader.errorString());
+    }
+    return image;
+}
+
+template <typename Fonts>
+void dropExpired(Fonts& fonts)
+{
+    for (auto font = fonts.begin(); font != fonts.end();) {
+        font = font->second.expired() ? fonts.erase(font) : std::next(font);
+    }
+}
 
 unsigned int transparencyKey(const QColor& transparent)
 {
@@ -81,30 +150,79 @@ OruOglCache::~OruOglCache()
     clear();
 }
 
-const OruOglTexture* OruOglCache::image(const QString& file, const QColor& transparent)
+std::shared_ptr<const OruOglTexture> OruOglCache::image(const QString& file, const QColor& transparent)
 {
     const ImageKey key(file, transparencyKey(transparent));
     auto entry = images_.find(key);
     if (entry == images_.end()) {
-        OruOglTexture texture;
-        const QImage source(resource_.imageFile(file));
-        if (!source.isNull()) {
-            texture.size = source.size();
-            texture.name = uploadTexture(textureImage(source, key.second));
+        const QImage source = imageSize(file).isEmpty() ? QImage() : readImage(resource_.imageFile(file));
+        if (source.isNull()) {
+            sizes_[file] = QSize(0, 0);
+            return nullptr;
         }
-        entry = images_.emplace(key, texture).first;
+        releaseUnused();
+        auto texture = std::make_shared<OruOglTexture>();
+        texture->size = source.size();
+        texture->name = uploadTexture(textureImage(source, key.second));
+        entry = images_.emplace(key, Image{texture, 0}).first;
     }
-    return entry->second.name != 0 ? &entry->second : nullptr;
+    entry->second.lastUse = ++uses_;
+    return entry->second.texture;
 }
 
 QSize OruOglCache::imageSize(const QString& file)
 {
     auto entry = sizes_.find(file);
     if (entry == sizes_.end()) {
-        const QSize size = QImageReader(resource_.imageFile(file)).size();
-        entry = sizes_.emplace(file, size.isValid() ? size : QSize(0, 0)).first;
+        if (sizes_.size() >= rememberedSizes) {
+            sizes_.clear();
+        }
+        entry = sizes_.emplace(file, readImageSize(resource_.imageFile(file))).first;
     }
     return entry->second;
+}
+
+void OruOglCache::lookAgain(const QString& file)
+{
+    const auto entry = sizes_.find(file);
+    if (entry != sizes_.end() && entry->second.isEmpty()) {
+        sizes_.erase(entry);
+    }
+}
+
+void OruOglCache::releaseUnused()
+{
+    std::vector<std::map<ImageKey, Image>::iterator> unused;
+    for (auto image = images_.begin(); image != images_.end(); ++image) {
+        if (image->second.texture.use_count() == 1) {
+            unused.push_back(image);
+        }
+    }
+    if (unused.size() <= spareImages) {
+        return;
+    }
+    std::sort(unused.begin(), unused.end(),
+              [](const auto& a, const auto& b) { return a->second.lastUse > b->second.lastUse; });
+    for (std::size_t i = spareImages; i < unused.size(); ++i) {
+        glDeleteTextures(1, &unused[i]->second.texture->name);
+        images_.erase(unused[i]);
+    }
+}
+
+std::shared_ptr<const OruOglFont> OruOglCache::font(const QString& face, unsigned int size)
+{
+    const auto request = std::make_pair(face, size);
+    const auto known = fontsByFace_.find(request);
+    std::shared_ptr<const OruOglFont> font = known != fontsByFace_.end() ? known->second.lock() : nullptr;
+    if (!font) {
+        dropExpired(fontsByFace_);
+        dropExpired(fontsByKey_);
+        font = std::make_shared<const OruOglFont>(resource_, face, size);
+        const auto same = fontsByKey_.emplace(font->key(), font).first;
+        font = same->second.lock();
+        fontsByFace_[request] = font;
+    }
+    return font;
 }
 
 OruOglGlyphAtlas& OruOglCache::glyphs(const std::shared_ptr<const OruOglFont>& font)
@@ -119,9 +237,9 @@ OruOglGlyphAtlas& OruOglCache::glyphs(const std::shared_ptr<const OruOglFont>& f
 void OruOglCache::clear()
 {
     for (const auto& image : images_) {
-        if (image.second.name != 0) {
-            glDeleteTextures(1, &image.second.name);
-        }
+        OruOglTexture& texture = *image.second.texture;
+        glDeleteTextures(1, &texture.name);
+        texture.name = 0;
     }
     images_.clear();
     sizes_.clear();
@@ -130,10 +248,7 @@ void OruOglCache::clear()
 
 std::size_t OruOglCache::textureCount() const
 {
-    std::size_t count = 0;
-    for (const auto& image : images_) {
-        count += image.second.name != 0 ? 1 : 0;
-    }
+    std::size_t count = images_.size();
     for (const auto& atlas : atlases_) {
         count += atlas.second->pageCount();
     }

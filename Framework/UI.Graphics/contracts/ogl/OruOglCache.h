@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <utility>
@@ -28,17 +29,37 @@ public:
 
     const OruResource& resource() const { return resource_; }
 
-    /// The texture of an image file, uploaded at the first request and kept; needs the context. Pixels whose
-    /// red, green and blue are those of `transparent` become fully transparent; an invalid colour (the
-    /// default) means none. The image's own alpha counts as well. Any image size will do; one beyond the
-    /// largest texture is scaled down. Null for a file that is not found or no image; it is not tried again
-    /// before clear(). The pointer is good until clear() or the end of the cache. Leaves the GL state as it
-    /// was.
-    const OruOglTexture* image(const QString& file, const QColor& transparent = QColor());
+    /// Pixels on a side beyond which an image file is refused.
+    static constexpr int largestSide = 16384;
 
-    /// The size of an image file in pixels; empty where there is none. Reads the file's head only and needs
-    /// no context; remembered until clear().
+    /// How many textures are kept that nobody holds.
+    static constexpr std::size_t spareImages = 16;
+
+    /// The texture of an image file, uploaded at the first request; needs the context. It is kept as long as
+    /// somebody holds the pointer, and a while longer: see releaseUnused. Pixels whose red, green and blue
+    /// are those of `transparent` become fully transparent; an invalid colour (the default) means none. The
+    /// image's own alpha counts as well. An image beyond the largest texture is scaled down.
+    ///
+    /// Null for a file that is not found, and for one that is no regular file, no image or larger than
+    /// largestSide: that is a line on the error stream. It is not tried again before lookAgain or clear().
+    /// After clear() and behind the end of the cache a pointer that is still held names no texture. Leaves
+    /// the GL state as it was.
+    std::shared_ptr<const OruOglTexture> image(const QString& file, const QColor& transparent = QColor());
+
+    /// The size of an image file in pixels; empty where image() gives null. Reads the file's head only and
+    /// needs no context; remembered like a failure, for some 1,000 files.
     QSize imageSize(const QString& file);
+
+    /// Forgets that `file` was missing or refused.
+    void lookAgain(const QString& file);
+
+    /// Releases the textures of images that nobody holds, but for the last spareImages of them. To be called
+    /// once a frame; needs the context where there are that many.
+    void releaseUnused();
+
+    /// The font that `face` names at this size, see OruOglText: one for all who ask as long as somebody holds
+    /// it, also if they name it differently.
+    std::shared_ptr<const OruOglFont> font(const QString& face, unsigned int size);
 
     /// The glyph atlas of a font, shared by all texts in that font. Made at the first request.
     OruOglGlyphAtlas& glyphs(const std::shared_ptr<const OruOglFont>& font);
@@ -51,8 +72,17 @@ public:
 private:
     using ImageKey = std::pair<QString, unsigned int>;
 
+    struct Image
+    {
+        std::shared_ptr<OruOglTexture> texture;
+        std::uint64_t lastUse;
+    };
+
     const OruResource& resource_;
-    std::map<ImageKey, OruOglTexture> images_;
-    std::map<QString, QSize> sizes_;
+    std::map<ImageKey, Image> images_;
+    std::uint64_t uses_ = 0;
+    std::map<QString, QSize> sizes_; // empty: missing or refused
+    std::map<std::pair<QString, unsigned int>, std::weak_ptr<const OruOglFont>> fontsByFace_;
+    std::map<QString, std::weak_ptr<const OruOglFont>> fontsByKey_;
     std::map<QString, std::unique_ptr<OruOglGlyphAtlas>> atlases_;
 };

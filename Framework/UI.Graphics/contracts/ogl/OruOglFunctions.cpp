@@ -83,7 +83,9 @@ OruOglViewport glGetViewport()
 
 void gluOrtho2D(const OruOglViewport& viewport)
 {
-    glOrtho(-0.5, std::max(viewport.width, 1) - 0.5, -0.5, std::max(viewport.height, 1) - 0.5, -1.0, 1.0);
+    constexpr double start = -0.5 - OruOglOffCentre;
+    glOrtho(start, start + std::max(viewport.width, 1), start, start + std::max(viewport.height, 1), -1.0,
+            1.0);
 }
 
 Matrix glGetModelViewMatrix()

@@ -17,9 +17,16 @@ KELVAR_OGL_API void glViewport(const OruOglViewport& viewport);
 /// The current GL viewport.
 KELVAR_OGL_API OruOglViewport glGetViewport();
 
+/// How far right of and above the pixel centres gluOrtho2D maps whole numbers, in pixels. A line from one
+/// centre to another has its ends where it depends on rounding whether OpenGL draws the last pixel; this step
+/// decides it. It is too small to see: what must lie exactly on the pixels, such as an edge that fades out
+/// over one of them, takes it off its coordinates.
+constexpr double OruOglOffCentre = 1.0 / 64.0;
+
 /// Multiplies the current matrix by the map from the viewport's own pixels to clip space: the CENTRES of its
-/// pixels lie at the whole numbers 0 to width - 1 and 0 to height - 1, so that x spans -0.5 to width - 0.5
-/// and y likewise; z spans -1 to 1. The viewport's x and y play no part. A side below 1 is taken as 1.
+/// pixels lie at the whole numbers 0 to width - 1 and 0 to height - 1 (but for OruOglOffCentre), so that x
+/// spans -0.5 to width - 0.5 and y likewise; z spans -1 to 1. The viewport's x and y play no part. A side
+/// below 1 is taken as 1.
 KELVAR_OGL_API void gluOrtho2D(const OruOglViewport& viewport);
 
 /// The current GL_MODELVIEW matrix.

@@ -12,3 +12,7 @@
 /// The mask with which a pass saves all attribute groups. Not GL_ALL_ATTRIB_BITS, whose value differs from
 /// one maker's gl.h to the next.
 constexpr unsigned int OruOglAllAttribBits = 0xfffff;
+
+/// The format of a capture's depth buffer. Not GL_DEPTH_COMPONENT24: common headers give that name 0x81a6 and
+/// this value to 32 bits of depth.
+constexpr unsigned int OruOglDepthComponent24 = 0x81a7;

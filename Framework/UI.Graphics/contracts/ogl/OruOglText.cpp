@@ -108,7 +108,7 @@ bool isQuarterTurn(const Kelvar::Math::Angle& angle)
 
 OruOglText::OruOglText(OruOglCache& cache, unsigned int size, const QString& fontFace)
     : cache_(cache)
-    , font_(std::make_shared<OruOglFont>(cache.resource(), fontFace, size))
+    , font_(cache.font(fontFace, size))
     , color_(Qt::white)
 {}
 
@@ -119,6 +119,7 @@ void OruOglText::clear()
     color_ = Qt::white;
     angle_ = Kelvar::Math::Angle();
     cache_.glyphs(font_).endFrame();
+    cache_.releaseUnused();
 }
 
 QSize OruOglText::size(const QString& text) const

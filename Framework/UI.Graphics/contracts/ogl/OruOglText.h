@@ -36,7 +36,8 @@ public:
     OruOglText& operator=(const OruOglText&) = delete;
 
     /// Starts a frame: colour and angle are those of a new text again, and glyph textures that no text used
-    /// for 600 frames are released. Needs the context only where there are such textures.
+    /// for 600 frames are released, and images that nobody uses. Needs the context only where there are such
+    /// textures.
     void clear();
 
     /// The extent of a text in pixels: the widest line's advance by the number of lines times the line

@@ -2,6 +2,7 @@
 
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglFlatState.h"
+#include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/internal/OruVisAlignmentKind.h"
@@ -37,9 +38,9 @@ void drawTexture(const OruOglTexture& texture, const QRect& place, bool pixelate
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, pixelated ? GL_NEAREST : GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, pixelated ? GL_NEAREST : GL_LINEAR);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    // Pixel centres lie at whole numbers, pixel edges between them.
-    const double left = place.x() - 0.5;
-    const double bottom = place.y() - 0.5;
+    // Pixel centres lie at whole numbers, pixel edges between them: an image of the size shown stays sharp.
+    const double left = place.x() - 0.5 - OruOglOffCentre;
+    const double bottom = place.y() - 0.5 - OruOglOffCentre;
     const double right = left + place.width();
     const double top = bottom + place.height();
     glBegin(GL_QUADS);
@@ -76,6 +77,7 @@ OruVisImage::OruVisImage(OruModifiedGroup& modifiedGroup)
     unit.setKind(units);
     height.setKind(heights);
     minimumHeight.setKind(heights);
+    fileSlot_ = &string().slot(file.name());
     hitProperties.insert(hitName_.value(), OruVisHitProperty(this, nullptr));
 }
 
@@ -110,14 +112,14 @@ QRect OruVisImage::placeIn(const QSize& viewportSize, const QSize& imageSize) co
 
 void OruVisImage::draw2d(const DrawContext& context)
 {
-    const OruOglTexture* const texture =
-        context.cache.image(file.value(), useTransparentColor.value() ? transparentColor.value() : QColor());
-    if (!texture) {
+    const QColor transparent = useTransparentColor.value() ? transparentColor.value() : QColor();
+    texture_ = context.cache.image(fileFor(context.cache), transparent);
+    if (!texture_) {
         return;
     }
-    const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height), texture->size);
+    const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height), texture_->size);
     if (!place.isNull()) {
-        drawTexture(*texture, place, pixelated.value());
+        drawTexture(*texture_, place, pixelated.value());
     }
 }
 
@@ -125,7 +127,7 @@ OruVisHitRecordList OruVisImage::select2d(const SelectContext& context)
 {
     OruVisHitRecordList hits;
     const QRect place = placeIn(QSize(context.viewport.width, context.viewport.height),
-                                context.cache.imageSize(file.value()));
+                                context.cache.imageSize(fileFor(context.cache)));
     const OruVisPickVolume pick(context);
     const int right = place.x() + place.width() - 1;
     const int top = place.y() + place.height() - 1;
@@ -134,6 +136,16 @@ OruVisHitRecordList OruVisImage::select2d(const SelectContext& context)
                  pick.distance2d(place.x(), place.y(), right, top), handler_, this);
     }
     return hits;
+}
+
+/// The file; one that was missing when it was named before may have come by now.
+const QString& OruVisImage::fileFor(OruOglCache& cache)
+{
+    if (fileWrites_ != fileSlot_->writes) {
+        fileWrites_ = fileSlot_->writes;
+        cache.lookAgain(file.value());
+    }
+    return file.value();
 }
 
 int OruVisImage::drawOrder() const

@@ -7,6 +7,11 @@
 #include <QRect>
 #include <QSize>
 
+#include <cstdint>
+#include <memory>
+
+struct OruOglTexture;
+
 /// An image that lies flat over the scene at a side or corner of the viewport, such as a logo.
 ///
 /// Its height is set, its width follows from the image. It shrinks with a viewport that has no room for it
@@ -48,7 +53,8 @@ public:
     /// Pixels below which the image is not shown at all; key "minimumHeight".
     OruPropertyAdaptor<float> minimumHeight;
 
-    /// The image file, found through OruResource::imageFile; key "file".
+    /// The image file, found through OruResource::imageFile; key "file". One that is missing or no image
+    /// shows nothing, and is looked for again when the value is written again, be it the same.
     OruPropertyAdaptor<QString> file;
 
     /// Shows the image's pixels as they are instead of smoothing them; key "pixelated".
@@ -71,6 +77,12 @@ public:
     int drawOrder() const override;
 
 private:
+    const QString& fileFor(OruOglCache& cache);
+
+    const OruPropertiesString::Slot* fileSlot_;
+    std::uint64_t fileWrites_ = 0;
+    /// Of the last draw; held, so that the cache keeps it.
+    std::shared_ptr<const OruOglTexture> texture_;
     OruVisHitName hitName_;
     boost::weak_ptr<IOruVisEventHandler> handler_;
 };

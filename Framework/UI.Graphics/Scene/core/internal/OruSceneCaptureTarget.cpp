@@ -2,6 +2,7 @@
 #include <GL/glew.h>
 
 #include "Scene/core/internal/OruSceneCaptureTarget.h"
+#include "contracts/ogl/OruOglGl.h"
 
 OruSceneCaptureTarget::OruSceneCaptureTarget(int width, int height)
 {
@@ -28,7 +29,7 @@ void OruSceneCaptureTarget::attachDepth(int width, int height)
 {
     glGenRenderbuffersEXT(1, &depth_);
     glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, depth_);
-    glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_DEPTH_COMPONENT24, width, height);
+    glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, OruOglDepthComponent24, width, height);
     glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, GL_DEPTH_ATTACHMENT_EXT, GL_RENDERBUFFER_EXT, depth_);
 }
 

@@ -42,7 +42,7 @@ std::vector<QPointF> outward(const std::vector<QPointF>& points)
 
 void vertex(const QPointF& point)
 {
-    glVertex2d(point.x(), point.y());
+    glVertex2d(point.x() - OruOglOffCentre, point.y() - OruOglOffCentre);
 }
 
 double turn(const QPointF& a, const QPointF& b, const QPointF& c)

@@ -1,0 +1,114 @@
+#include "contracts/ogl/OruOglFeatures.h"
+
+#include "contracts/ogl/OruOglGl.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+// Younger than the OpenGL that is needed: null where the system's library lacks them.
+#pragma weak glBindSampler
+#pragma weak glBindProgramPipeline
+
+namespace {
+
+// A context has a feature from a version on (10 times its number), or by an extension.
+struct Feature
+{
+    int version;
+    const char* extension;
+    GLenum capability;
+};
+
+constexpr int never = 1000;
+constexpr Feature samplerObjects{33, "GL_ARB_sampler_objects", 0};
+constexpr Feature programPipelines{41, "GL_ARB_separate_shader_objects", 0};
+
+constexpr Feature textureTargets[] = {
+    {0, "", GL_TEXTURE_1D},
+    {0, "", GL_TEXTURE_2D},
+    {0, "", GL_TEXTURE_3D},
+    {0, "", GL_TEXTURE_CUBE_MAP},
+    {31, "GL_ARB_texture_rectangle", GL_TEXTURE_RECTANGLE},
+};
+
+constexpr Feature capabilities[] = {
+    {never, "GL_ARB_vertex_program", GL_VERTEX_PROGRAM_ARB},
+    {never, "GL_ARB_fragment_program", GL_FRAGMENT_PROGRAM_ARB},
+    {never, "GL_ATI_fragment_shader", GL_FRAGMENT_SHADER_ATI},
+    {never, "GL_EXT_depth_bounds_test", GL_DEPTH_BOUNDS_TEST_EXT},
+};
+
+std::string text(GLenum name)
+{
+    const GLubyte* const found = glGetString(name);
+    return found ? reinterpret_cast<const char*>(found) : "";
+}
+
+// The texts in which a context tells what it has.
+struct Texts
+{
+    std::string version = text(GL_VERSION);
+    std::string extensions = text(GL_EXTENSIONS);
+
+    bool operator==(const Texts& other) const
+    {
+        return version == other.version && extensions == other.extensions;
+    }
+
+    bool tell(const Feature& feature) const
+    {
+        int major = 0;
+        int minor = 0;
+        std::sscanf(version.c_str(), "%d.%d", &major, &minor);
+        const std::string word = std::string(" ") + feature.extension + " ";
+        return 10 * major + minor >= feature.version ||
+               (" " + extensions + " ").find(word) != std::string::npos;
+    }
+};
+
+template <std::size_t Count>
+std::vector<unsigned int> present(const Feature (&features)[Count], const Texts& texts)
+{
+    std::vector<unsigned int> result;
+    for (const Feature& feature : features) {
+        if (texts.tell(feature)) {
+            result.push_back(feature.capability);
+        }
+    }
+    return result;
+}
+
+int number(GLenum name)
+{
+    GLint value = 0;
+    glGetIntegerv(name, &value);
+    return value;
+}
+
+OruOglFeatures featuresToldBy(const Texts& texts)
+{
+    OruOglFeatures features;
+    features.bindSampler = texts.tell(samplerObjects) ? &glBindSampler : nullptr;
+    features.bindPipeline = texts.tell(programPipelines) ? &glBindProgramPipeline : nullptr;
+    features.textureTargets = present(textureTargets, texts);
+    features.capabilities = present(capabilities, texts);
+    features.textureUnits = std::max(number(GL_MAX_TEXTURE_UNITS), 1);
+    features.clipPlanes = number(GL_MAX_CLIP_PLANES);
+    return features;
+}
+
+} // namespace
+
+const OruOglFeatures& OruOglFeatures::ofContext()
+{
+    // To compare the texts takes a small part of the time in which they are searched.
+    thread_local Texts seen;
+    thread_local OruOglFeatures features = featuresToldBy(seen);
+    const Texts now;
+    if (!(now == seen)) {
+        seen = now;
+        features = featuresToldBy(seen);
+    }
+    return features;
+}
