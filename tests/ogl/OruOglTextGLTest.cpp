@@ -4,8 +4,8 @@
 #include "contracts/ogl/OruOglBoxedText.h"
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglGeometry.h"
-#include "contracts/ogl/OruOglGlyphAtlas.h"
 #include "contracts/ogl/OruOglText.h"
+#include "contracts/ogl/internal/OruOglGlyphAtlas.h"
 
 #include "tests/debug/RecordingSink.h"
 #include "tests/ogl/OglFixture.h"

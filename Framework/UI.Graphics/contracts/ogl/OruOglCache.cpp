@@ -5,8 +5,8 @@
 #include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/ogl/OruOglGl.h"
-#include "contracts/ogl/OruOglGlyphAtlas.h"
-#include "contracts/ogl/OruOglPixelTransfer.h"
+#include "contracts/ogl/internal/OruOglGlyphAtlas.h"
+#include "contracts/ogl/internal/OruOglPixelTransfer.h"
 
 #include <QFileInfo>
 #include <QImage>

@@ -1,8 +1,8 @@
 #include "contracts/ogl/OruOglFlatState.h"
 
 #include "contracts/math/Matrix.h"
-#include "contracts/ogl/OruOglFeatures.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/internal/OruOglFeatures.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "contracts/ogl/OruOglFont.h"
 
-#include "contracts/ogl/OruOglFontFile.h"
+#include "contracts/ogl/internal/OruOglFontFile.h"
 
 #include <QFile>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "contracts/ogl/OruOglFunctions.h"
 
 #include "contracts/ogl/OruOglGl.h"
-#include "contracts/ogl/OruOglPixelTransfer.h"
+#include "contracts/ogl/internal/OruOglPixelTransfer.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,8 +1,8 @@
 #include "contracts/ogl/OruOglMeshBuffer.h"
 
-#include "contracts/ogl/OruOglBufferStore.h"
 #include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/internal/OruOglBufferStore.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -5,14 +5,15 @@
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
-#include "contracts/ogl/OruOglGlyphAtlas.h"
+#include "contracts/ogl/internal/OruOglFontFile.h"
+#include "contracts/ogl/internal/OruOglGlyphAtlas.h"
 
 #include <QRectF>
 
 #include <algorithm>
 #include <vector>
 
-const char* const OruOglText::defaultFace = "_default_";
+const char* const OruOglText::defaultFace = oru::defaultFace;
 
 namespace {
 

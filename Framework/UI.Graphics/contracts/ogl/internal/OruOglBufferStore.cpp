@@ -1,4 +1,4 @@
-#include "contracts/ogl/OruOglBufferStore.h"
+#include "contracts/ogl/internal/OruOglBufferStore.h"
 
 #include "contracts/ogl/OruOglGl.h"
 

@@ -1,4 +1,4 @@
-#include "contracts/ogl/OruOglPixelTransfer.h"
+#include "contracts/ogl/internal/OruOglPixelTransfer.h"
 
 #include "contracts/ogl/OruOglGl.h"
 

@@ -1,7 +1,7 @@
-#include "contracts/ogl/OruOglGlyphAtlas.h"
+#include "contracts/ogl/internal/OruOglGlyphAtlas.h"
 
 #include "contracts/ogl/OruOglGl.h"
-#include "contracts/ogl/OruOglPixelTransfer.h"
+#include "contracts/ogl/internal/OruOglPixelTransfer.h"
 
 #include <algorithm>
 #include <utility>

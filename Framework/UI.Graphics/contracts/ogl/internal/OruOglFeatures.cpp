@@ -1,4 +1,4 @@
-#include "contracts/ogl/OruOglFeatures.h"
+#include "contracts/ogl/internal/OruOglFeatures.h"
 
 #include "contracts/ogl/OruOglGl.h"
 

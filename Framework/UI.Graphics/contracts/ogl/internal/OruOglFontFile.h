@@ -6,6 +6,9 @@ class OruResource;
 
 namespace oru {
 
+/// The face that asks for the font that stands in.
+inline constexpr char defaultFace[] = "_default_";
+
 /// A font file and the number of the face in it; an empty path: none.
 struct FontFile
 {

@@ -1,7 +1,6 @@
-#include "contracts/ogl/OruOglFontFile.h"
+#include "contracts/ogl/internal/OruOglFontFile.h"
 
 #include "contracts/core/OruResource.h"
-#include "contracts/ogl/OruOglText.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -72,7 +71,7 @@ FontFile defaultFontFile()
 
 FontFile findFontFile(const OruResource& resource, const QString& face)
 {
-    if (face.isEmpty() || face == QLatin1String(OruOglText::defaultFace)) {
+    if (face.isEmpty() || face == QLatin1String(defaultFace)) {
         return defaultFontFile();
     }
     const QString path = resource.fontFile(face);
