@@ -70,9 +70,8 @@ LinkedEditor::Link* LinkedEditor::linkOf(const OruProperties& node)
     while (root->parent()) {
         root = root->parent();
     }
-    const auto found = std::find_if(links_.begin(), links_.end(), [&](const Link& link) {
-        return link.window && &sceneOf(link) == root;
-    });
+    const auto found = std::find_if(links_.begin(), links_.end(),
+                                    [&](const Link& link) { return link.window && &sceneOf(link) == root; });
     return found == links_.end() ? nullptr : &*found;
 }
 

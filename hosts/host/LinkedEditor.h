@@ -26,8 +26,8 @@ namespace hostkit {
 /// made of it; that goes for steps that are taken back, too. A scene without the node is left alone. The
 /// windows repaint by themselves.
 ///
-/// It hears of what goes through editors: HostScene::edit, handlers, HostScene::undo. The scenes are alike when
-/// they are added; nothing is compared.
+/// It hears of what goes through editors: HostScene::edit, handlers, HostScene::undo. The scenes are alike
+/// when they are added; nothing is compared.
 class KELVAR_HOST_API LinkedEditor : public QObject
 {
     Q_OBJECT
