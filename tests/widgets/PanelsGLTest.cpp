@@ -155,11 +155,17 @@ TEST_F(PanelsGL, TellWhyAValueIsRefusedAndKeepItForMending)
     act("key BackSpace BackSpace 9 Return");
     EXPECT_EQ(stored("render", "pickSize"), "9");
     EXPECT_EQ(properties.status(), "");
+
+    act(at("render", "pickSize") + doubleClick + "key ctrl+a key 7");
+    view.host().scene().find("render")->setValue("pickSize", "5");
+    properties.model().update();
+    act("key Return");
+    EXPECT_EQ(stored("render", "pickSize"), "7") << "what is typed outlives a change of the value";
     act(at("render", "background") + " click 1 " + at("render", "pickSize") + doubleClick +
         "key ctrl+a key x " + at(properties.filter()) + " click 1");
-    EXPECT_EQ(stored("render", "pickSize"), "9");
+    EXPECT_EQ(stored("render", "pickSize"), "7");
     EXPECT_THAT(properties.status().toStdString(), testing::HasSubstr("\"pickSize\" must be"));
-    EXPECT_EQ(edits.count(), 1);
+    EXPECT_EQ(edits.count(), 2);
 }
 
 TEST_F(PanelsGL, FilterAndCheckAndFollowWhatIsDoneToTheView)
