@@ -160,7 +160,7 @@ void PropertyModel::catchUp(PropertyRow& row, bool all)
     const bool own = row.revision != node->revision();
     row.subtreeRevision = node->subtreeRevision();
     row.revision = node->revision();
-    all = (own && refreshNode(row)) || all;
+    all = ((own || all) && refreshNode(row)) || all;
     if (!row.fetched) {
         return;
     }

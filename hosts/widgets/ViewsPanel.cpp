@@ -55,11 +55,26 @@ ViewsPanel::ViewsPanel(SceneWidget& view, QWidget* parent)
     , status_(new QLabel(this))
 {
     auto* const layout = new QVBoxLayout(this);
-    auto* const buttons = new QHBoxLayout;
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(buttons);
+    layout->addLayout(makeButtons());
     layout->addWidget(list_);
     layout->addWidget(status_);
+    status_->setWordWrap(true);
+    status_->setTextFormat(Qt::PlainText);
+    status_->hide();
+    list_->setIconSize(pictureSize);
+    list_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+    pictureTimer_.setSingleShot(true);
+    connectList();
+    connect(&pictureTimer_, &QTimer::timeout, this, &ViewsPanel::takePicture);
+    connect(&view.window(), &SceneWindow::frameDrawn, this, &ViewsPanel::follow);
+    connect(&view.window(), &SceneWindow::sceneRenewed, this, &ViewsPanel::renew);
+    renew();
+}
+
+QLayout* ViewsPanel::makeButtons()
+{
+    auto* const buttons = new QHBoxLayout;
     for (const ButtonRow& row : buttonRows) {
         auto* const button = new QToolButton(this);
         button->setObjectName(QLatin1String(row.text));
@@ -69,17 +84,15 @@ ViewsPanel::ViewsPanel(SceneWidget& view, QWidget* parent)
         connect(button, &QToolButton::clicked, this, row.action);
     }
     buttons->addStretch();
-    status_->setWordWrap(true);
-    status_->setTextFormat(Qt::PlainText);
-    status_->hide();
-    list_->setIconSize(pictureSize);
-    list_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+    return buttons;
+}
+
+void ViewsPanel::connectList()
+{
     auto* const deletion = new QAction(tr("Delete"), list_);
     deletion->setShortcut(QKeySequence::Delete);
     deletion->setShortcutContext(Qt::WidgetShortcut);
     list_->addAction(deletion);
-    pictureTimer_.setSingleShot(true);
-
     connect(deletion, &QAction::triggered, this, &ViewsPanel::remove);
     connect(list_, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { show(static_cast<ViewItem*>(item)->name()); });
@@ -87,10 +100,6 @@ ViewsPanel::ViewsPanel(SceneWidget& view, QWidget* parent)
             [this](QListWidgetItem* item) { rename(list_->row(item)); });
     connect(list_->itemDelegate(), &QAbstractItemDelegate::closeEditor, this,
             [this] { pictureTimer_.start(); });
-    connect(&pictureTimer_, &QTimer::timeout, this, &ViewsPanel::takePicture);
-    connect(&view.window(), &SceneWindow::frameDrawn, this, &ViewsPanel::follow);
-    connect(&view.window(), &SceneWindow::sceneRenewed, this, &ViewsPanel::renew);
-    renew();
 }
 
 ViewsPanel::~ViewsPanel() = default;

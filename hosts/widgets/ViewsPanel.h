@@ -12,6 +12,7 @@
 
 class OruProperties;
 class QLabel;
+class QLayout;
 class QListWidget;
 
 namespace hostkit {
@@ -55,6 +56,8 @@ public Q_SLOTS:
     void showPrevious();
 
 private:
+    QLayout* makeButtons();
+    void connectList();
     void renew();
     void follow();
     void list(const QStringList& names);

@@ -23,6 +23,9 @@ struct PropertyModelGL : WidgetsFixture
 
     PropertyModelGL()
     {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 4, 0)
+        tester.setUseFetchMore(false); // it does so in the middle of an insertion, and complains of that
+#endif
         QObject::connect(
             &model, &PropertyModel::rowsInserted,
             [&](const QModelIndex& above, int first, int last) { note("+", above, first, last); });
@@ -51,7 +54,10 @@ struct PropertyModelGL : WidgetsFixture
         return signalled.join(", ").toStdString();
     }
 
-    OruVisualization& part(const char* name) { return list.child(name, "part"); }
+    OruVisualization& part(const char* name)
+    {
+        return list.child(name, "part");
+    }
 
     QVariant valueOf(const QString& path, const char* key, int role = Qt::DisplayRole)
     {
@@ -157,7 +163,8 @@ TEST_F(PropertyModelGL, ShowsKindsAndEditsByTheSceneSEditor)
     EXPECT_EQ(list.erase(list["gone"]), true);
     EXPECT_FALSE(model.setData(flag, Qt::Unchecked, Qt::CheckStateRole)) << "the view has not caught up yet";
     view.window().renew();
-    EXPECT_EQ(valueOf("render", "pickSize").toString(), "3") << "of the scene that is there now";
+    view.host().scene().find("render")->setValue("pickSize", "8");
+    EXPECT_EQ(valueOf("render", "pickSize").toString(), "8") << "of the scene that is there then";
 }
 
 TEST_F(PropertyModelGL, FiltersByNamesKeysAndValuesAlsoWhatChanges)
@@ -179,9 +186,16 @@ TEST_F(PropertyModelGL, FiltersByNamesKeysAndValuesAlsoWhatChanges)
     part("needles").setValue("key", "straw");
     EXPECT_EQ(told(), "-visualization 1");
     EXPECT_EQ(outline(model.find(listPath)).toStdString().find("visualization(needles(key"), 0u);
+    auto* const deep = new OruProperties(list.group);
+    deep->rename("deep");
+    deep->setValue("a", "needle");
+    deep->setValue("b", "straw");
+    part("needles").insert(deep, false);
+    told();
+    EXPECT_EQ(outline(model.find(listPath)).toStdString(), "visualization(needles(key visible deep(a b)))");
     part("needles").rename("thread");
     told();
-    EXPECT_FALSE(model.find(listPath).isValid());
+    EXPECT_EQ(outline(model.find(listPath)).toStdString(), "visualization(thread(deep(a)))");
 }
 
 TEST_F(PropertyModelGL, MakesTheRowsThatAreLookedAt)

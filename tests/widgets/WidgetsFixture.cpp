@@ -4,6 +4,7 @@
 #include "hosts/mesh/ModelParts.h"
 #include "tests/hosts/Models.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -17,6 +18,9 @@ namespace {
 
 /// So long a window may take; only a broken one does.
 constexpr int patienceMilliseconds = 20000;
+
+/// An event loop that had nothing to do for so long has heard of everything.
+constexpr int quietMilliseconds = 40;
 
 void fill(HostScene& host)
 {
@@ -57,9 +61,14 @@ void WidgetsFixture::act(const QString& xdotool)
                      [&] { finished = true; });
     process.start(QStringLiteral("xdotool"), xdotool.split(QLatin1Char(' '), Qt::SkipEmptyParts));
     EXPECT_TRUE(await([&] { return finished; }) && process.exitCode() == 0) << xdotool.toStdString();
-    QElapsedTimer clock;
-    clock.start();
-    await([&] { return clock.elapsed() > 50; });
+    QElapsedTimer quiet;
+    quiet.start();
+    await([&] {
+        if (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
+            quiet.restart();
+        }
+        return quiet.elapsed() > quietMilliseconds;
+    });
 }
 
 bool WidgetsFixture::await(const std::function<bool()>& question)
