@@ -114,13 +114,13 @@ TEST_F(OruPropertiesFileTest, WritesAFormThatPeopleCanRead)
 TEST_F(OruPropertiesFileTest, TenThousandNodesComeBackThroughInsertAndMakeChild)
 {
     for (int i = 0; i < 100; ++i) {
-        auto* branch = new Branch(group, QString("branch %1").arg(i));
+        auto* branch = new Branch(group, QStringLiteral("branch %1").arg(i));
         root.insert(branch, false);
         for (int j = 0; j < 99; ++j) {
-            auto* leaf = new Named(group, QString::fromUtf8("Blatt \u00e4\" %1").arg(j));
+            auto* leaf = new Named(group, QStringLiteral("Blatt \u00e4\" %1").arg(j));
             leaf->setType("leaf");
             leaf->string().setValue("value", 0.1 * i * j);
-            leaf->string().setUnit("value", QString::fromUtf8("\u00b5m"));
+            leaf->string().setUnit("value", QStringLiteral("\u00b5m"));
             branch->insert(leaf, false);
         }
     }
@@ -153,15 +153,16 @@ TEST_F(OruPropertiesFileTest, MergesIntoWhatIsThere)
                      {"name": "kept", "values": {"deep": {"value": "new", "unit": "s"}}}])");
     ASSERT_TRUE(load(root)) << error.toStdString();
     EXPECT_GT(root.subtreeRevision(), before);
-    EXPECT_EQ(textOf(root, "mine"), QString("stays"));
-    EXPECT_EQ(textOf(root, "both"), QString("new"));
-    EXPECT_EQ(textOf(root, "extra"), QString("more"));
-    EXPECT_EQ(root.string().getUnit("both", ""), QString("mm")) << "a unit that the file does not give stays";
+    EXPECT_EQ(textOf(root, "mine"), QStringLiteral("stays"));
+    EXPECT_EQ(textOf(root, "both"), QStringLiteral("new"));
+    EXPECT_EQ(textOf(root, "extra"), QStringLiteral("more"));
+    EXPECT_EQ(root.string().getUnit("both", ""), QStringLiteral("mm"))
+        << "a unit that the file does not give stays";
     EXPECT_EQ(root.at(0), &kept);
-    EXPECT_EQ(textOf(kept, "deep"), QString("new"));
-    EXPECT_EQ(kept.string().getUnit("deep", ""), QString("s"));
+    EXPECT_EQ(textOf(kept, "deep"), QStringLiteral("new"));
+    EXPECT_EQ(kept.string().getUnit("deep", ""), QStringLiteral("s"));
     ASSERT_NE(root.find("made"), nullptr);
-    EXPECT_EQ(textOf(*root.find("made"), "a"), QString("1"));
+    EXPECT_EQ(textOf(*root.find("made"), "a"), QStringLiteral("1"));
 }
 
 TEST_F(OruPropertiesFileTest, ValuesKeepEveryDigit)

@@ -110,7 +110,7 @@ TEST_F(OruPropertiesTest, ChildrenKeepTheirOrderAndAreFoundByNameAndPath)
     EXPECT_EQ(root.find(""), &root);
     EXPECT_EQ(root.find("list/none"), nullptr);
     EXPECT_EQ(root.find("list/"), nullptr);
-    EXPECT_EQ(entry.path(), QString("list/entry"));
+    EXPECT_EQ(entry.path(), QStringLiteral("list/entry"));
     EXPECT_EQ(root.find(entry.path()), &entry);
     EXPECT_EQ(root.path(), QString());
 }
@@ -181,11 +181,11 @@ TEST_F(OruPropertiesTest, CopyTakesTheContentAndNotThePlace)
 
     const OruProperties copy(entry);
     entry.string().setValue("length", 3.5);
-    EXPECT_EQ(copy.name(), QString("entry"));
-    EXPECT_EQ(copy.type(), QString("kind"));
+    EXPECT_EQ(copy.name(), QStringLiteral("entry"));
+    EXPECT_EQ(copy.type(), QStringLiteral("kind"));
     EXPECT_EQ(copy.flags, OruProperties::DefaultContent | 1);
-    EXPECT_EQ(textOf(copy, "length"), QString("2.5")) << "the stores are apart";
-    EXPECT_EQ(copy.string().getUnit("length", ""), QString("mm"));
+    EXPECT_EQ(textOf(copy, "length"), QStringLiteral("2.5")) << "the stores are apart";
+    EXPECT_EQ(copy.string().getUnit("length", ""), QStringLiteral("mm"));
     EXPECT_EQ(copy.parent(), nullptr);
     EXPECT_EQ(copy.size(), 0u);
     EXPECT_EQ(&copy.group, &group);
@@ -200,12 +200,12 @@ TEST_F(OruPropertiesTest, AssignmentTakesValuesAndUnitsOnly)
     entry.string().setUnit("length", "mm");
     root.insert(&loose, true);
     static_cast<OruProperties&>(loose) = entry;
-    EXPECT_EQ(loose.name(), QString("loose"));
-    EXPECT_EQ(loose.type(), QString("loose kind"));
+    EXPECT_EQ(loose.name(), QStringLiteral("loose"));
+    EXPECT_EQ(loose.type(), QStringLiteral("loose kind"));
     EXPECT_EQ(loose.flags, 7);
     EXPECT_EQ(loose.parent(), &root);
     EXPECT_EQ(loose.string().keys(), QStringList("length"));
-    EXPECT_EQ(loose.string().getUnit("length", ""), QString("mm"));
+    EXPECT_EQ(loose.string().getUnit("length", ""), QStringLiteral("mm"));
 }
 
 struct OruPropertiesStringTest : testing::Test
@@ -220,9 +220,9 @@ TEST_F(OruPropertiesStringTest, TypedReadsFallBackWhereTheTextDoesNotFit)
     store.setValue("word", "seven");
     store.setValue("number", 7);
     int number = 0;
-    EXPECT_EQ(store.getValue("word", number, -1), QString("seven"));
+    EXPECT_EQ(store.getValue("word", number, -1), QStringLiteral("seven"));
     EXPECT_EQ(number, -1);
-    EXPECT_EQ(store.getValue("number", number, -1), QString("7"));
+    EXPECT_EQ(store.getValue("number", number, -1), QStringLiteral("7"));
     EXPECT_EQ(number, 7);
     EXPECT_TRUE(store.getValue("missing", number, -2).isNull());
     EXPECT_EQ(number, -2);
@@ -231,9 +231,9 @@ TEST_F(OruPropertiesStringTest, TypedReadsFallBackWhereTheTextDoesNotFit)
     EXPECT_TRUE(flag);
     QString text;
     EXPECT_TRUE(node.getValue("missing", text, "fallback").isNull());
-    EXPECT_EQ(text, QString("fallback"));
-    EXPECT_EQ(node.setValue("word", "eight"), QString("eight"));
-    EXPECT_EQ(store.getValue("word", text, ""), QString("eight"));
+    EXPECT_EQ(text, QStringLiteral("fallback"));
+    EXPECT_EQ(node.setValue("word", "eight"), QStringLiteral("eight"));
+    EXPECT_EQ(store.getValue("word", text, ""), QStringLiteral("eight"));
 }
 
 TEST_F(OruPropertiesStringTest, KeysUnitsAndSlotsThroughARemoval)
@@ -243,16 +243,16 @@ TEST_F(OruPropertiesStringTest, KeysUnitsAndSlotsThroughARemoval)
     store.setValue("b", "");
     store.setValue("a", true);
     for (int i = 0; i < 100; ++i) {
-        store.setValue(QString("k%1").arg(i), i);
+        store.setValue(QStringLiteral("k%1").arg(i), i);
     }
     EXPECT_TRUE(store.defined("b")) << "an empty text is a value";
     EXPECT_EQ(store.keys().mid(0, 2), (QStringList{"a", "b"}));
     store.setUnit("b", "px");
-    EXPECT_EQ(store.getUnit("b", "none"), QString("px"));
-    EXPECT_EQ(store.getUnit("unknown", "none"), QString("none"));
+    EXPECT_EQ(store.getUnit("b", "none"), QStringLiteral("px"));
+    EXPECT_EQ(store.getUnit("unknown", "none"), QStringLiteral("none"));
     EXPECT_TRUE(store.remove("b"));
     EXPECT_FALSE(store.remove("b"));
     EXPECT_FALSE(store.defined("b"));
-    EXPECT_EQ(store.getUnit("b", "none"), QString("none"));
+    EXPECT_EQ(store.getUnit("b", "none"), QStringLiteral("none"));
     EXPECT_EQ(&store.slot("b"), slot) << "the slot stays where it is";
 }

@@ -123,7 +123,7 @@ TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)
     EXPECT_EQ(adaptor.getUnit(), QString());
     target = adaptor;
     EXPECT_EQ(target.value(), 6);
-    EXPECT_EQ(target.getUnit(), QString("cm"));
+    EXPECT_EQ(target.getUnit(), QStringLiteral("cm"));
 }
 
 TEST_F(OruPropertyAdaptorTest, CopiesAndAssignmentsToItselfWriteNothing)
@@ -150,9 +150,10 @@ TEST_F(OruPropertyAdaptorTest, AssignmentMovesValueAndUnitUnderTheLeftKey)
         const OruPropertyAdaptor<int> right(owner, "right", 2, rightUnit);
         owner.string().setValue("right", 3);
         EXPECT_EQ(&(left = right), &left);
-        EXPECT_EQ(textOf(owner, "left"), QString("3")) << "the right side was read, not its stale copy";
+        EXPECT_EQ(textOf(owner, "left"), QStringLiteral("3"))
+            << "the right side was read, not its stale copy";
         EXPECT_EQ(left.getUnit(), QString(result));
-        EXPECT_EQ(left.name(), QString("left"));
-        EXPECT_EQ(textOf(owner, "right"), QString("3"));
+        EXPECT_EQ(left.name(), QStringLiteral("left"));
+        EXPECT_EQ(textOf(owner, "right"), QStringLiteral("3"));
     }
 }

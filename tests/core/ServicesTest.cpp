@@ -54,18 +54,18 @@ TEST(OruResource, SearchesTheUsersFolderFirstThenItsOwnKind)
         EXPECT_EQ(resource.fontFile(row.name), row.font);
         EXPECT_EQ(resource.imageFile(row.name), row.image);
     }
-    EXPECT_EQ(OruResource("", "", "").fontFile("f.ttf"), QString("f.ttf"));
+    EXPECT_EQ(OruResource("", "", "").fontFile("f.ttf"), QStringLiteral("f.ttf"));
 }
 
 TEST(OruStringBuilder, WritesNumbersInTheFormat)
 {
     const OruStringBuilder german(NumberFormat(',', 0, 3));
-    EXPECT_EQ(german.number(3.14159), QString("3,14"));
-    EXPECT_EQ(german.number(123456), QString("123456")) << "an integer keeps its digits";
-    EXPECT_EQ(german.line("length", 2.5, "mm"), QString("length: 2,5 mm"));
-    EXPECT_EQ(german.line("count", 2.0, ""), QString("count: 2"));
-    EXPECT_EQ(german.line("name", "bolt"), QString("name: bolt"));
-    EXPECT_EQ(OruStringBuilder(NumberFormat('.', 0, -1)).number(0.1), QString("0.1"));
+    EXPECT_EQ(german.number(3.14159), QStringLiteral("3,14"));
+    EXPECT_EQ(german.number(123456), QStringLiteral("123456")) << "an integer keeps its digits";
+    EXPECT_EQ(german.line("length", 2.5, "mm"), QStringLiteral("length: 2,5 mm"));
+    EXPECT_EQ(german.line("count", 2.0, ""), QStringLiteral("count: 2"));
+    EXPECT_EQ(german.line("name", "bolt"), QStringLiteral("name: bolt"));
+    EXPECT_EQ(OruStringBuilder(NumberFormat('.', 0, -1)).number(0.1), QStringLiteral("0.1"));
 }
 
 TEST(OruTimer, ReportsOnlyWhatTookLongerThanTheThreshold)

@@ -95,11 +95,11 @@ TEST_F(OruTextTest, AnyBitsOfFloatsAndDoublesComeBack)
 
 TEST_F(OruTextTest, NumbersAreShortAndWithoutLocale)
 {
-    EXPECT_EQ(oru::toString(0.1f), QString("0.1"));
-    EXPECT_EQ(oru::toString(1234567.5), QString("1234567.5"));
-    EXPECT_EQ(oru::toString(-2147483647 - 1), QString("-2147483648"));
-    EXPECT_EQ(oru::toString(std::numeric_limits<double>::quiet_NaN()), QString("nan"));
-    EXPECT_EQ(oru::toString(-std::numeric_limits<float>::infinity()), QString("-inf"));
+    EXPECT_EQ(oru::toString(0.1f), QStringLiteral("0.1"));
+    EXPECT_EQ(oru::toString(1234567.5), QStringLiteral("1234567.5"));
+    EXPECT_EQ(oru::toString(-2147483647 - 1), QStringLiteral("-2147483648"));
+    EXPECT_EQ(oru::toString(std::numeric_limits<double>::quiet_NaN()), QStringLiteral("nan"));
+    EXPECT_EQ(oru::toString(-std::numeric_limits<float>::infinity()), QStringLiteral("-inf"));
     double nan = 0.0;
     EXPECT_TRUE(oru::fromString("nan", nan));
     EXPECT_NE(nan, nan);
@@ -140,5 +140,5 @@ TEST_F(OruTextTest, EveryModelOfColourComesBack)
         EXPECT_EQ(back, colour);
         EXPECT_EQ(back.spec(), colour.spec());
     }
-    EXPECT_EQ(oru::toString(QColor(1, 2, 3, 4)), QString("#04010203"));
+    EXPECT_EQ(oru::toString(QColor(1, 2, 3, 4)), QStringLiteral("#04010203"));
 }

@@ -88,8 +88,8 @@ TEST_F(LinkedEditorGLTest, EachHasItsViewAndComesBackWithItsContext)
     edit(front, "marked", "true");
     side.renew();
     edit(side, "visible", "false");
-    EXPECT_THAT(values("marked"), testing::Each(QString("true")));
-    EXPECT_THAT(values("visible"), testing::Each(QString("false")));
+    EXPECT_THAT(values("marked"), testing::Each(QStringLiteral("true")));
+    EXPECT_THAT(values("visible"), testing::Each(QStringLiteral("false")));
 
     linked.reset();
     EXPECT_EQ(front.host().scene().render.editor(), recorder);

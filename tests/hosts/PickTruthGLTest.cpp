@@ -110,7 +110,7 @@ struct PickTruthGLTest : ::testing::Test
     MeshVisualization& add(const std::shared_ptr<const Mesh>& mesh, const Matrix& place = Matrix())
     {
         auto* part = new MeshVisualization(host.scene().group, mesh);
-        part->rename(QString("part %1").arg(list().size()));
+        part->rename(QStringLiteral("part %1").arg(list().size()));
         part->offset.setValue(place);
         list().insert(part, false);
         host.changed();

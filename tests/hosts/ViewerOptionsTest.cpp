@@ -36,7 +36,7 @@ TEST(ViewerOptions, ReadsEveryOption)
     EXPECT_EQ(options.stateFile, "in.json");
     EXPECT_EQ(options.saveStateFile, "out.json");
     ASSERT_EQ(options.settings.size(), 2u);
-    EXPECT_EQ(options.settings[1], std::make_pair(QString("zpr/zoomMove"), QString("a=b")));
+    EXPECT_EQ(options.settings[1], std::make_pair(QStringLiteral("zpr/zoomMove"), QStringLiteral("a=b")));
     EXPECT_EQ(options.outFile, "p.png");
 }
 

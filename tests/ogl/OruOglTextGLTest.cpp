@@ -64,7 +64,7 @@ TEST_F(OruOglTextGLTest, LinesRunDownwards)
 
 TEST_F(OruOglTextGLTest, ColourAndFrame)
 {
-    const QString blocks = QString::fromUtf8("\u2588\u2588");
+    const QString blocks = QStringLiteral("\u2588\u2588");
     const auto colour = [&] { return pixel(drawn([&] { text.draw(QPoint(20, 30), blocks); }), 26, 37); };
     EXPECT_EQ(colour(), QColor(Qt::white));
     text.setColor(QColor(10, 200, 30));

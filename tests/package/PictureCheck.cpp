@@ -28,7 +28,7 @@ bool holds(const QImage& picture, const QString& probe)
     if (expected.isValid() && picture.valid(pixel) && similar(picture.pixelColor(pixel), expected)) {
         return true;
     }
-    const QString found = picture.valid(pixel) ? picture.pixelColor(pixel).name() : QString("none");
+    const QString found = picture.valid(pixel) ? picture.pixelColor(pixel).name() : QStringLiteral("none");
     std::cerr << probe.toStdString() << ": found " << found.toStdString() << std::endl;
     return false;
 }
@@ -38,7 +38,7 @@ bool holds(const QImage& picture, const QString& probe)
 int main(int argc, char** argv)
 {
     const QImage picture(QString::fromLocal8Bit(argv[1]));
-    const QString size = QString("%1x%2").arg(picture.width()).arg(picture.height());
+    const QString size = QStringLiteral("%1x%2").arg(picture.width()).arg(picture.height());
     bool good = size == QLatin1String(argv[2]);
     if (!good) {
         std::cerr << "the size is " << size.toStdString() << std::endl;

@@ -100,7 +100,7 @@ void collect(const OruProperties& node, std::set<QString>& settings)
         QString value;
         node.getValue(key, value, QString());
         const QString owner = !visualization     ? node.name()
-                              : key == "visible" ? QString("any visualization")
+                              : key == "visible" ? QStringLiteral("any visualization")
                                                  : node.type();
         settings.insert(owner + ' ' + key + ' ' + value);
     }

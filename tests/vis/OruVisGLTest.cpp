@@ -132,7 +132,7 @@ TEST_F(OruVisGLTest, loads_as_many_visible_lights_as_there_are_numbers)
 {
     OruVisLightList lights(stage.group);
     for (int i = 0; i < 11; ++i) {
-        lights.child(QString("light.%1").arg(i), OruVisLight::typeString).visible.setValue(i % 5 != 0);
+        lights.child(QStringLiteral("light.%1").arg(i), OruVisLight::typeString).visible.setValue(i % 5 != 0);
     }
     const auto enabled = [](unsigned int number) { return glIsEnabled(GL_LIGHT0 + number) == GL_TRUE; };
     glPushAttrib(GL_ALL_ATTRIB_BITS);

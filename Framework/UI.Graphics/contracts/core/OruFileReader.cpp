@@ -7,9 +7,9 @@ QString OruFileReader::refusal(const QString& file)
 {
     const QFileInfo info(file);
     if (info.isDir()) {
-        return QString::fromLatin1("is a folder");
+        return QStringLiteral("is a folder");
     }
-    return info.exists() && !info.isFile() ? QString::fromLatin1("is not a regular file") : QString();
+    return info.exists() && !info.isFile() ? QStringLiteral("is not a regular file") : QString();
 }
 
 bool OruFileReader::read(const QString& file, qint64 mostBytes, QByteArray& content, QString& reason)

@@ -23,7 +23,7 @@ std::uint64_t oru::memoryAvailable()
 QString oru::memoryInfo()
 {
     const std::uint64_t bytes = memoryAvailable();
-    return bytes > 0 ? memoryText(bytes) : QString::fromLatin1("unknown");
+    return bytes > 0 ? memoryText(bytes) : QStringLiteral("unknown");
 }
 
 QString oru::memoryText(std::uint64_t bytes)

@@ -90,7 +90,7 @@ bool readText(const QString& file, QByteArray& text, QString* error)
     if (!OruFileReader::read(file, OruPropertiesFile::MaximumBytes, text, reason)) {
         return reason.isEmpty()
                    ? failAt(error, file, member("1:1"),
-                            QString::fromLatin1("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes))
+                            QStringLiteral("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes))
                    : fail(error, file, reason);
     }
     if (text.startsWith("\xEF\xBB\xBF")) {
@@ -142,11 +142,11 @@ bool parse(const QString& file, const QByteArray& text, QJsonObject& document, Q
 bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QString* error)
 {
     if (depthOf(root) > MaximumDepth) {
-        return fail(error, file, QString::fromLatin1("the tree is deeper than %1 levels").arg(MaximumDepth));
+        return fail(error, file, QStringLiteral("the tree is deeper than %1 levels").arg(MaximumDepth));
     }
     const QByteArray text = OruPropertiesFile::text(root);
     if (text.size() > MaximumBytes) {
-        return fail(error, file, QString::fromLatin1("the tree takes more than %1 bytes").arg(MaximumBytes));
+        return fail(error, file, QStringLiteral("the tree takes more than %1 bytes").arg(MaximumBytes));
     }
     OruFileWriter out(file);
     if (!out.replace(text)) {

@@ -72,7 +72,7 @@ QString wordsText(const QColor& value)
     for (std::size_t i = 0; i < ColorWords().size(); ++i) {
         quint16 word = 0;
         stream >> word;
-        text += QString::fromLatin1(" %1").arg(word, 4, 16, QLatin1Char('0'));
+        text += QStringLiteral(" %1").arg(word, 4, 16, QLatin1Char('0'));
     }
     return text;
 }
@@ -172,7 +172,7 @@ QString toString(const QColor& value)
         return QString();
     }
     if (value == QColor::fromRgba(value.rgba())) {
-        return QString::fromLatin1("#%1").arg(value.rgba(), 8, 16, QLatin1Char('0'));
+        return QStringLiteral("#%1").arg(value.rgba(), 8, 16, QLatin1Char('0'));
     }
     return wordsText(value);
 }

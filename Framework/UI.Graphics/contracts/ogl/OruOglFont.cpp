@@ -123,7 +123,7 @@ OruOglFont::OruOglFont(const OruResource& resource, const QString& face, unsigne
         file = oru::defaultFontFile();
         face_->open(file);
     }
-    key_ = QString::fromLatin1("%1|%2|%3").arg(size).arg(file.index).arg(file.path);
+    key_ = QStringLiteral("%1|%2|%3").arg(size).arg(file.index).arg(file.path);
     measure(size);
 }
 

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cmath>
 
-const QString OruVisImage::typeString = QString("vis.image");
+const QString OruVisImage::typeString = QStringLiteral("vis.image");
 
 namespace {
 
@@ -59,19 +59,20 @@ void drawTexture(const OruOglTexture& texture, const QRect& place, bool pixelate
 
 OruVisImage::OruVisImage(OruModifiedGroup& modifiedGroup)
     : OruVisualization(modifiedGroup, typeString)
-    , order(*this, QString("order"), 0, QString())
-    , alignment(*this, QString("alignment"), static_cast<int>(Qt::AlignTop | Qt::AlignRight), QString())
-    , unit(*this, QString("unit"), static_cast<int>(Pixels), QString())
-    , marginLeft(*this, QString("marginLeft"), 4.0f, QString())
-    , marginRight(*this, QString("marginRight"), 4.0f, QString())
-    , marginTop(*this, QString("marginTop"), 4.0f, QString())
-    , marginBottom(*this, QString("marginBottom"), 4.0f, QString())
-    , height(*this, QString("height"), 64.0f, QString())
-    , minimumHeight(*this, QString("minimumHeight"), 16.0f, QString())
-    , file(*this, QString("file"), QString(), QString())
-    , pixelated(*this, QString("pixelated"), false, QString())
-    , transparentColor(*this, QString("transparentColor"), QColor(Qt::white), QString())
-    , useTransparentColor(*this, QString("useTransparentColor"), false, QString())
+    , order(*this, QStringLiteral("order"), 0, QString())
+    , alignment(*this, QStringLiteral("alignment"), static_cast<int>(Qt::AlignTop | Qt::AlignRight),
+                QString())
+    , unit(*this, QStringLiteral("unit"), static_cast<int>(Pixels), QString())
+    , marginLeft(*this, QStringLiteral("marginLeft"), 4.0f, QString())
+    , marginRight(*this, QStringLiteral("marginRight"), 4.0f, QString())
+    , marginTop(*this, QStringLiteral("marginTop"), 4.0f, QString())
+    , marginBottom(*this, QStringLiteral("marginBottom"), 4.0f, QString())
+    , height(*this, QStringLiteral("height"), 64.0f, QString())
+    , minimumHeight(*this, QStringLiteral("minimumHeight"), 16.0f, QString())
+    , file(*this, QStringLiteral("file"), QString(), QString())
+    , pixelated(*this, QStringLiteral("pixelated"), false, QString())
+    , transparentColor(*this, QStringLiteral("transparentColor"), QColor(Qt::white), QString())
+    , useTransparentColor(*this, QStringLiteral("useTransparentColor"), false, QString())
 {
     alignment.setKind(oru::alignmentKind);
     unit.setKind(units);

@@ -4,7 +4,7 @@
 
 #include <array>
 
-const QString OruVisLight::typeString = QString("vis.light");
+const QString OruVisLight::typeString = QStringLiteral("vis.light");
 
 namespace {
 
@@ -18,14 +18,14 @@ std::array<float, 4> components(const QColor& color)
 
 OruVisLight::OruVisLight(OruModifiedGroup& modifiedGroup)
     : OruVisualization(modifiedGroup, typeString)
-    , ambient(*this, QString("ambient"), QColor(Qt::black), QString())
-    , diffuse(*this, QString("diffuse"), QColor(Qt::white), QString())
-    , specular(*this, QString("specular"), QColor(Qt::white), QString())
-    , x(*this, QString("x"), 0.25f, QString())
-    , y(*this, QString("y"), 0.4f, QString())
-    , z(*this, QString("z"), 1.0f, QString())
-    , positional(*this, QString("positional"), false, QString())
-    , inModel(*this, QString("inModel"), false, QString())
+    , ambient(*this, QStringLiteral("ambient"), QColor(Qt::black), QString())
+    , diffuse(*this, QStringLiteral("diffuse"), QColor(Qt::white), QString())
+    , specular(*this, QStringLiteral("specular"), QColor(Qt::white), QString())
+    , x(*this, QStringLiteral("x"), 0.25f, QString())
+    , y(*this, QStringLiteral("y"), 0.4f, QString())
+    , z(*this, QStringLiteral("z"), 1.0f, QString())
+    , positional(*this, QStringLiteral("positional"), false, QString())
+    , inModel(*this, QStringLiteral("inModel"), false, QString())
 {}
 
 void OruVisLight::load(int index) const

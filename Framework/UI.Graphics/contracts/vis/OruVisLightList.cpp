@@ -5,11 +5,11 @@
 #include <memory>
 #include <stdexcept>
 
-const QString OruVisLightList::typeString = QString("vis.lights");
+const QString OruVisLightList::typeString = QStringLiteral("vis.lights");
 
 OruVisLightList::OruVisLightList(OruModifiedGroup& modifiedGroup)
     : OruVisualization(modifiedGroup, typeString)
-    , ambient(*this, QString("ambient"), QColor(51, 51, 51), QString())
+    , ambient(*this, QStringLiteral("ambient"), QColor(51, 51, 51), QString())
 {}
 
 bool OruVisLightList::insert(OruProperties* child, bool member)

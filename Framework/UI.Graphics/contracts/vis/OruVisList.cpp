@@ -14,7 +14,7 @@
 #include <stdexcept>
 #include <utility>
 
-const QString OruVisList::typeString = QString("vis.list");
+const QString OruVisList::typeString = QStringLiteral("vis.list");
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-const QString OruVisTriad::typeString = QString("vis.triad");
+const QString OruVisTriad::typeString = QStringLiteral("vis.triad");
 
 namespace {
 
@@ -97,18 +97,19 @@ private:
 
 OruVisTriad::OruVisTriad(OruModifiedGroup& modifiedGroup)
     : OruVisualization(modifiedGroup, typeString)
-    , labelX(*this, QString("labelX"), QString("X"), QString())
-    , labelY(*this, QString("labelY"), QString("Y"), QString())
-    , labelZ(*this, QString("labelZ"), QString("Z"), QString())
-    , labelXReverse(*this, QString("labelXReverse"), QString("-X"), QString())
-    , labelYReverse(*this, QString("labelYReverse"), QString("-Y"), QString())
-    , labelZReverse(*this, QString("labelZReverse"), QString("-Z"), QString())
-    , labelIsometric(*this, QString("labelIsometric"), QString("Iso"), QString())
-    , alignment(*this, QString("alignment"), static_cast<int>(Qt::AlignLeft | Qt::AlignBottom), QString())
-    , length(*this, QString("length"), 44.0f, QString())
-    , margin(*this, QString("margin"), 8.0f, QString())
-    , textSize(*this, QString("textSize"), 7, QString())
-    , order(*this, QString("order"), 100, QString())
+    , labelX(*this, QStringLiteral("labelX"), QStringLiteral("X"), QString())
+    , labelY(*this, QStringLiteral("labelY"), QStringLiteral("Y"), QString())
+    , labelZ(*this, QStringLiteral("labelZ"), QStringLiteral("Z"), QString())
+    , labelXReverse(*this, QStringLiteral("labelXReverse"), QStringLiteral("-X"), QString())
+    , labelYReverse(*this, QStringLiteral("labelYReverse"), QStringLiteral("-Y"), QString())
+    , labelZReverse(*this, QStringLiteral("labelZReverse"), QStringLiteral("-Z"), QString())
+    , labelIsometric(*this, QStringLiteral("labelIsometric"), QStringLiteral("Iso"), QString())
+    , alignment(*this, QStringLiteral("alignment"), static_cast<int>(Qt::AlignLeft | Qt::AlignBottom),
+                QString())
+    , length(*this, QStringLiteral("length"), 44.0f, QString())
+    , margin(*this, QStringLiteral("margin"), 8.0f, QString())
+    , textSize(*this, QStringLiteral("textSize"), 7, QString())
+    , order(*this, QStringLiteral("order"), 100, QString())
     , handler_(new Handler)
 {
     alignment.setKind(oru::alignmentKind);

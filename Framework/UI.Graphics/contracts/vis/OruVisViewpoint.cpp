@@ -1,8 +1,8 @@
 #include "contracts/vis/OruVisViewpoint.h"
 
-const QString OruVisViewpoint::typeString = QString("vis.viewpoint");
+const QString OruVisViewpoint::typeString = QStringLiteral("vis.viewpoint");
 
 OruVisViewpoint::OruVisViewpoint(OruModifiedGroup& modifiedGroup)
     : OruVisualization(modifiedGroup, typeString)
-    , matrix(*this, QString("matrix"), Kelvar::Math::Matrix::Identity, QString())
+    , matrix(*this, QStringLiteral("matrix"), Kelvar::Math::Matrix::Identity, QString())
 {}

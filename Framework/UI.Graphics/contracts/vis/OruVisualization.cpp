@@ -36,7 +36,7 @@ OruVisualization::SelectContext::~SelectContext() = default;
 
 OruVisualization::OruVisualization(OruModifiedGroup& modifiedGroup, const QString& typeText)
     : OruProperties(modifiedGroup)
-    , visible(*this, QString("visible"), true, QString())
+    , visible(*this, QStringLiteral("visible"), true, QString())
     , watcher_(*this)
 {
     setType(typeText);

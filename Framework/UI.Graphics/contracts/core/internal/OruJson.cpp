@@ -225,5 +225,5 @@ QString oru::jsonPosition(const QByteArray& document, int offset)
 {
     const QByteArray before = document.left(offset);
     const QByteArray line = before.mid(before.lastIndexOf('\n') + 1);
-    return QString::fromLatin1("%1:%2").arg(before.count('\n') + 1).arg(QString::fromUtf8(line).size() + 1);
+    return QStringLiteral("%1:%2").arg(before.count('\n') + 1).arg(QString::fromUtf8(line).size() + 1);
 }

@@ -54,7 +54,7 @@ bool OruPropertiesCheck::plainText(const QJsonValue& value, QString& text)
 bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
 {
     if (document.value(member("format")).toString() != format()) {
-        return refuseMember("format", QString::fromLatin1("\"format\" is not \"%1\"").arg(format()));
+        return refuseMember("format", QStringLiteral("\"format\" is not \"%1\"").arg(format()));
     }
     const QJsonValue version = document.value(member("version"));
     if (!isWhole(version, 1, 1e9)) {
@@ -62,7 +62,7 @@ bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
     }
     if (version.toDouble() > version_) {
         return refuseMember("version",
-                            QString::fromLatin1("version %1 is newer than %2, the newest that is known here")
+                            QStringLiteral("version %1 is newer than %2, the newest that is known here")
                                 .arg(oru::jsonNumber(version))
                                 .arg(version_));
     }
@@ -75,7 +75,7 @@ bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, OruProperties* nod
         return refuse(member("a node must be an object"));
     }
     if (depth > maximumDepth_) {
-        return refuse(QString::fromLatin1("the tree is deeper than %1 levels").arg(maximumDepth_));
+        return refuse(QStringLiteral("the tree is deeper than %1 levels").arg(maximumDepth_));
     }
     const QJsonObject json = value.toObject();
     // A sample hangs nowhere; which type it has is its maker's affair.
@@ -94,9 +94,8 @@ bool OruPropertiesCheck::acceptsType(const QJsonObject& json, const OruPropertie
         return refuseMember("type", member("\"type\" must be a string"));
     }
     if (node && type.toString() != node->type()) {
-        return refuseMember("type",
-                            QString::fromLatin1("type \"%1\", where the tree has a node of type \"%2\"")
-                                .arg(type.toString(), node->type()));
+        return refuseMember("type", QStringLiteral("type \"%1\", where the tree has a node of type \"%2\"")
+                                        .arg(type.toString(), node->type()));
     }
     return true;
 }
@@ -205,8 +204,7 @@ bool OruPropertiesCheck::acceptsName(const QJsonValue& child, QSet<QString>& tak
         return refuseMember("name", member("a child needs a \"name\" without '/'"));
     }
     if (taken.contains(name.toString())) {
-        return refuseMember("name",
-                            QString::fromLatin1("a second child of the name \"%1\"").arg(name.toString()));
+        return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(name.toString()));
     }
     taken.insert(name.toString());
     return true;
