@@ -28,12 +28,12 @@ struct Grid
 /// Of all grids with cells of a sane shape the fullest one; of several the one with the squarest cells.
 Grid gridFor(uint32_t triangles)
 {
-    uint32_t const half = triangles / 2;
-    auto const squarest = static_cast<uint32_t>(std::sqrt(half / 2.0));
+    const uint32_t half = triangles / 2;
+    const auto squarest = static_cast<uint32_t>(std::sqrt(half / 2.0));
     Grid best;
     for (uint32_t step = 0; step <= squarest / 3; ++step) {
-        for (uint32_t const rings : {squarest - step, squarest + step}) {
-            Grid const grid{std::max(rings, 1U), half / std::max(rings, 1U)};
+        for (const uint32_t rings : {squarest - step, squarest + step}) {
+            const Grid grid{std::max(rings, 1U), half / std::max(rings, 1U)};
             if (grid.segments >= 3 && grid.triangles() > best.triangles())
                 best = grid;
         }
@@ -43,15 +43,15 @@ Grid gridFor(uint32_t triangles)
 
 Vector3 bumpyPoint(double polar, double azimuth, double radius)
 {
-    double const x = std::sin(polar) * std::cos(azimuth);
-    double const y = std::sin(polar) * std::sin(azimuth);
-    double const z = std::cos(polar);
-    double const r =
+    const double x = std::sin(polar) * std::cos(azimuth);
+    const double y = std::sin(polar) * std::sin(azimuth);
+    const double z = std::cos(polar);
+    const double r =
         radius * (1.0 + 0.05 * std::sin(9.0 * x) * std::sin(8.0 * y + 1.0) * std::sin(7.0 * z + 2.0));
     return {static_cast<float>(r * x), static_cast<float>(r * y), static_cast<float>(r * z)};
 }
 
-std::vector<Vector3> pointsOf(Grid const& grid, double radius)
+std::vector<Vector3> pointsOf(const Grid& grid, double radius)
 {
     std::vector<Vector3> points;
     points.reserve(grid.southPole() + 1);
@@ -64,11 +64,11 @@ std::vector<Vector3> pointsOf(Grid const& grid, double radius)
     return points;
 }
 
-std::vector<uint32_t> indicesOf(Grid const& grid)
+std::vector<uint32_t> indicesOf(const Grid& grid)
 {
     std::vector<uint32_t> indices;
     indices.reserve(3 * std::size_t{grid.triangles()});
-    auto const triangle = [&indices](uint32_t a, uint32_t b, uint32_t c) {
+    const auto triangle = [&indices](uint32_t a, uint32_t b, uint32_t c) {
         indices.insert(indices.end(), {a, b, c});
     };
     for (uint32_t s = 0; s < grid.segments; ++s)
@@ -79,19 +79,19 @@ std::vector<uint32_t> indicesOf(Grid const& grid)
             triangle(grid.vertex(r, s), grid.vertex(r + 1, s + 1), grid.vertex(r, s + 1));
         }
     }
-    uint32_t const last = grid.rings - 1;
+    const uint32_t last = grid.rings - 1;
     for (uint32_t s = 0; s < grid.segments; ++s)
         triangle(grid.vertex(last, s), grid.southPole(), grid.vertex(last, s + 1));
     return indices;
 }
 
 /// The mean of the adjoining faces' normals, weighted by their areas.
-std::vector<Vector3> normalsOf(std::vector<Vector3> const& positions, std::vector<uint32_t> const& indices)
+std::vector<Vector3> normalsOf(const std::vector<Vector3>& positions, const std::vector<uint32_t>& indices)
 {
     std::vector<Vector3> normals(positions.size());
     for (std::size_t i = 0; i < indices.size(); i += 3) {
-        Vector3 const& origin = positions[indices[i]];
-        Vector3 const face = cross(positions[indices[i + 1]] - origin, positions[indices[i + 2]] - origin);
+        const Vector3& origin = positions[indices[i]];
+        const Vector3 face = cross(positions[indices[i + 1]] - origin, positions[indices[i + 2]] - origin);
         for (std::size_t corner = i; corner < i + 3; ++corner)
             normals[indices[corner]] += face;
     }
@@ -104,7 +104,7 @@ std::vector<Vector3> normalsOf(std::vector<Vector3> const& positions, std::vecto
 
 SampleMesh bumpySphere(uint32_t triangles, float radius)
 {
-    Grid const grid = gridFor(triangles);
+    const Grid grid = gridFor(triangles);
     SampleMesh mesh;
     mesh.positions = pointsOf(grid, radius);
     mesh.indices = indicesOf(grid);

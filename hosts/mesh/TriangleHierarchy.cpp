@@ -40,7 +40,7 @@ constexpr Box emptyBox()
     return {inf, inf, inf, -inf, -inf, -inf};
 }
 
-void grow(Box& box, Box const& other)
+void grow(Box& box, const Box& other)
 {
     for (std::size_t axis = 0; axis < 3; ++axis) {
         box[axis] = std::min(box[axis], other[axis]);
@@ -48,13 +48,13 @@ void grow(Box& box, Box const& other)
     }
 }
 
-Box boxOf(Vector3 const& a, Vector3 const& b, Vector3 const& c)
+Box boxOf(const Vector3& a, const Vector3& b, const Vector3& c)
 {
     return {std::min({a.x, b.x, c.x}), std::min({a.y, b.y, c.y}), std::min({a.z, b.z, c.z}),
             std::max({a.x, b.x, c.x}), std::max({a.y, b.y, c.y}), std::max({a.z, b.z, c.z})};
 }
 
-bool isFinite(Vector3 const& v)
+bool isFinite(const Vector3& v)
 {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
@@ -62,7 +62,7 @@ bool isFinite(Vector3 const& v)
 /// A linear function of the homogeneous model point (x, y, z, 1).
 using Linear = std::array<double, 4>;
 
-Linear combine(double a, Linear const& f, double b, Linear const& g)
+Linear combine(double a, const Linear& f, double b, const Linear& g)
 {
     Linear sum{};
     for (std::size_t i = 0; i < 4; ++i)
@@ -70,7 +70,7 @@ Linear combine(double a, Linear const& f, double b, Linear const& g)
     return sum;
 }
 
-double at(Linear const& f, Vector3 const& p)
+double at(const Linear& f, const Vector3& p)
 {
     return f[0] * p.x + f[1] * p.y + f[2] * p.z + f[3];
 }
@@ -80,7 +80,7 @@ class HalfSpace
 {
 public:
     /// @param magnitude  bounds the terms that `inside` was made from: what its rounding error is relative to
-    HalfSpace(Linear const& inside, Linear const& magnitude)
+    HalfSpace(const Linear& inside, const Linear& magnitude)
         : inside_(inside)
         , magnitude_(magnitude)
     {
@@ -89,21 +89,21 @@ public:
     }
 
     /// The largest value of the function in the box.
-    double farthest(Box const& box) const
+    double farthest(const Box& box) const
     {
         return inside_[0] * box[farthest_[0]] + inside_[1] * box[farthest_[1]] +
                inside_[2] * box[farthest_[2]] + inside_[3];
     }
 
     /// False when the box lies outside for certain, whatever the rounding.
-    bool meets(Box const& box) const
+    bool meets(const Box& box) const
     {
-        double const value = farthest(box);
+        const double value = farthest(box);
         return !(value < 0.0 && value < -roundingError * magnitudeIn(box));
     }
 
 private:
-    double magnitudeIn(Box const& box) const
+    double magnitudeIn(const Box& box) const
     {
         double sum = magnitude_[3];
         for (std::size_t axis = 0; axis < 3; ++axis)
@@ -133,11 +133,11 @@ struct Range
 
 /// The rows or columns that a triangle may cover, in one of the two coordinates; rather one too many than one
 /// too few, and all of them when a part of the triangle lies behind the eye.
-Range reach(Corners const& corners, double Corner::*coordinate, int count)
+Range reach(const Corners& corners, double Corner::*coordinate, int count)
 {
     double lowest = std::numeric_limits<double>::infinity();
     double highest = -lowest;
-    for (Corner const& each : corners) {
+    for (const Corner& each : corners) {
         if (!(each.w > 0.0))
             return {0, count - 1};
         lowest = std::min(lowest, each.*coordinate / each.w);
@@ -161,7 +161,7 @@ bool straddles(double a, double b, double c)
 class Query
 {
 public:
-    explicit Query(OruVisPickVolume const& volume)
+    explicit Query(const OruVisPickVolume& volume)
         : volume_(volume)
         , columns_(windowColumns(volume))
         , sides_{above(x(), 0.0), above(y(), 0.0), below(x(), volume.width() - 1.0),
@@ -169,35 +169,35 @@ public:
         , depthLimit_(nearerThan(1.0))
     {}
 
-    bool mayImprove(Box const& box) const
+    bool mayImprove(const Box& box) const
     {
         if (!depthLimit_.meets(box))
             return false;
         return std::all_of(sides_.begin(), sides_.end(),
-                           [&box](HalfSpace const& side) { return side.meets(box); });
+                           [&box](const HalfSpace& side) { return side.meets(box); });
     }
 
     /// Orders boxes by the nearest depth in them: larger is nearer to the eye.
-    double nearness(Box const& box) const { return depthLimit_.farthest(box); }
+    double nearness(const Box& box) const { return depthLimit_.farthest(box); }
 
-    void test(Vector3 const& a, Vector3 const& b, Vector3 const& c, uint32_t triangle)
+    void test(const Vector3& a, const Vector3& b, const Vector3& c, uint32_t triangle)
     {
-        Corners const corners{corner(a), corner(b), corner(c)};
-        Range const rows = reach(corners, &Corner::y, volume_.height());
-        Range const columns = reach(corners, &Corner::x, volume_.width());
+        const Corners corners{corner(a), corner(b), corner(c)};
+        const Range rows = reach(corners, &Corner::y, volume_.height());
+        const Range columns = reach(corners, &Corner::x, volume_.width());
         for (int row = rows.first; row <= rows.last; ++row)
             for (int column = columns.first; column <= columns.last; ++column)
                 testPixel(corners, column, row, triangle);
     }
 
-    std::optional<Hit> const& best() const { return best_; }
+    const std::optional<Hit>& best() const { return best_; }
 
 private:
     using Columns = std::array<Linear, 4>;
 
-    static Columns windowColumns(OruVisPickVolume const& volume)
+    static Columns windowColumns(const OruVisPickVolume& volume)
     {
-        Matrix const& matrix = volume.toWindow();
+        const Matrix& matrix = volume.toWindow();
         Columns columns{};
         for (int column = 0; column < 4; ++column)
             for (int row = 0; row < 4; ++row)
@@ -207,10 +207,10 @@ private:
         return columns;
     }
 
-    Linear const& x() const { return columns_[0]; }
-    Linear const& y() const { return columns_[1]; }
-    Linear const& z() const { return columns_[2]; }
-    Linear const& w() const { return columns_[3]; }
+    const Linear& x() const { return columns_[0]; }
+    const Linear& y() const { return columns_[1]; }
+    const Linear& z() const { return columns_[2]; }
+    const Linear& w() const { return columns_[3]; }
 
     static Linear absolute(Linear f)
     {
@@ -220,20 +220,20 @@ private:
     }
 
     /// f / w >= limit
-    HalfSpace above(Linear const& f, double limit) const
+    HalfSpace above(const Linear& f, double limit) const
     {
         return {combine(1.0, f, -limit, w()), combine(1.0, absolute(f), std::abs(limit), absolute(w()))};
     }
 
     /// f / w <= limit
-    HalfSpace below(Linear const& f, double limit) const
+    HalfSpace below(const Linear& f, double limit) const
     {
         return {combine(-1.0, f, limit, w()), combine(1.0, absolute(f), std::abs(limit), absolute(w()))};
     }
 
     HalfSpace nearerThan(double depth) const { return below(z(), depth); }
 
-    Corner corner(Vector3 const& p) const { return {at(x(), p), at(y(), p), at(z(), p), at(w(), p)}; }
+    Corner corner(const Vector3& p) const { return {at(x(), p), at(y(), p), at(z(), p), at(w(), p)}; }
 
     void testPixel(Corners corners, int column, int row, uint32_t triangle)
     {
@@ -241,26 +241,26 @@ private:
             each.x -= column * each.w;
             each.y -= row * each.w;
         }
-        auto const& [a, b, c] = corners;
+        const auto& [a, b, c] = corners;
         if (!straddles(a.x, b.x, c.x) || !straddles(a.y, b.y, c.y))
             return;
-        double const ofA = b.x * c.y - b.y * c.x;
-        double const ofB = c.x * a.y - c.y * a.x;
-        double const ofC = a.x * b.y - a.y * b.x;
-        double const sum = ofA * a.w + ofB * b.w + ofC * c.w;
-        bool const covered = sum > 0.0 ? ofA >= 0.0 && ofB >= 0.0 && ofC >= 0.0
+        const double ofA = b.x * c.y - b.y * c.x;
+        const double ofB = c.x * a.y - c.y * a.x;
+        const double ofC = a.x * b.y - a.y * b.x;
+        const double sum = ofA * a.w + ofB * b.w + ofC * c.w;
+        const bool covered = sum > 0.0 ? ofA >= 0.0 && ofB >= 0.0 && ofC >= 0.0
                                        : sum < 0.0 && ofA <= 0.0 && ofB <= 0.0 && ofC <= 0.0;
         if (!covered)
             return;
-        double const depth = (ofA * a.z + ofB * b.z + ofC * c.z) / sum;
+        const double depth = (ofA * a.z + ofB * b.z + ofC * c.z) / sum;
         if (depth >= 0.0 && depth <= 1.0)
             offer(depth, column, row, triangle);
     }
 
     void offer(double exactDepth, int column, int row, uint32_t triangle)
     {
-        double const step = std::floor(exactDepth * depthSteps + 0.5);
-        Hit const hit{static_cast<float>(step / depthSteps),
+        const double step = std::floor(exactDepth * depthSteps + 0.5);
+        const Hit hit{static_cast<float>(step / depthSteps),
                       volume_.distanceFromCentre(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
                       triangle};
         if (best_ && !isBetter(hit, *best_))
@@ -270,7 +270,7 @@ private:
         best_ = hit;
     }
 
-    static bool isBetter(Hit const& hit, Hit const& than)
+    static bool isBetter(const Hit& hit, const Hit& than)
     {
         if (hit.depth != than.depth)
             return hit.depth < than.depth;
@@ -279,7 +279,7 @@ private:
         return hit.triangle < than.triangle;
     }
 
-    OruVisPickVolume const& volume_;
+    const OruVisPickVolume& volume_;
     Columns columns_;
     std::array<HalfSpace, 5> sides_;
     HalfSpace depthLimit_;
@@ -302,7 +302,7 @@ public:
         collect(positionCount, triangleCount);
         if (entries_.empty())
             return;
-        std::size_t const leaves = leafCountFor(entries_.size());
+        const std::size_t leaves = leafCountFor(entries_.size());
         hierarchy_.triangles_.resize(entries_.size());
         hierarchy_.boxes_.resize(2 * leaves - 1);
         split(0, 0, leaves);
@@ -315,7 +315,7 @@ private:
         uint32_t triangle;
     };
 
-    Vector3 const& corner(uint32_t triangle, std::size_t which) const
+    const Vector3& corner(uint32_t triangle, std::size_t which) const
     {
         return hierarchy_.positions_[hierarchy_.indices_[3 * std::size_t{triangle} + which]];
     }
@@ -338,10 +338,10 @@ private:
     {
         entries_.reserve(triangleCount);
         for (std::size_t i = 0; i < triangleCount; ++i) {
-            auto const triangle = static_cast<uint32_t>(i);
+            const auto triangle = static_cast<uint32_t>(i);
             if (!isUsable(triangle, positionCount))
                 continue;
-            Box const box = boxOfTriangle(triangle);
+            const Box box = boxOfTriangle(triangle);
             entries_.push_back({{0.5F * box[0] + 0.5F * box[3], 0.5F * box[1] + 0.5F * box[4],
                                  0.5F * box[2] + 0.5F * box[5]},
                                 triangle});
@@ -352,11 +352,11 @@ private:
 
     Box split(std::size_t node, std::size_t firstLeaf, std::size_t leafCount)
     {
-        std::size_t const first = firstOf(firstLeaf);
-        std::size_t const last = firstOf(firstLeaf + leafCount);
+        const std::size_t first = firstOf(firstLeaf);
+        const std::size_t last = firstOf(firstLeaf + leafCount);
         if (leafCount == 1)
             return hierarchy_.boxes_[node] = fillLeaf(first, last);
-        std::size_t const half = leafCount / 2;
+        const std::size_t half = leafCount / 2;
         halve(first, firstOf(firstLeaf + half), last);
         Box box = emptyBox();
         if (half >= leavesPerThread) {
@@ -384,10 +384,10 @@ private:
     /// Of the box of the triangles' centres; a sample of them is good enough for that.
     std::size_t longestAxis(std::size_t first, std::size_t last) const
     {
-        std::size_t const stride = 1 + (last - first) / 64;
+        const std::size_t stride = 1 + (last - first) / 64;
         Box box = emptyBox();
         for (std::size_t i = first; i < last; i += stride) {
-            auto const& [x, y, z] = entries_[i].centre;
+            const auto& [x, y, z] = entries_[i].centre;
             grow(box, {x, y, z, x, y, z});
         }
         std::array<double, 3> extent{};
@@ -401,16 +401,16 @@ private:
     /// progress.
     void halve(std::size_t first, std::size_t middle, std::size_t last)
     {
-        std::size_t const axis = longestAxis(first, last);
+        const std::size_t axis = longestAxis(first, last);
         for (int round = 0; round < 16 && last - first > 32; ++round) {
-            float const pivot = pivotFor(axis, first, middle, last);
-            std::size_t const cut = partition(axis, pivot, first, last);
+            const float pivot = pivotFor(axis, first, middle, last);
+            const std::size_t cut = partition(axis, pivot, first, last);
             if (cut == first)
                 break;
             (cut <= middle ? first : last) = cut;
         }
         std::nth_element(entries_.data() + first, entries_.data() + middle, entries_.data() + last,
-                         [axis](Entry const& a, Entry const& b) { return a.centre[axis] < b.centre[axis]; });
+                         [axis](const Entry& a, const Entry& b) { return a.centre[axis] < b.centre[axis]; });
     }
 
     /// An estimate, from a sample, of the coordinate at `middle` of the ordered range.
@@ -418,7 +418,7 @@ private:
     {
         constexpr std::size_t sampleSize = 15;
         std::array<float, sampleSize> sample;
-        std::size_t const stride = (last - first) / sampleSize;
+        const std::size_t stride = (last - first) / sampleSize;
         for (std::size_t i = 0; i < sampleSize; ++i)
             sample[i] = entries_[first + i * stride + stride / 2].centre[axis];
         std::sort(sample.begin(), sample.end());
@@ -430,7 +430,7 @@ private:
     {
         std::size_t cut = first;
         for (std::size_t i = first; i < last; ++i) {
-            Entry const entry = entries_[i];
+            const Entry entry = entries_[i];
             entries_[i] = entries_[cut];
             entries_[cut] = entry;
             cut += entry.centre[axis] < pivot ? 1 : 0;
@@ -442,8 +442,8 @@ private:
     std::vector<Entry> entries_;
 };
 
-TriangleHierarchy TriangleHierarchy::build(std::vector<Vector3> const& positions,
-                                           std::vector<uint32_t> const& indices)
+TriangleHierarchy TriangleHierarchy::build(const std::vector<Vector3>& positions,
+                                           const std::vector<uint32_t>& indices)
 {
     TriangleHierarchy hierarchy;
     hierarchy.positions_ = positions.data();
@@ -452,15 +452,15 @@ TriangleHierarchy TriangleHierarchy::build(std::vector<Vector3> const& positions
     return hierarchy;
 }
 
-std::optional<Hit> TriangleHierarchy::pick(OruVisPickVolume const& volume) const
+std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
 {
     if (triangles_.empty() || volume.empty())
         return std::nullopt;
     Query query(volume);
-    auto const testLeaf = [&](std::size_t leaf) {
-        std::size_t const last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
+    const auto testLeaf = [&](std::size_t leaf) {
+        const std::size_t last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
         for (std::size_t i = leaf * trianglesPerLeaf; i < last; ++i) {
-            uint32_t const* corners = indices_ + 3 * std::size_t{triangles_[i]};
+            const uint32_t* corners = indices_ + 3 * std::size_t{triangles_[i]};
             query.test(positions_[corners[0]], positions_[corners[1]], positions_[corners[2]], triangles_[i]);
         }
     };
@@ -472,14 +472,14 @@ std::optional<Hit> TriangleHierarchy::pick(OruVisPickVolume const& volume) const
     std::array<Subtree, 64> waiting;
     waiting[0] = {0, 0, leafCountFor(triangles_.size())};
     for (std::size_t count = 1; count > 0;) {
-        auto const [node, firstLeaf, leafCount] = waiting[--count];
+        const auto [node, firstLeaf, leafCount] = waiting[--count];
         if (!query.mayImprove(boxes_[node]))
             continue;
         if (leafCount == 1) {
             testLeaf(firstLeaf);
             continue;
         }
-        std::size_t const half = leafCount / 2;
+        const std::size_t half = leafCount / 2;
         Subtree nearer{node + 1, firstLeaf, half};
         Subtree farther{node + 2 * half, firstLeaf + half, leafCount - half};
         if (query.nearness(boxes_[nearer.node]) < query.nearness(boxes_[farther.node]))

@@ -40,14 +40,14 @@ public:
 
     /// Three indices make a triangle; one or two left over at the end are ignored. A triangle with an index
     /// outside `positions` or with a corner that is not finite is left out: it is never hit.
-    static TriangleHierarchy build(std::vector<Kelvar::Math::Vector3> const& positions,
-                                   std::vector<uint32_t> const& indices);
+    static TriangleHierarchy build(const std::vector<Kelvar::Math::Vector3>& positions,
+                                   const std::vector<uint32_t>& indices);
 
     /// The nearest hit over the centres of all pixels of the window; nothing when no triangle covers one
     /// between the near and the far plane. A pixel centre on a triangle's edge counts as covered, both faces
     /// count, and the matrix may be a perspective one. Equal depths: the pixel nearer to the window's centre,
     /// then the triangle that comes first in `indices`.
-    std::optional<Hit> pick(OruVisPickVolume const& volume) const;
+    std::optional<Hit> pick(const OruVisPickVolume& volume) const;
 
     /// Triangles that can be hit.
     std::size_t triangleCount() const { return triangles_.size(); }
@@ -61,8 +61,8 @@ public:
 private:
     class Builder;
 
-    Kelvar::Math::Vector3 const* positions_ = nullptr;
-    uint32_t const* indices_ = nullptr;
+    const Kelvar::Math::Vector3* positions_ = nullptr;
+    const uint32_t* indices_ = nullptr;
     /// Triangle numbers; each leaf owns a run of them.
     std::vector<uint32_t> triangles_;
     /// A balanced binary tree in preorder: with n leaves below a node, the first child follows it directly

@@ -26,16 +26,16 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 /// Depth, distance from the centre and triangle of a hit: the least one is the one to find.
 using Found = std::tuple<float, double, uint32_t>;
-Found const miss{2.0F, 0.0, 0};
+const Found miss{2.0F, 0.0, 0};
 
-Found pick(TriangleHierarchy const& hierarchy, OruVisPickVolume const& volume)
+Found pick(const TriangleHierarchy& hierarchy, const OruVisPickVolume& volume)
 {
-    auto const hit = hierarchy.pick(volume);
+    const auto hit = hierarchy.pick(volume);
     return hit ? Found{hit->depth, hit->centreDistance, hit->triangle} : miss;
 }
 
 /// A pick window in a viewport of 64 x 64 pixels.
-OruVisPickVolume volumeAt(Matrix const& modelView, QMatrix4x4 const& projection, QPoint pixel, int size)
+OruVisPickVolume volumeAt(const Matrix& modelView, const QMatrix4x4& projection, QPoint pixel, int size)
 {
     kelvartest::VisStage stage;
     stage.viewport = OruOglViewport(0, 0, 64, 64);
@@ -47,8 +47,8 @@ OruVisPickVolume volumeAt(Matrix const& modelView, QMatrix4x4 const& projection,
 
 /// The depth at which a pixel's centre sees a triangle: the point a + u (b - a) + v (c - a) that the matrix
 /// takes to the centre.
-std::optional<double> depthAt(double x, double y, Matrix const& toWindow,
-                              std::array<Vector3, 3> const& corners)
+std::optional<double> depthAt(double x, double y, const Matrix& toWindow,
+                              const std::array<Vector3, 3>& corners)
 {
     double f[3][4];
     for (int k = 0; k < 3; ++k) {
@@ -61,24 +61,24 @@ std::optional<double> depthAt(double x, double y, Matrix const& toWindow,
         f[k][0] -= x * f[k][3];
         f[k][1] -= y * f[k][3];
     }
-    auto const area = [&f](int i, int k) { return f[i][0] * f[k][1] - f[k][0] * f[i][1]; };
-    double const u = area(2, 0) / area(1, 2);
-    double const v = area(0, 1) / area(1, 2);
-    double const w = f[0][3] + u * f[1][3] + v * f[2][3];
-    double const depth = (f[0][2] + u * f[1][2] + v * f[2][2]) / w;
-    bool const seen = u >= 0.0 && v >= 0.0 && u + v <= 1.0 && w > 0.0 && depth >= 0.0 && depth <= 1.0;
+    const auto area = [&f](int i, int k) { return f[i][0] * f[k][1] - f[k][0] * f[i][1]; };
+    const double u = area(2, 0) / area(1, 2);
+    const double v = area(0, 1) / area(1, 2);
+    const double w = f[0][3] + u * f[1][3] + v * f[2][3];
+    const double depth = (f[0][2] + u * f[1][2] + v * f[2][2]) / w;
+    const bool seen = u >= 0.0 && v >= 0.0 && u + v <= 1.0 && w > 0.0 && depth >= 0.0 && depth <= 1.0;
     return seen ? std::optional<double>(depth) : std::nullopt;
 }
 
-Found pickByTryingAll(SampleMesh const& mesh, OruVisPickVolume const& volume)
+Found pickByTryingAll(const SampleMesh& mesh, const OruVisPickVolume& volume)
 {
     Found best = miss;
     for (uint32_t i = 0; i < mesh.indices.size() / 3; ++i) {
-        auto const corner = [&](int k) { return mesh.positions[mesh.indices[3 * i + k]]; };
+        const auto corner = [&](int k) { return mesh.positions[mesh.indices[3 * i + k]]; };
         for (double x = volume.x() + 0.5; x < volume.x() + volume.width(); ++x) {
             for (double y = volume.y() + 0.5; y < volume.y() + volume.height(); ++y) {
-                if (auto const depth = depthAt(x, y, volume.toWindow(), {corner(0), corner(1), corner(2)})) {
-                    auto const step = static_cast<float>(std::round(*depth * 16777216.0) / 16777216.0);
+                if (const auto depth = depthAt(x, y, volume.toWindow(), {corner(0), corner(1), corner(2)})) {
+                    const auto step = static_cast<float>(std::round(*depth * 16777216.0) / 16777216.0);
                     best = std::min(best, Found{step, volume.distanceFromCentre(x, y), i});
                 }
             }
@@ -92,10 +92,10 @@ SampleMesh soup(uint32_t triangles, float size)
 {
     std::mt19937 random(triangles);
     std::uniform_real_distribution<float> unit(-1.0F, 1.0F);
-    auto const point = [&] { return Vector3(unit(random), unit(random), unit(random)); };
+    const auto point = [&] { return Vector3(unit(random), unit(random), unit(random)); };
     SampleMesh mesh;
     for (uint32_t i = 0; i < triangles; ++i) {
-        Vector3 const place = point();
+        const Vector3 place = point();
         for (uint32_t corner = 0; corner < 3; ++corner) {
             mesh.indices.push_back(3 * i + corner);
             mesh.positions.push_back(place + point() * size);
@@ -113,7 +113,7 @@ SampleMesh withOutlier(SampleMesh mesh)
 
 struct RandomCase
 {
-    char const* name;
+    const char* name;
     SampleMesh mesh;
     bool perspective;
     int pickSize;
@@ -123,11 +123,11 @@ struct RandomCase
 };
 
 /// A view of the cube that RandomCase's scale and offset place the mesh in.
-OruVisPickVolume randomView(RandomCase const& row, std::mt19937& random)
+OruVisPickVolume randomView(const RandomCase& row, std::mt19937& random)
 {
-    auto const unit = [&random] { return std::uniform_real_distribution<float>(-1.0F, 1.0F)(random); };
+    const auto unit = [&random] { return std::uniform_real_distribution<float>(-1.0F, 1.0F)(random); };
     QMatrix4x4 projection;
-    float const half = 2.0F / row.zoom;
+    const float half = 2.0F / row.zoom;
     if (row.perspective)
         projection.perspective(50.0F / row.zoom, 1.0F, 0.5F, 6.0F);
     else
@@ -136,13 +136,13 @@ OruVisPickVolume randomView(RandomCase const& row, std::mt19937& random)
     modelView *= Matrix::rotate(Vector3{unit(), 1.0F, unit()}, 180.0F * unit());
     modelView *= Matrix::rotate(Vector3{unit(), unit(), 1.0F}, 180.0F * unit());
     modelView *= Matrix::translate(Vector3(0.0F, 0.0F, -1.5F + unit()));
-    QPoint const pixel{32 + static_cast<int>(36 * unit()), 32 + static_cast<int>(36 * unit())};
+    const QPoint pixel{32 + static_cast<int>(36 * unit()), 32 + static_cast<int>(36 * unit())};
     return volumeAt(modelView, projection, pixel, row.pickSize);
 }
 
 TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
 {
-    RandomCase const rows[] = {
+    const RandomCase rows[] = {
         {"small triangles", soup(400, 0.3F), false, 3},
         {"small triangles, perspective", soup(400, 0.3F), true, 3},
         {"one pixel", soup(900, 0.3F), false, 1},
@@ -157,18 +157,18 @@ TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
         {"far from the origin", soup(100, 1.0F), false, 9, 1.0F, 1.0F, {3000.0F, -5000.0F, 2000.0F}},
         {"one corner far away", withOutlier(soup(100, 1.0F)), true, 3},
     };
-    for (RandomCase const& row : rows) {
+    for (const RandomCase& row : rows) {
         SCOPED_TRACE(row.name);
         SampleMesh mesh = row.mesh;
         for (Vector3& position : mesh.positions)
             position = position * row.scale + row.offset;
-        TriangleHierarchy const hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
+        const TriangleHierarchy hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
         EXPECT_LE(hierarchy.byteSize(), 12 * mesh.indices.size() / 3 + 24);
         std::mt19937 random(1);
         int hits = 0;
         for (int i = 0; i < 60; ++i) {
-            OruVisPickVolume const volume = randomView(row, random);
-            Found const found = pick(hierarchy, volume);
+            const OruVisPickVolume volume = randomView(row, random);
+            const Found found = pick(hierarchy, volume);
             ASSERT_EQ(found, pickByTryingAll(mesh, volume)) << "view " << i;
             hits += found != miss;
         }
@@ -179,7 +179,7 @@ TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
 /// Model x and y are pixels, model z is the window depth; the window lies about pixel (10, 10).
 struct ExactCase
 {
-    char const* name;
+    const char* name;
     std::vector<Vector3> positions;
     std::vector<uint32_t> indices;
     int pickSize;
@@ -197,18 +197,18 @@ std::vector<Vector3> flat(float z, float left = 0, float right = 40)
     return {{left, 0, z}, {right, 0, z}, {(left + right) / 2, 40, z}};
 }
 
-std::vector<Vector3> operator+(std::vector<Vector3> a, std::vector<Vector3> const& b)
+std::vector<Vector3> operator+(std::vector<Vector3> a, const std::vector<Vector3>& b)
 {
     a.insert(a.end(), b.begin(), b.end());
     return a;
 }
 
 using Indices = std::vector<uint32_t>;
-Indices const one{0, 1, 2};
-Indices const two{3, 4, 5, 0, 1, 2};
-Indices const strip{0, 2, 1, 1, 2, 3};
+const Indices one{0, 1, 2};
+const Indices two{3, 4, 5, 0, 1, 2};
+const Indices strip{0, 2, 1, 1, 2, 3};
 
-ExactCase const exactCases[] = {
+const ExactCase exactCases[] = {
     {"nothing at all", {}, {}, 3},
     {"indices short of a triangle", flat(0.5F), {0, 1}, 3},
     {"two indices too many", flat(0.5F), {0, 1, 2, 0, 1}, 3, {0.5F, 0.0, 0}},
@@ -247,18 +247,18 @@ OruVisPickVolume pixelView(int pickSize)
 
 TEST(TriangleHierarchyTest, FollowsTheRuleOfTheNearestPixel)
 {
-    for (ExactCase const& row : exactCases) {
-        auto const hierarchy = TriangleHierarchy::build(row.positions, row.indices);
+    for (const ExactCase& row : exactCases) {
+        const auto hierarchy = TriangleHierarchy::build(row.positions, row.indices);
         EXPECT_EQ(pick(hierarchy, pixelView(row.pickSize)), row.expected) << row.name;
     }
     SampleMesh mesh = soup(2000, 0.5F);
     for (Vector3& position : mesh.positions)
         position = Vector3(10.5F + 9.0F * position.x, 10.5F + 9.0F * position.y, 0.3F);
-    Found const found = pick(TriangleHierarchy::build(mesh.positions, mesh.indices), pixelView(15));
+    const Found found = pick(TriangleHierarchy::build(mesh.positions, mesh.indices), pixelView(15));
     EXPECT_EQ(found, pickByTryingAll(mesh, pixelView(15))) << "a flat face of many";
     EXPECT_EQ(std::get<double>(found), 0.0);
-    for (float const factor : {0.0F, nan, std::numeric_limits<float>::infinity()}) {
-        auto const nothing = volumeAt(Matrix(), QMatrix4x4() * factor, QPoint(32, 32), 9);
+    for (const float factor : {0.0F, nan, std::numeric_limits<float>::infinity()}) {
+        const auto nothing = volumeAt(Matrix(), QMatrix4x4() * factor, QPoint(32, 32), 9);
         EXPECT_EQ(pick(TriangleHierarchy::build(mesh.positions, mesh.indices), nothing), miss) << factor;
     }
 }
