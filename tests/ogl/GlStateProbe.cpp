@@ -26,7 +26,7 @@ constexpr Names hostile = {GL_DEPTH_TEST,
                            GL_LINE_SMOOTH,
                            GL_VERTEX_PROGRAM_ARB,
                            GL_FRAGMENT_PROGRAM_ARB};
-// Of each texture unit.
+/// Of each texture unit.
 constexpr Names targets = {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP,
                            GL_TEXTURE_RECTANGLE};
 constexpr Names generators = {GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T};
@@ -74,7 +74,7 @@ void addNumbers(std::ostream& text, const Names& names)
     }
 }
 
-// A texture of a single red texel, bound.
+/// A texture of a single red texel, bound.
 GLuint redTexture(GLenum target)
 {
     const GLubyte red[] = {255, 0, 0, 255};
@@ -96,7 +96,7 @@ GLuint redTexture(GLenum target)
     return name;
 }
 
-// Extensions are no part of the library that is linked.
+/// Extensions are no part of the library that is linked.
 template <typename Function>
 Function extension(const char* name)
 {

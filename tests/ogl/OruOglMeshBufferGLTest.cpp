@@ -8,7 +8,7 @@ using kelvartest::glStateText;
 
 namespace {
 
-// Two triangles that make the square of the pixels 10 to 19, in two colours if asked for.
+/// Two triangles that make the square of the pixels 10 to 19, in two colours if asked for.
 struct Square
 {
     std::vector<float> positions{9.5f, 9.5f, 0, 19.5f, 9.5f, 0, 19.5f, 19.5f, 0, 9.5f, 19.5f, 0};

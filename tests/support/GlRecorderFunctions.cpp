@@ -45,7 +45,7 @@ std::string glName(unsigned value)
 
 namespace {
 
-// How the arguments of one kind read in a line.
+/// How the arguments of one kind read in a line.
 struct Enum
 {
     unsigned value;

@@ -28,7 +28,7 @@ struct DrawingMark
 
 const QString OruScene::typeString = QLatin1String("scene");
 
-// The group is handed over at once, so it goes with the last node, also when a later member throws.
+/// The group is handed over at once, so it goes with the last node, also when a later member throws.
 OruScene::OruScene(const QString& fonts, const QString& images, const QString& user)
     : OruProperties((new OruModifiedGroup)->handOver())
     , zpr(group)

@@ -97,8 +97,8 @@ OruSceneRender::~OruSceneRender()
     Kelvar::Math::CircleTable::clear();
 }
 
-// The list gets its content and the logo its values before the list enters this node's tree, so whoever
-// watches the tree sees it arrive whole.
+/// The list gets its content and the logo its values before the list enters this node's tree, so whoever
+/// watches the tree sees it arrive whole.
 void OruSceneRender::buildDefaultTree()
 {
     rename(typeString);
@@ -120,7 +120,7 @@ void OruSceneRender::buildDefaultTree()
     OruProperties::insert(&visualizations, true);
 }
 
-// Top right corner, 64 pixels high and never below 16, its white background transparent; hidden at first.
+/// Top right corner, 64 pixels high and never below 16, its white background transparent; hidden at first.
 void OruSceneRender::setLogoDefaults()
 {
     logo.visible.setValue(false);

@@ -161,8 +161,8 @@ void OruSceneRender::draw2dPass(const OruVisualization::DrawContext& dc)
     leavePass();
 }
 
-// The overlays run after the passes, outside their attribute entries: in the host's own state, over the 2D
-// matrices that the 2D pass has left.
+/// The overlays run after the passes, outside their attribute entries: in the host's own state, over the 2D
+/// matrices that the 2D pass has left.
 void OruSceneRender::drawOverlays(const OruSceneRenderContext& rc, const OruProcessTimes& start)
 {
     if (!rc.tooltip.isEmpty()) {

@@ -84,7 +84,7 @@ Matrix Matrix::scale(const Vector3& factors)
     return Matrix(factors.x * VectorX, factors.y * VectorY, factors.z * VectorZ);
 }
 
-// Rodrigues' formula, transposed for row vectors: R = c I + (1 - c) a a' + s [a]x'.
+/// Rodrigues' formula, transposed for row vectors: R = c I + (1 - c) a a' + s [a]x'.
 Matrix Matrix::rotate(const Vector3& axis, float degrees)
 {
     const double length =

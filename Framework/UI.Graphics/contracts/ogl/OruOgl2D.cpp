@@ -21,7 +21,7 @@ Span common(int begin, int length, int otherBegin, int otherLength)
     return {first, std::max(first, last)};
 }
 
-// Viewports do not clip the width of a line: half of it would show beyond the edge, in another view perhaps.
+/// Viewports do not clip the width of a line: half of it would show beyond the edge, in another view perhaps.
 void clipAt(const OruOglViewport& viewport)
 {
     int box[] = {viewport.x, viewport.y, viewport.width, viewport.height};

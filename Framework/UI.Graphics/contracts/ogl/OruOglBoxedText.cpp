@@ -12,7 +12,7 @@ namespace {
 
 constexpr int shadowAlpha = 96;
 
-// Pixels from `left` and `bottom` on, right and up.
+/// Pixels from `left` and `bottom` on, right and up.
 struct Box
 {
     int left;
@@ -21,7 +21,7 @@ struct Box
     int height;
 };
 
-// Where a box of length `extent` starts, and to which side of the point its shadow falls: -1, 0 or 1.
+/// Where a box of length `extent` starts, and to which side of the point its shadow falls: -1, 0 or 1.
 struct Side
 {
     int start;
@@ -52,15 +52,15 @@ void fillBox(const Box& box, const QColor& color)
     coverBox(box);
 }
 
-// A coordinate from which lengths can be counted on without an overflow; none beyond can be seen.
+/// A coordinate from which lengths can be counted on without an overflow; none beyond can be seen.
 int nearby(int coordinate)
 {
     constexpr int farthest = 1 << 24;
     return std::clamp(coordinate, -farthest, farthest);
 }
 
-// From the pixels of the window to those of the viewport. Who names a side may know the width of the viewport
-// alone; in one that begins further right the box would be cut off at the left edge.
+/// From the pixels of the window to those of the viewport. Who names a side may know the width of the
+/// viewport alone; in one that begins further right the box would be cut off at the left edge.
 void moveIntoViewport(Box& box)
 {
     const OruOglViewport viewport = glGetViewport();
@@ -76,7 +76,7 @@ Box shrunk(const Box& box, int by)
     return {box.left + by, box.bottom + by, box.width - 2 * by, box.height - 2 * by};
 }
 
-// The border of `box`, each pixel once.
+/// The border of `box`, each pixel once.
 void drawFrame(const Box& box, int width, const QColor& color)
 {
     const int inner = box.height - 2 * width;
@@ -86,7 +86,7 @@ void drawFrame(const Box& box, int width, const QColor& color)
     fillBox({box.left + box.width - width, box.bottom + width, width, inner}, color);
 }
 
-// The part of the shifted box that the box itself does not cover.
+/// The part of the shifted box that the box itself does not cover.
 void drawShadow(const Box& box, int shiftX, int shiftY)
 {
     const QColor color(0, 0, 0, shadowAlpha);

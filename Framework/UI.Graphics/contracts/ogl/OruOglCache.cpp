@@ -19,7 +19,7 @@
 
 namespace {
 
-// The key of images without a transparent colour; valid colours are opaque here.
+/// The key of images without a transparent colour; valid colours are opaque here.
 constexpr unsigned int noColor = 0;
 
 constexpr unsigned int colorBits = 0x00ffffff;
@@ -33,8 +33,8 @@ void refuse(const QString& path, const QString& reason)
     stream << std::endl;
 }
 
-// Puts a reader of the image file to work; false for a file that is missing, and a line for one that is not
-// to be read. A folder, device or FIFO is not even opened: that might block.
+/// Puts a reader of the image file to work; false for a file that is missing, and a line for one that is not
+/// to be read. A folder, device or FIFO is not even opened: that might block.
 bool openImage(const QString& path, QImageReader& reader)
 {
     const QFileInfo info(path);
@@ -102,7 +102,7 @@ void makeTransparent(QImage& image, unsigned int key)
     }
 }
 
-// An image as OpenGL takes it: the lowest line first, no larger than a texture may be.
+/// An image as OpenGL takes it: the lowest line first, no larger than a texture may be.
 QImage textureImage(const QImage& source, unsigned int key)
 {
     QImage image = source.convertToFormat(QImage::Format_ARGB32);

@@ -41,7 +41,7 @@ unsigned int binding(GLenum name)
     return static_cast<unsigned int>(value);
 }
 
-// Leaves unit 0 active.
+/// Leaves unit 0 active.
 void disableTextures(const OruOglFeatures& features)
 {
     for (int unit = features.textureUnits - 1; unit >= 0; --unit) {
@@ -65,7 +65,7 @@ void disableTheRest(const OruOglFeatures& features)
     }
 }
 
-// By hand, since the stack of texture matrices may have room for a single one.
+/// By hand, since the stack of texture matrices may have room for a single one.
 void loadTextureMatrix(const Kelvar::Math::Matrix& matrix)
 {
     glPushAttrib(GL_TRANSFORM_BIT);

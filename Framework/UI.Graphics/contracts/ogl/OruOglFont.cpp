@@ -15,13 +15,13 @@
 
 namespace {
 
-// Hinted for whole pixels in height, with the shapes left alone in width.
+/// Hinted for whole pixels in height, with the shapes left alone in width.
 constexpr FT_Int32 loadFlags = FT_LOAD_TARGET_LIGHT;
 
 constexpr unsigned int smallestXHeight = 3;
 constexpr unsigned int largestXHeight = 100;
 
-// The height of a small x as a share of the em, where a font does not say.
+/// The height of a small x as a share of the em, where a font does not say.
 constexpr double usualXHeight = 0.5;
 
 constexpr int tabWidth = 4;
@@ -36,7 +36,7 @@ int pixelsAbove(FT_Pos units64)
     return static_cast<int>((units64 + 63) >> 6);
 }
 
-// FreeType lets threads share a handle if they take turns in making and ending its faces.
+/// FreeType lets threads share a handle if they take turns in making and ending its faces.
 std::mutex faceTurns;
 
 FT_Error newFace(FT_Library library, const char* path, FT_Long index, FT_Face* face)
@@ -51,7 +51,7 @@ void doneFace(FT_Face face)
     FT_Done_Face(face);
 }
 
-// One for all fonts of the process, as long as there is a font.
+/// One for all fonts of the process, as long as there is a font.
 std::shared_ptr<FT_LibraryRec_> freeType()
 {
     const std::lock_guard<std::mutex> turn(faceTurns);

@@ -14,7 +14,7 @@ using Kelvar::Math::Matrix;
 
 namespace {
 
-// Eye space depths from the nearer to the farther plane: distances along -z.
+/// Eye space depths from the nearer to the farther plane: distances along -z.
 struct DepthRange
 {
     double near;
@@ -26,7 +26,7 @@ constexpr double marginShare = 0.05;
 constexpr double smallestHalfDepth = 1e-3;
 constexpr double smallestRelativeHalfDepth = 1e-5;
 
-// Beyond this the entries of the projection or of its inverse would leave the range of float.
+/// Beyond this the entries of the projection or of its inverse would leave the range of float.
 constexpr double largestDepth = 1e30;
 
 DepthRange depthRange(const BoundingBox& box, const Matrix& modelView)
@@ -55,13 +55,13 @@ void flipUpright(QImage& image)
     }
 }
 
-// 0 to 255; a value that is not a number counts as opaque.
+/// 0 to 255; a value that is not a number counts as opaque.
 GLubyte alphaByte(float alpha)
 {
     return alpha < 255.0f ? static_cast<GLubyte>(std::lround(std::max(alpha, 0.0f))) : GLubyte(255);
 }
 
-// Colours of an extended range reach beyond 0 to 255.
+/// Colours of an extended range reach beyond 0 to 255.
 GLubyte byte(int component)
 {
     return static_cast<GLubyte>(std::clamp(component, 0, 255));

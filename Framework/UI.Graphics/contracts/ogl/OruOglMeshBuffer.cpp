@@ -12,7 +12,7 @@
 
 namespace {
 
-// Indices of this many vertices fit into two bytes.
+/// Indices of this many vertices fit into two bytes.
 constexpr std::size_t shortIndexVertices = 0x10000;
 
 bool usable(const OruOglMeshArrays& arrays)
@@ -28,13 +28,13 @@ const void* bufferOffset(std::size_t bytes)
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bytes));
 }
 
-// Arrays that a host may have left enabled; a mesh enables those of its own.
+/// Arrays that a host may have left enabled; a mesh enables those of its own.
 constexpr GLenum clientArrays[] = {
     GL_NORMAL_ARRAY, GL_COLOR_ARRAY,     GL_SECONDARY_COLOR_ARRAY, GL_TEXTURE_COORD_ARRAY,
     GL_INDEX_ARRAY,  GL_EDGE_FLAG_ARRAY, GL_FOG_COORD_ARRAY,
 };
 
-// The caller's arrays and buffer bindings, put aside for the length of a scope in which none is enabled.
+/// The caller's arrays and buffer bindings, put aside for the length of a scope in which none is enabled.
 class ClientArrayScope
 {
 public:
@@ -52,7 +52,7 @@ public:
     ClientArrayScope& operator=(const ClientArrayScope&) = delete;
 };
 
-// Binds a buffer and puts the caller's binding back.
+/// Binds a buffer and puts the caller's binding back.
 class ArrayBufferBinding
 {
 public:
@@ -69,7 +69,7 @@ private:
     GLint before_ = 0;
 };
 
-// Makes room in the bound buffer. False without memory; takes GL's complaint off then.
+/// Makes room in the bound buffer. False without memory; takes GL's complaint off then.
 bool reserve(std::size_t bytes)
 {
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr, GL_STATIC_DRAW);

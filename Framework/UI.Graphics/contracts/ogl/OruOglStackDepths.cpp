@@ -13,7 +13,7 @@ int depth(GLenum name)
     return value;
 }
 
-// Inside glBegin a query gives an error and no answer: that is how an open primitive shows.
+/// Inside glBegin a query gives an error and no answer: that is how an open primitive shows.
 void closePrimitive()
 {
     if (depth(GL_ATTRIB_STACK_DEPTH) == unknownDepth) {

@@ -17,8 +17,8 @@ const char* const OruOglText::defaultFace = oru::defaultFace;
 
 namespace {
 
-// Sends rectangles of whole pixels, relative to the lower left pixel of a text, turned about that pixel's
-// centre.
+/// Sends rectangles of whole pixels, relative to the lower left pixel of a text, turned about that pixel's
+/// centre.
 class TurnedRectangles
 {
 public:
@@ -57,7 +57,7 @@ struct DrawnGlyph
     QPoint pen;
 };
 
-// All glyphs with something to show, those of one texture together.
+/// All glyphs with something to show, those of one texture together.
 std::vector<DrawnGlyph> drawnGlyphs(OruOglGlyphAtlas& atlas, const OruOglFont::Layout& layout)
 {
     std::vector<DrawnGlyph> drawn;

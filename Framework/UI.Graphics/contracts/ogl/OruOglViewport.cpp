@@ -12,7 +12,7 @@ struct Span
     int length;
 };
 
-// A start and a length of either sign as a start and a non-negative length, kept within the range of int.
+/// A start and a length of either sign as a start and a non-negative length, kept within the range of int.
 Span normalizedSpan(std::int64_t start, std::int64_t length)
 {
     const std::int64_t smallest =

@@ -7,7 +7,7 @@
 
 namespace {
 
-// A copy keeps the editor alive while it runs, whatever it does to the render's own pointer.
+/// A copy keeps the editor alive while it runs, whatever it does to the render's own pointer.
 boost::shared_ptr<IOruVisPropertyEdit> editorInForce(OruSceneRender& render)
 {
     return render.editor();

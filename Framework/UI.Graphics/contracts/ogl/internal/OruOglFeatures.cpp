@@ -12,7 +12,7 @@
 
 namespace {
 
-// A context has a feature from a version on (10 times its number), or by an extension.
+/// A context has a feature from a version on (10 times its number), or by an extension.
 struct Feature
 {
     int version;
@@ -45,7 +45,7 @@ std::string text(GLenum name)
     return found ? reinterpret_cast<const char*>(found) : "";
 }
 
-// The texts in which a context tells what it has.
+/// The texts in which a context tells what it has.
 struct Texts
 {
     std::string version = text(GL_VERSION);

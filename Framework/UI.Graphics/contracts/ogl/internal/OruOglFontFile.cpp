@@ -25,7 +25,7 @@ const FcChar8* fcText(const char* text)
     return reinterpret_cast<const FcChar8*>(text);
 }
 
-// The best match for the families, in this order of preference; null where there is no font at all.
+/// The best match for the families, in this order of preference; null where there is no font at all.
 Pattern bestMatch(std::initializer_list<const char*> families)
 {
     Pattern wanted(FcPatternCreate());

@@ -8,10 +8,10 @@
 
 namespace {
 
-// Free texels right of and below each glyph, so that turned text does not show its neighbours.
+/// Free texels right of and below each glyph, so that turned text does not show its neighbours.
 constexpr int gap = 1;
 
-// Room for about 500 glyphs of everyday text; large type gets larger pages.
+/// Room for about 500 glyphs of everyday text; large type gets larger pages.
 constexpr int smallPage = 512;
 constexpr int largePage = 2048;
 constexpr int largeLine = 64;

@@ -10,14 +10,14 @@ struct Setting
     float plain;
 };
 
-// What lies between a pixel in memory and its colour.
+/// What lies between a pixel in memory and its colour.
 constexpr Setting transferSettings[] = {
     {GL_MAP_COLOR, 0.0f},  {GL_RED_SCALE, 1.0f},   {GL_GREEN_SCALE, 1.0f},
     {GL_BLUE_SCALE, 1.0f}, {GL_ALPHA_SCALE, 1.0f}, {GL_RED_BIAS, 0.0f},
     {GL_GREEN_BIAS, 0.0f}, {GL_BLUE_BIAS, 0.0f},   {GL_ALPHA_BIAS, 0.0f},
 };
 
-// Offsets and byte orders of images in memory; all are 0 in a plain image.
+/// Offsets and byte orders of images in memory; all are 0 in a plain image.
 constexpr GLenum storeSettings[] = {
     GL_PACK_SWAP_BYTES,     GL_PACK_LSB_FIRST,     GL_PACK_ROW_LENGTH,  GL_PACK_SKIP_ROWS,
     GL_PACK_SKIP_PIXELS,    GL_PACK_IMAGE_HEIGHT,  GL_PACK_SKIP_IMAGES, GL_UNPACK_SWAP_BYTES,
