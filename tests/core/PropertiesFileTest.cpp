@@ -83,7 +83,7 @@ TEST_F(OruPropertiesFileTest, WritesAFormThatPeopleCanRead)
     root.string().setValue("zoom", 1.1);
     root.string().setValue("pick", 3);
     root.string().setUnit("pick", "px");
-    root.flags = OruProperties::DefaultContent;
+    root.flags = OruProperties::defaultContent;
     root.insert(new Branch(group, "child"), false);
     ASSERT_TRUE(save(root)) << error.toStdString();
     EXPECT_EQ(read(), R"({
@@ -295,7 +295,7 @@ TEST_F(OruPropertiesFileTest, RefusesFilesThatItCannotReadOrThatAreTooLarge)
     EXPECT_FALSE(OruPropertiesFile::load(root, "/proc/self/mem", &error));
     EXPECT_EQ(error, "/proc/self/mem: Input/output error");
     QFile large(file);
-    EXPECT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(OruPropertiesFile::MaximumBytes + 1));
+    EXPECT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(OruPropertiesFile::maximumBytes + 1));
     EXPECT_FALSE(load(root));
     EXPECT_THAT(error.toStdString(), testing::StartsWith(file.toStdString() + ":1:1: larger than"));
 }
@@ -312,7 +312,7 @@ TEST_F(OruPropertiesFileTest, FailedSaveLeavesTheFileAlone)
     const std::string before = read();
     Branch deep(group, "deep");
     OruProperties* last = &deep;
-    for (int i = 0; i < OruPropertiesFile::MaximumDepth + 1; ++i) {
+    for (int i = 0; i < OruPropertiesFile::maximumDepth + 1; ++i) {
         auto* next = new Branch(group, "next");
         last->insert(next, false);
         last = next;

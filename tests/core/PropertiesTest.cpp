@@ -174,7 +174,7 @@ TEST_F(OruPropertiesTest, ParentDeletesWhatItOwnsLastFirstAndOrphansMembers)
 TEST_F(OruPropertiesTest, CopyTakesTheContentAndNotThePlace)
 {
     entry.setType("kind");
-    entry.flags = OruProperties::DefaultContent | 1;
+    entry.flags = OruProperties::defaultContent | 1;
     entry.string().setValue("length", 2.5);
     entry.string().setUnit("length", "mm");
     entry.insert(&loose, true);
@@ -183,7 +183,7 @@ TEST_F(OruPropertiesTest, CopyTakesTheContentAndNotThePlace)
     entry.string().setValue("length", 3.5);
     EXPECT_EQ(copy.name(), QStringLiteral("entry"));
     EXPECT_EQ(copy.type(), QStringLiteral("kind"));
-    EXPECT_EQ(copy.flags, OruProperties::DefaultContent | 1);
+    EXPECT_EQ(copy.flags, OruProperties::defaultContent | 1);
     EXPECT_EQ(textOf(copy, "length"), QStringLiteral("2.5")) << "the stores are apart";
     EXPECT_EQ(copy.string().getUnit("length", ""), QStringLiteral("mm"));
     EXPECT_EQ(copy.parent(), nullptr);

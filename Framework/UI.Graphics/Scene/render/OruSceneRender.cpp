@@ -115,7 +115,7 @@ void OruSceneRender::buildDefaultTree()
     visualizations.insert(&logo, true);
     setLogoDefaults();
 
-    flags |= DefaultContent;
+    flags |= defaultContent;
     OruProperties::insert(geometry.get(), true);
     OruProperties::insert(&visualizations, true);
 }

@@ -28,7 +28,7 @@ class KELVAR_CORE_API OruProperties : public OruModified
 public:
     /// Bit of `flags`: the library that made this node also filled it with default content. It tells a reader
     /// where the defaults of a tree come from; nothing depends on it, and a saved tree keeps it.
-    static constexpr std::uint16_t DefaultContent = 0x100;
+    static constexpr std::uint16_t defaultContent = 0x100;
 
     /// A nameless node without type, values or children.
     explicit OruProperties(OruModifiedGroup& sharedGroup);
@@ -106,7 +106,7 @@ public:
     /// The node that this one is a child of, or null.
     OruProperties* parent() const { return static_cast<OruProperties*>(parentRecord()); }
 
-    /// Free for notes about the node; see DefaultContent.
+    /// Free for notes about the node; see defaultContent.
     std::uint16_t flags = 0;
 
 private:

@@ -87,10 +87,10 @@ QString nameOf(const QJsonObject& json)
 bool readText(const QString& file, QByteArray& text, QString* error)
 {
     QString reason;
-    if (!OruFileReader::read(file, OruPropertiesFile::MaximumBytes, text, reason)) {
+    if (!OruFileReader::read(file, OruPropertiesFile::maximumBytes, text, reason)) {
         return reason.isEmpty()
                    ? failAt(error, file, member("1:1"),
-                            QStringLiteral("larger than %1 bytes").arg(OruPropertiesFile::MaximumBytes))
+                            QStringLiteral("larger than %1 bytes").arg(OruPropertiesFile::maximumBytes))
                    : fail(error, file, reason);
     }
     if (text.startsWith("\xEF\xBB\xBF")) {
@@ -141,12 +141,12 @@ bool parse(const QString& file, const QByteArray& text, QJsonObject& document, Q
 
 bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QString* error)
 {
-    if (depthOf(root) > MaximumDepth) {
-        return fail(error, file, QStringLiteral("the tree is deeper than %1 levels").arg(MaximumDepth));
+    if (depthOf(root) > maximumDepth) {
+        return fail(error, file, QStringLiteral("the tree is deeper than %1 levels").arg(maximumDepth));
     }
     const QByteArray text = OruPropertiesFile::text(root);
-    if (text.size() > MaximumBytes) {
-        return fail(error, file, QStringLiteral("the tree takes more than %1 bytes").arg(MaximumBytes));
+    if (text.size() > maximumBytes) {
+        return fail(error, file, QStringLiteral("the tree takes more than %1 bytes").arg(maximumBytes));
     }
     OruFileWriter out(file);
     if (!out.replace(text)) {
@@ -179,7 +179,7 @@ bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const 
     if (!parse(file, text, document, error)) {
         return false;
     }
-    OruPropertiesCheck check(Version, MaximumDepth);
+    OruPropertiesCheck check(Version, maximumDepth);
     if (!check.accepts(document, root)) {
         const int offset = oru::jsonOffset(text, check.place());
         return failAt(error, file, oru::jsonPosition(text, offset), check.reason());

@@ -33,8 +33,8 @@ class KELVAR_CORE_API OruPropertiesFile
 {
 public:
     /// Largest file, in bytes, and deepest tree, in levels below the root, that is written or read.
-    static constexpr int MaximumBytes = 64 * 1024 * 1024;
-    static constexpr int MaximumDepth = 400;
+    static constexpr int maximumBytes = 64 * 1024 * 1024;
+    static constexpr int maximumDepth = 400;
 
     /// The version that save() writes; load() refuses files of a later one.
     static constexpr int Version = 1;

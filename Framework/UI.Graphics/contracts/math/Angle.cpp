@@ -8,12 +8,12 @@ namespace Math {
 
 namespace {
 
-constexpr double RadiansPerDegree = 0.017453292519943295;
+constexpr double radiansPerDegree = 0.017453292519943295;
 
 /// The sine of a count of quarter turns and a rest of at most 45 degrees on either side.
 double sine(int quarters, double restDegrees)
 {
-    const double rest = restDegrees * RadiansPerDegree;
+    const double rest = restDegrees * radiansPerDegree;
     const double magnitude = (quarters & 1) != 0 ? std::cos(rest) : std::sin(rest);
     return (quarters & 2) != 0 ? -magnitude : magnitude;
 }
@@ -32,7 +32,7 @@ double sineOf(double degrees, int furtherQuarters)
 
 double Angle::radians() const
 {
-    return degrees_ * RadiansPerDegree;
+    return degrees_ * radiansPerDegree;
 }
 
 double Angle::sin() const

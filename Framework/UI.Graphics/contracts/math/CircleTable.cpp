@@ -42,7 +42,7 @@ Points polygon(int segments)
 
 std::shared_ptr<const Points> CircleTable::points(int segments)
 {
-    const int count = std::clamp(segments, MinSegments, MaxSegments);
+    const int count = std::clamp(segments, minSegments, maxSegments);
     Tables& all = tables();
     const std::lock_guard<std::mutex> turn(all.turns);
     std::shared_ptr<const Points>& table = all.bySegments[count];

@@ -13,8 +13,8 @@ namespace Math {
 class KELVAR_MATH_API CircleTable
 {
 public:
-    static constexpr int MinSegments = 3;
-    static constexpr int MaxSegments = 4096;
+    static constexpr int minSegments = 3;
+    static constexpr int maxSegments = 4096;
 
     /// The corners of the regular polygon with that many segments, counter-clockwise from (1, 0, 0); the
     /// first is not repeated. A count outside the limits counts as the nearest limit. Never null, and valid

@@ -123,8 +123,8 @@ Matrix Matrix::inverse() const
 
 Matrix Matrix::orientation() const
 {
-    static constexpr int MaxSteps = 100;
-    static constexpr double Settled = 1e-14;
+    static constexpr int maxSteps = 100;
+    static constexpr double settled = 1e-14;
 
     DoubleMatrix q{Matrix()};
     if (!normalizedLinearPart(*this, q)) {
@@ -132,7 +132,7 @@ Matrix Matrix::orientation() const
     }
     const double handedness = q.determinant3x3() < 0.0 ? -1.0 : 1.0;
     double change = 1.0;
-    for (int step = 0; step < MaxSteps && change > Settled; ++step) {
+    for (int step = 0; step < maxSteps && change > settled; ++step) {
         change = polarStep(q);
     }
     if (change < 0.0) {

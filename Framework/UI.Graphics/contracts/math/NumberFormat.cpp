@@ -9,13 +9,13 @@ namespace Math {
 
 namespace {
 
-constexpr double SmallestPlain = 1e-5;
-constexpr double LargestPlain = 1e15;
-constexpr int DigitsOfDouble = 17;
+constexpr double smallestPlain = 1e-5;
+constexpr double largestPlain = 1e15;
+constexpr int digitsOfDouble = 17;
 
 double rounded(double value, int significantDigits)
 {
-    if (significantDigits < 1 || significantDigits >= DigitsOfDouble) {
+    if (significantDigits < 1 || significantDigits >= digitsOfDouble) {
         return value;
     }
     char text[32];
@@ -29,7 +29,7 @@ double rounded(double value, int significantDigits)
 std::string shortest(double value)
 {
     const double magnitude = std::fabs(value);
-    const bool plain = magnitude >= SmallestPlain && magnitude < LargestPlain;
+    const bool plain = magnitude >= smallestPlain && magnitude < largestPlain;
     char text[32];
     const std::to_chars_result end = std::to_chars(
         text, text + sizeof text, value, plain ? std::chars_format::fixed : std::chars_format::scientific);

@@ -19,7 +19,7 @@ class KELVAR_VIS_API OruVisTriadLayout
 {
 public:
     /// The labels by number: the ends of X, Y and Z, those of -X, -Y and -Z, and the isometric view.
-    static constexpr int LabelCount = 7;
+    static constexpr int labelCount = 7;
     static constexpr int Isometric = 6;
 
     struct Request
@@ -33,7 +33,7 @@ public:
         float length = 0.0f;
         float margin = 0.0f;
         /// Extents of the texts; an empty one has no label.
-        std::array<QSize, LabelCount> texts;
+        std::array<QSize, labelCount> texts;
     };
 
     struct Label
