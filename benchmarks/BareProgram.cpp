@@ -38,19 +38,19 @@ void BareProgram::add(const Part& part)
                   part.positions.size(),
                   static_cast<int>(part.indices.size()),
                   GL_UNSIGNED_INT,
-                  part.colour,
-                  !part.colours.empty(),
+                  part.color,
+                  !part.colors.empty(),
                   part.closed};
     const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
-    const std::size_t colourBlock = part.colours.size() * sizeof(uint32_t);
+    const std::size_t colorBlock = part.colors.size() * sizeof(uint32_t);
     glGenBuffers(1, &object.vertices);
     glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(2 * block + colourBlock), nullptr, GL_STATIC_DRAW);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(2 * block + colorBlock), nullptr, GL_STATIC_DRAW);
     glBufferSubData(GL_ARRAY_BUFFER, 0, static_cast<GLsizeiptr>(block), part.positions.data());
     glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(block), static_cast<GLsizeiptr>(block),
                     part.normals.data());
-    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(2 * block), static_cast<GLsizeiptr>(colourBlock),
-                    part.colours.data());
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(2 * block), static_cast<GLsizeiptr>(colorBlock),
+                    part.colors.data());
 
     glGenBuffers(1, &object.indices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, object.indices);
@@ -69,7 +69,7 @@ void BareProgram::add(const Part& part)
 void BareProgram::add(const hostkit::Model& model)
 {
     for (const auto& part : model.parts) {
-        add({part->colour, part->positions, part->normals, part->colours, part->indices, part->closed});
+        add({part->color, part->positions, part->normals, part->colors, part->indices, part->closed});
     }
 }
 
@@ -126,19 +126,19 @@ void BareProgram::setState()
 void BareProgram::drawObject(const Object& object)
 {
     (object.closed ? glEnable : glDisable)(GL_CULL_FACE);
-    glColor4ub(static_cast<GLubyte>(object.colour.red()), static_cast<GLubyte>(object.colour.green()),
-               static_cast<GLubyte>(object.colour.blue()), static_cast<GLubyte>(object.colour.alpha()));
+    glColor4ub(static_cast<GLubyte>(object.color.red()), static_cast<GLubyte>(object.color.green()),
+               static_cast<GLubyte>(object.color.blue()), static_cast<GLubyte>(object.color.alpha()));
     glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, object.indices);
     const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
     glVertexPointer(3, GL_FLOAT, 0, offset(0));
     glNormalPointer(GL_FLOAT, 0, offset(block));
-    if (object.coloured) {
+    if (object.colored) {
         glEnableClientState(GL_COLOR_ARRAY);
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(2 * block));
     }
     glDrawElements(GL_TRIANGLES, object.indexCount, object.indexType, offset(0));
-    if (object.coloured) {
+    if (object.colored) {
         glDisableClientState(GL_COLOR_ARRAY);
     }
 }

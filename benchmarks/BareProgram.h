@@ -22,10 +22,10 @@ public:
 
     struct Part
     {
-        QColor colour;
+        QColor color;
         const std::vector<Kelvar::Math::Vector3>& positions;
         const std::vector<Kelvar::Math::Vector3>& normals;
-        const std::vector<uint32_t>& colours; ///< for each position, or none
+        const std::vector<uint32_t>& colors; ///< for each position, or none
         const std::vector<uint32_t>& indices;
         bool closed;
     };
@@ -45,8 +45,8 @@ private:
         std::size_t vertexCount;
         int indexCount;
         unsigned int indexType;
-        QColor colour;
-        bool coloured, closed;
+        QColor color;
+        bool colored, closed;
     };
 
     static void setState();

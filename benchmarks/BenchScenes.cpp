@@ -34,14 +34,14 @@ const GridScene gridScenes[] = {
 
 const char* const engineName = "engine";
 
-/// From centre to centre; the spheres have a radius of about 1.
+/// From center to center; the spheres have a radius of about 1.
 constexpr float spacing = 2.5f;
 
 MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int number)
 {
     MeshSource source;
     source.name = QStringLiteral("sphere %1").arg(number);
-    source.colour = QColor::fromHsv(number * 47 % 360, 120, 230);
+    source.color = QColor::fromHsv(number * 47 % 360, 120, 230);
     source.positions = sphere.positions;
     for (Vector3& position : source.positions) {
         position += place;
@@ -56,7 +56,7 @@ Arrays arraysOf(const Model& model)
     Arrays arrays;
     for (const auto& part : model.parts) {
         arrays.push_back(
-            {part->name, part->colour, part->positions, part->normals, part->colours, part->indices});
+            {part->name, part->color, part->positions, part->normals, part->colors, part->indices});
     }
     return arrays;
 }

@@ -34,7 +34,7 @@ void drawBare(const bench::Scene& scene)
     bench::BareProgram bare;
     Kelvar::Math::BoundingBox box;
     for (const hostkit::MeshSource& part : scene.arrays) {
-        bare.add({part.colour, part.positions, part.normals, part.colours, part.indices, scene.closed});
+        bare.add({part.color, part.positions, part.normals, part.colors, part.indices, scene.closed});
         for (const auto& position : part.positions) {
             box.add(position);
         }

@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     check(text, 0, "whole number");
     check(text, 0.0f, "float");
     check(text, 0.0, "double");
-    check(text, QColor(), "colour");
+    check(text, QColor(), "color");
     check(text, Kelvar::Math::Matrix(), "matrix");
     return 0;
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Draws logoKelvar.png: a K folded from three faces of a cube, on white.
 
-White is the colour that the logo is shown without, so edges are hard: no pixel is nearly white.
+White is the color that the logo is shown without, so edges are hard: no pixel is nearly white.
 Run once after a change here: python3 resources/drawLogo.py
 """
 import pathlib
@@ -29,11 +29,11 @@ def inside(corners, x, y):
 
 def pixel(column, row):
     x, y = (column + 0.5) * 100 / SIZE, (row + 0.5) * 100 / SIZE
-    colour = WHITE
+    color = WHITE
     for face, corners in FACES:
         if inside(corners, x, y):
-            colour = face
-    return bytes(colour)
+            color = face
+    return bytes(color)
 
 
 def chunk(kind, data):

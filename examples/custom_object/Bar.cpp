@@ -139,14 +139,14 @@ Bar::Bar(OruModifiedGroup& modifiedGroup, const QString& barName, float x, const
 
 Bar::~Bar() = default;
 
-/// The pass has set up lights and a material that follows the current colour, which is an object's to set.
+/// The pass has set up lights and a material that follows the current color, which is an object's to set.
 void Bar::draw3d(const DrawContext&)
 {
     glColor(marked.value() ? QColor(Qt::white) : color.value());
     drawBox(bounds());
 }
 
-/// Looks through the centre of each pixel in the pick window, so the bar is hit just where it is seen.
+/// Looks through the center of each pixel in the pick window, so the bar is hit just where it is seen.
 OruVisHitRecordList Bar::select3d(const SelectContext& context)
 {
     OruVisHitRecordList hits;
@@ -163,7 +163,7 @@ OruVisHitRecordList Bar::select3d(const SelectContext& context)
                 depthOnLine(box, toModel.transform({px, py, 0.0f}), toModel.transform({px, py, 1.0f}));
             if (depth) {
                 const OruVisHitRecord record = {*depth, hitName_.value()};
-                hits.add(record, OruVisHitRecordList::Rank::Scene3d, window.distanceFromCentre(px, py),
+                hits.add(record, OruVisHitRecordList::Rank::Scene3d, window.distanceFromCenter(px, py),
                          handler, this);
             }
         }

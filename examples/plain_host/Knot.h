@@ -6,7 +6,7 @@
 
 class OruOglMeshBuffer;
 
-/// A tube along a trefoil knot, about 6 units wide, in the colours of the rainbow: something to look at.
+/// A tube along a trefoil knot, about 6 units wide, in the colors of the rainbow: something to look at.
 class Knot : public OruVisualization
 {
 public:

@@ -22,7 +22,7 @@ struct Verb
 
 const Verb verbs[] = {
     {"offset", "Move %1", nullptr},
-    {"color", "Colour %1", nullptr},
+    {"color", "Color %1", nullptr},
     {"marked", "Mark %1", "Unmark %1"},
     {"visible", "Show %1", "Hide %1"},
 };

@@ -50,7 +50,7 @@ public:
     bool turnAbout(const QPoint& pixel, double degrees);
 
     /// Hands the scene one wheel event of one step, towards or away from the person, with what lies under the
-    /// pointer as its fixed point; the centre that the view orbits about stays.
+    /// pointer as its fixed point; the center that the view orbits about stays.
     bool wheelAbout(const QPoint& pixel);
 
     /// The view that is shown.

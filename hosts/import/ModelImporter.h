@@ -16,7 +16,7 @@ namespace hostkit {
 /// Each use of a mesh in the file becomes a part of its own with the place baked in. The result's Z axis
 /// points up: a model of a format that defines Y as up (glTF, COLLADA, X3D, VRML) is turned, any other stays
 /// as it is. Normals are those of the file, or worked out where it has none and for STL, whose facets have no
-/// others than flat ones. Materials give a colour; textures, lines and points are left out.
+/// others than flat ones. Materials give a color; textures, lines and points are left out.
 class KELVAR_IMPORT_API ModelImporter
 {
 public:

@@ -28,15 +28,15 @@ struct Mesh
     /// Not empty, without '/'; not necessarily unique within its model.
     QString name;
 
-    /// The colour of the material; drawn where `colours` is empty.
-    QColor colour;
+    /// The color of the material; drawn where `colors` is empty.
+    QColor color;
 
     /// All finite. Normals have length 1 and there are as many as positions.
     std::vector<Kelvar::Math::Vector3> positions;
     std::vector<Kelvar::Math::Vector3> normals;
 
-    /// A colour for each position, bytes red, green, blue, alpha in memory; empty: none of its own.
-    std::vector<uint32_t> colours;
+    /// A color for each position, bytes red, green, blue, alpha in memory; empty: none of its own.
+    std::vector<uint32_t> colors;
 
     /// Three a triangle, counter-clockwise seen from outside; all below the number of positions.
     std::vector<uint32_t> indices;

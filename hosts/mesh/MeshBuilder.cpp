@@ -75,7 +75,7 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
     , mesh_(std::make_shared<Mesh>())
 {
     mesh_->name = source_.name;
-    mesh_->colour = source_.colour;
+    mesh_->color = source_.color;
 }
 
 std::shared_ptr<const Mesh> MeshWork::run()
@@ -173,20 +173,19 @@ void MeshWork::buildVerticesAt(uint32_t point)
 uint32_t MeshWork::vertexFor(uint32_t corner, const Vector3& normal, std::size_t firstAtPoint)
 {
     const uint32_t old = source_.indices[corner];
-    const bool coloured = !source_.colours.empty();
+    const bool colored = !source_.colors.empty();
     std::size_t vertex = mesh_->positions.size();
     const std::size_t last = vertex > mostComparedVertices ? vertex - mostComparedVertices : 0;
     while (vertex > std::max(firstAtPoint, last)) {
         --vertex;
-        if (mesh_->normals[vertex] == normal &&
-            (!coloured || mesh_->colours[vertex] == source_.colours[old])) {
+        if (mesh_->normals[vertex] == normal && (!colored || mesh_->colors[vertex] == source_.colors[old])) {
             return static_cast<uint32_t>(vertex);
         }
     }
     mesh_->positions.push_back(source_.positions[old]);
     mesh_->normals.push_back(normal);
-    if (coloured) {
-        mesh_->colours.push_back(source_.colours[old]);
+    if (colored) {
+        mesh_->colors.push_back(source_.colors[old]);
     }
     mesh_->bounds.add(source_.positions[old]);
     return static_cast<uint32_t>(mesh_->positions.size() - 1);

@@ -16,14 +16,14 @@ namespace hostkit {
 struct MeshSource
 {
     QString name;
-    QColor colour;
+    QColor color;
     std::vector<Kelvar::Math::Vector3> positions;
 
     /// As many as positions, or none: then they are worked out from the triangles.
     std::vector<Kelvar::Math::Vector3> normals;
 
     /// As many as positions, or none; bytes red, green, blue, alpha in memory.
-    std::vector<uint32_t> colours;
+    std::vector<uint32_t> colors;
 
     /// Three a triangle, each below the number of positions.
     std::vector<uint32_t> indices;

@@ -22,8 +22,8 @@ using Kelvar::Math::Vector3;
 
 namespace {
 
-const QColor markColour(255, 140, 0);
-/// Added to what the lights give, so that a mark shows on parts with colours of their own, too.
+const QColor markColor(255, 140, 0);
+/// Added to what the lights give, so that a mark shows on parts with colors of their own, too.
 constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
 
 /// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
@@ -64,7 +64,7 @@ const QString MeshVisualization::typeString = QStringLiteral("hostkit.mesh");
 
 MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh)
     : OruVisualization(modifiedGroup, typeString)
-    , color(*this, QStringLiteral("color"), mesh->colour, QString())
+    , color(*this, QStringLiteral("color"), mesh->color, QString())
     , marked(*this, QStringLiteral("marked"), false, QString())
     , movable(*this, QStringLiteral("movable"), false, QString())
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
@@ -94,8 +94,8 @@ void MeshVisualization::draw3d(const DrawContext& context)
         glPushMatrix();
         glMultMatrixf(shown.place.data());
     }
-    // Not put back: some drivers then miss that the tracked material has to follow the current colour.
-    glColor(shown.colour);
+    // Not put back: some drivers then miss that the tracked material has to follow the current color.
+    glColor(shown.color);
     {
         const ShownSides sides(closed_);
         drawTriangles();
@@ -126,7 +126,7 @@ OruVisHitRecordList MeshVisualization::select3d(const SelectContext& context)
         OruVisHitRecord record;
         record.distance = hit->depth;
         record.name = hitName();
-        hits.add(record, OruVisHitRecordList::Rank::Scene3d, hit->centreDistance, handler_, this);
+        hits.add(record, OruVisHitRecordList::Rank::Scene3d, hit->centerDistance, handler_, this);
     }
     return hits;
 }
@@ -151,7 +151,7 @@ bool MeshVisualization::upload(OruOglGeometry& geometry)
     arrays.positions = &mesh_->positions.front().x;
     arrays.normals = &mesh_->normals.front().x;
     arrays.colors =
-        mesh_->colours.empty() ? nullptr : reinterpret_cast<const std::uint8_t*>(mesh_->colours.data());
+        mesh_->colors.empty() ? nullptr : reinterpret_cast<const std::uint8_t*>(mesh_->colors.data());
     arrays.vertexCount = mesh_->positions.size();
     arrays.indices = mesh_->indices.data();
     arrays.indexCount = mesh_->indices.size();
@@ -193,24 +193,24 @@ const MeshVisualization::Look& MeshVisualization::look() const
     if (look_.revision != revision()) {
         look_.revision = revision();
         look_.marked = marked.value();
-        look_.colour = look_.marked ? markColour : color.value();
+        look_.color = look_.marked ? markColor : color.value();
         look_.place = dragged_ == Vector3() ? offset.value() : offset.value() * Matrix::translate(dragged_);
         look_.moved = look_.place != Matrix();
     }
     return look_;
 }
 
-/// What the pixels of a drag come to, at the depth of the part's centre. Reckoned from that centre, since far
+/// What the pixels of a drag come to, at the depth of the part's center. Reckoned from that center, since far
 /// from the origin a pixel is less than floats can tell apart.
 Vector3 MeshVisualization::worldWay(const Drag& drag) const
 {
     const View& view = drag.view;
-    const Matrix fromCentre =
+    const Matrix fromCenter =
         Matrix::translate(offset.value().transform(mesh_->bounds.center())) * view.modelView;
-    const float depth = Vector3().project(fromCentre, view.projection, view.viewport.data()).z;
+    const float depth = Vector3().project(fromCenter, view.projection, view.viewport.data()).z;
     const auto worldOf = [&](const QPointF& pixel) {
         const Vector3 window(static_cast<float>(pixel.x()), static_cast<float>(pixel.y()), depth);
-        return window.unProject(fromCentre, view.projection, view.viewport.data());
+        return window.unProject(fromCenter, view.projection, view.viewport.data());
     };
     return worldOf(drag.way) - worldOf(QPointF());
 }

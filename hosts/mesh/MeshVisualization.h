@@ -36,7 +36,7 @@ public:
     MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh);
     ~MeshVisualization() override;
 
-    /// The colour where the mesh has none for each vertex; key "color".
+    /// The color where the mesh has none for each vertex; key "color".
     OruPropertyAdaptor<QColor> color;
 
     /// Shown as chosen; key "marked".
@@ -85,7 +85,7 @@ private:
         std::uint64_t revision = 0;
         bool marked = false;
         bool moved = false;
-        QColor colour;
+        QColor color;
         Kelvar::Math::Matrix place;
     };
 

@@ -116,7 +116,7 @@ private:
     std::array<std::size_t, 3> farthest_{};
 };
 
-/// A corner of a triangle in homogeneous window coordinates: x and y in pixels from the centre of the
+/// A corner of a triangle in homogeneous window coordinates: x and y in pixels from the center of the
 /// window's first pixel, z the window depth, each times w.
 struct Corner
 {
@@ -156,7 +156,7 @@ bool straddles(double a, double b, double c)
 /// One pick: the window's frame and the best hit so far.
 ///
 /// All is done before the division by w. A half space of the window is then a plane in model space also under
-/// perspective, and a pixel is covered when its centre is a sum of the corners with factors that are not
+/// perspective, and a pixel is covered when its center is a sum of the corners with factors that are not
 /// negative: the part of a triangle behind the eye drops out without clipping.
 class Query
 {
@@ -261,7 +261,7 @@ private:
     {
         const double step = std::floor(exactDepth * depthSteps + 0.5);
         const Hit hit{static_cast<float>(step / depthSteps),
-                      volume_.distanceFromCentre(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
+                      volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
                       triangle};
         if (best_ && !isBetter(hit, *best_))
             return;
@@ -274,8 +274,8 @@ private:
     {
         if (hit.depth != than.depth)
             return hit.depth < than.depth;
-        if (hit.centreDistance != than.centreDistance)
-            return hit.centreDistance < than.centreDistance;
+        if (hit.centerDistance != than.centerDistance)
+            return hit.centerDistance < than.centerDistance;
         return hit.triangle < than.triangle;
     }
 
@@ -288,7 +288,7 @@ private:
 
 } // namespace
 
-/// Orders the triangles by halving them again and again along the longest axis of their centres' box, down to
+/// Orders the triangles by halving them again and again along the longest axis of their centers' box, down to
 /// the leaves, and collects the boxes on the way back.
 class TriangleHierarchy::Builder
 {
@@ -311,7 +311,7 @@ public:
 private:
     struct Entry
     {
-        std::array<float, 3> centre;
+        std::array<float, 3> center;
         uint32_t triangle;
     };
 
@@ -381,13 +381,13 @@ private:
         return box;
     }
 
-    /// Of the box of the triangles' centres; a sample of them is good enough for that.
+    /// Of the box of the triangles' centers; a sample of them is good enough for that.
     std::size_t longestAxis(std::size_t first, std::size_t last) const
     {
         const std::size_t stride = 1 + (last - first) / 64;
         Box box = emptyBox();
         for (std::size_t i = first; i < last; i += stride) {
-            const auto& [x, y, z] = entries_[i].centre;
+            const auto& [x, y, z] = entries_[i].center;
             grow(box, {x, y, z, x, y, z});
         }
         std::array<double, 3> extent{};
@@ -397,7 +397,7 @@ private:
     }
 
     /// Puts what belongs before `middle` along the longest axis there. A quickselect whose partition has no
-    /// branch on the data; std::nth_element takes over for the last few and where equal centres stop
+    /// branch on the data; std::nth_element takes over for the last few and where equal centers stop
     /// progress.
     void halve(std::size_t first, std::size_t middle, std::size_t last)
     {
@@ -410,7 +410,7 @@ private:
             (cut <= middle ? first : last) = cut;
         }
         std::nth_element(entries_.data() + first, entries_.data() + middle, entries_.data() + last,
-                         [axis](const Entry& a, const Entry& b) { return a.centre[axis] < b.centre[axis]; });
+                         [axis](const Entry& a, const Entry& b) { return a.center[axis] < b.center[axis]; });
     }
 
     /// An estimate, from a sample, of the coordinate at `middle` of the ordered range.
@@ -420,7 +420,7 @@ private:
         std::array<float, sampleSize> sample;
         const std::size_t stride = (last - first) / sampleSize;
         for (std::size_t i = 0; i < sampleSize; ++i)
-            sample[i] = entries_[first + i * stride + stride / 2].centre[axis];
+            sample[i] = entries_[first + i * stride + stride / 2].center[axis];
         std::sort(sample.begin(), sample.end());
         return sample[(middle - first) * sampleSize / (last - first)];
     }
@@ -433,7 +433,7 @@ private:
             const Entry entry = entries_[i];
             entries_[i] = entries_[cut];
             entries_[cut] = entry;
-            cut += entry.centre[axis] < pivot ? 1 : 0;
+            cut += entry.center[axis] < pivot ? 1 : 0;
         }
         return cut;
     }

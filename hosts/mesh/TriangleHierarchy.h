@@ -31,7 +31,7 @@ public:
     struct Hit
     {
         float depth;           ///< window depth, 0 near to 1 far, in steps of 2^-24 as a depth buffer has it
-        double centreDistance; ///< pixels between the centres of the hit pixel and of the pick window
+        double centerDistance; ///< pixels between the centers of the hit pixel and of the pick window
         uint32_t triangle;     ///< its corners are indices[3 * triangle] and the two that follow
     };
 
@@ -43,9 +43,9 @@ public:
     static TriangleHierarchy build(const std::vector<Kelvar::Math::Vector3>& positions,
                                    const std::vector<uint32_t>& indices);
 
-    /// The nearest hit over the centres of all pixels of the window; nothing when no triangle covers one
-    /// between the near and the far plane. A pixel centre on a triangle's edge counts as covered, both faces
-    /// count, and the matrix may be a perspective one. Equal depths: the pixel nearer to the window's centre,
+    /// The nearest hit over the centers of all pixels of the window; nothing when no triangle covers one
+    /// between the near and the far plane. A pixel center on a triangle's edge counts as covered, both faces
+    /// count, and the matrix may be a perspective one. Equal depths: the pixel nearer to the window's center,
     /// then the triangle that comes first in `indices`.
     std::optional<Hit> pick(const OruVisPickVolume& volume) const;
 

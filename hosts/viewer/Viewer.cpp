@@ -38,7 +38,7 @@ constexpr int pollMilliseconds = 20;
 constexpr int patienceMilliseconds = 1000;
 
 /// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
-const QString backgroundColour = QStringLiteral("#ff38465a");
+const QString backgroundColor = QStringLiteral("#ff38465a");
 
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
@@ -296,7 +296,7 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     host.changed();
 
     QString error;
-    host.setValue(QStringLiteral("render/background"), backgroundColour, &error);
+    host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }

@@ -67,8 +67,8 @@ QVariant valueData(const PropertyRow& row, int role)
     case Qt::CheckStateRole:
         return isFlag(kind) ? QVariant(read<bool>(row.text) ? Qt::Checked : Qt::Unchecked) : QVariant();
     case Qt::DecorationRole:
-        return kind && kind->type() == OruPropertyKind::Type::Colour ? QVariant(read<QColor>(row.text))
-                                                                     : QVariant();
+        return kind && kind->type() == OruPropertyKind::Type::Color ? QVariant(read<QColor>(row.text))
+                                                                    : QVariant();
     default:
         return {};
     }

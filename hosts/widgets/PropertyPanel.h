@@ -22,7 +22,7 @@ class SceneWidget;
 ///     properties.setWidget(new PropertyPanel(view));
 ///
 /// A double click, F2 or Enter edits a value, by an editor that fits its kind: check box, numbers with
-/// limits, colour dialog, list of choices, text. Each change is one step of the view's undo stack.
+/// limits, color dialog, list of choices, text. Each change is one step of the view's undo stack.
 class KELVAR_WIDGETS_API PropertyPanel : public QWidget
 {
     Q_OBJECT

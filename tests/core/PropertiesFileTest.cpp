@@ -197,7 +197,7 @@ TEST_F(OruPropertiesFileTest, WhatIsUnknownSurvivesLoadAndSave)
         "tree": {"name": "root", "type": "branch", "note": {"big": 9007199254740993, "list": [null, 0.1, false]},
             "values": {"key": {"value": "1", "comment": "by hand"}, "nobody reads this": "x"},
             "children": [{"name": "first", "type": "from elsewhere", "children": [{"name": "b", "values": {"a": 5}}]},
-                         {"name": "leaf", "type": "leaf", "colours": []},
+                         {"name": "leaf", "type": "leaf", "colors": []},
                          {"name": "no", "type": "refused"}]}})";
     write(unknown);
     const QJsonDocument before = document();

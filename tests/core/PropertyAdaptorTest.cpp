@@ -47,7 +47,7 @@ TEST_F(OruPropertyAdaptorTest, EveryTypeWritesReadsAndFallsBack)
     checkType<int>("a whole number", 46, "46", -7, 0);
     checkType<bool>("true or false", true, "true", false, false);
     checkType<QString>("any text", "a b", "a b", "", QString());
-    checkType<QColor>("a colour like #rrggbb", Qt::black, "#ff000000", QColor(1, 2, 3, 4), QColor());
+    checkType<QColor>("a color like #rrggbb", Qt::black, "#ff000000", QColor(1, 2, 3, 4), QColor());
     checkType<OruMouse::Button>("a whole number", OruMouse::ButtonView, "3", OruMouse::ButtonPick,
                                 static_cast<OruMouse::Button>(0));
     checkType<KeyModifier>("a whole number", Kelvar::UI::Toolkit::ModifierSecond, "2",

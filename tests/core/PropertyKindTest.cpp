@@ -32,7 +32,7 @@ TEST(OruPropertyKind, AcceptsWhatReadsAndLiesWithinAndSaysWhatItWants)
         {Kind::of<int>(), "a whole number", {"-7", "2147483647"}, {"1.5", "2147483648", ""}},
         {Kind::of<float>(), "a number", {"-3e38", "0"}, {"perhaps", "nan", "inf", "1e39", ""}},
         {Kind::of<double>(), "a number", {"-1e308"}, {"-inf", "1e309"}},
-        {Kind::of<QColor>(), "a colour like #rrggbb", {"#102030", "red", ""}, {"nocolour", "#0x1234ab"}},
+        {Kind::of<QColor>(), "a color like #rrggbb", {"#102030", "red", ""}, {"nocolor", "#0x1234ab"}},
         {Kind::of<Kelvar::Math::Matrix>(),
          "16 numbers separated by blanks",
          {identity},

@@ -124,21 +124,21 @@ TEST_F(OruTextTest, ReadsWholeTextsOnly)
                            "1 0 0 0 0 1 0 0 0 0 1 0 1 2 3 x", ""});
 }
 
-TEST_F(OruTextTest, EveryModelOfColourComesBack)
+TEST_F(OruTextTest, EveryModelOfColorComesBack)
 {
     QColor wide = QColor::fromRgbF(0.1, 0.2, 0.3, 0.4);
     QColor achromatic;
     achromatic.setHsv(-1, 0, 200, 10);
-    const QColor colours[] = {QColor(),      QColor(Qt::black), QColor(1, 2, 3, 4),
-                              wide,          wide.toHsv(),      wide.toHsl(),
-                              wide.toCmyk(), achromatic,        QColor::fromRgbF(2.5, -1.0, 0.00001)};
-    for (const QColor& colour : colours) {
-        const QString text = oru::toString(colour);
+    const QColor colors[] = {QColor(),      QColor(Qt::black), QColor(1, 2, 3, 4),
+                             wide,          wide.toHsv(),      wide.toHsl(),
+                             wide.toCmyk(), achromatic,        QColor::fromRgbF(2.5, -1.0, 0.00001)};
+    for (const QColor& color : colors) {
+        const QString text = oru::toString(color);
         SCOPED_TRACE(text.toStdString());
         QColor back(9, 9, 9);
         EXPECT_TRUE(oru::fromString(text, back));
-        EXPECT_EQ(back, colour);
-        EXPECT_EQ(back.spec(), colour.spec());
+        EXPECT_EQ(back, color);
+        EXPECT_EQ(back.spec(), color.spec());
     }
     EXPECT_EQ(oru::toString(QColor(1, 2, 3, 4)), QStringLiteral("#04010203"));
 }

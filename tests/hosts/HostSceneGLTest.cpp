@@ -27,11 +27,11 @@ using testing::ElementsAre;
 
 namespace {
 
-Model cubes(std::initializer_list<Vector3> centres)
+Model cubes(std::initializer_list<Vector3> centers)
 {
     Model model;
-    for (const Vector3& centre : centres) {
-        model.parts.push_back(built(cubeSource(centre)));
+    for (const Vector3& center : centers) {
+        model.parts.push_back(built(cubeSource(center)));
     }
     return model;
 }
@@ -125,7 +125,7 @@ struct HostSceneGLTest : testing::Test
         return QPoint(static_cast<int>(window.x), static_cast<int>(window.y));
     }
 
-    QColor colourAt(const QImage& image, const Vector3& place)
+    QColor colorAt(const QImage& image, const Vector3& place)
     {
         const QPoint pixel = pixelOf(place);
         return image.pixelColor(pixel.x(), height - 1 - pixel.y());
@@ -134,19 +134,19 @@ struct HostSceneGLTest : testing::Test
 
 } // namespace
 
-TEST_F(HostSceneGLTest, DrawsPartsLitInTheirColoursAndNamesThemApart)
+TEST_F(HostSceneGLTest, DrawsPartsLitInTheirColorsAndNamesThemApart)
 {
     EXPECT_TRUE(host->setValue("render/visualization/cube.2/color", "#ff2020ff", nullptr));
     const QImage image = drawn();
-    EXPECT_GT(colourAt(image, left).red(), 100);
-    EXPECT_LT(colourAt(image, left).blue(), 60);
-    EXPECT_GT(colourAt(image, right).blue(), 100);
-    EXPECT_LT(colourAt(image, right).red(), 60);
-    EXPECT_EQ(colourAt(image, Vector3()), QColor(Qt::black)) << "between them";
+    EXPECT_GT(colorAt(image, left).red(), 100);
+    EXPECT_LT(colorAt(image, left).blue(), 60);
+    EXPECT_GT(colorAt(image, right).blue(), 100);
+    EXPECT_LT(colorAt(image, right).red(), 60);
+    EXPECT_EQ(colorAt(image, Vector3()), QColor(Qt::black)) << "between them";
     EXPECT_NE(image.pixelColor(0, height / 2), QColor(Qt::black)) << "the frame";
 
     EXPECT_TRUE(host->setValue("render/visualization/cube/visible", "false", nullptr));
-    EXPECT_EQ(colourAt(drawn(), left), QColor(Qt::black));
+    EXPECT_EQ(colorAt(drawn(), left), QColor(Qt::black));
 }
 
 TEST_F(HostSceneGLTest, ShowsOpenMeshesFromBothSidesAndClosedOnesFromOutside)
@@ -159,7 +159,7 @@ TEST_F(HostSceneGLTest, ShowsOpenMeshesFromBothSidesAndClosedOnesFromOutside)
     model.parts.push_back(built(open));
     add(model);
     EXPECT_EQ(culling(), std::make_pair(2L, 2L)) << "for the open cube as well, and on again";
-    EXPECT_GT(colourAt(drawn(), Vector3()).red(), 60);
+    EXPECT_GT(colorAt(drawn(), Vector3()).red(), 60);
 }
 
 TEST_F(HostSceneGLTest, KeepsTheProjectionInStepAndNeverWritesAStaleViewBack)
@@ -182,7 +182,7 @@ TEST_F(HostSceneGLTest, KeepsTheProjectionInStepAndNeverWritesAStaleViewBack)
 
 TEST_F(HostSceneGLTest, TellsAndMarksThePartUnderThePointerAndTurnsTheViewWithIt)
 {
-    const QColor plain = colourAt(drawn(), left);
+    const QColor plain = colorAt(drawn(), left);
     const QPoint pixel = pixelOf(left);
     EXPECT_TRUE(input.move(0, pixelOf(right)));
     EXPECT_EQ(host->context().tooltip, "cube.2\ntriangles: 12");
@@ -194,7 +194,7 @@ TEST_F(HostSceneGLTest, TellsAndMarksThePartUnderThePointerAndTurnsTheViewWithIt
         input.press(OruMouse::ButtonPick, 0, pixel);
         EXPECT_TRUE(input.release(OruMouse::ButtonPick, 0, pixel + QPoint(2, -2)));
         EXPECT_EQ(part("cube").marked.value(), marked);
-        EXPECT_EQ(colourAt(drawn(), left).green() > plain.green() + 40, marked);
+        EXPECT_EQ(colorAt(drawn(), left).green() > plain.green() + 40, marked);
     }
     EXPECT_FALSE(part("cube.2").marked.value());
     drag(pixel, {pixel + QPoint(80, 0)});
@@ -217,7 +217,7 @@ TEST_F(HostSceneGLTest, MovesAMovablePartInTheViewPlaneAsOneEdit)
 
     input.press(OruMouse::ButtonPick, 0, pixelOf(left + moved));
     input.move(0, start);
-    EXPECT_GT(colourAt(drawn(), left - Vector3(0.5f, 0, 0.5f)).red(), 60) << "it follows before the release";
+    EXPECT_GT(colorAt(drawn(), left - Vector3(0.5f, 0, 0.5f)).red(), 60) << "it follows before the release";
     input.release(OruMouse::ButtonPick, 0, start);
     // The part under the pointer stands behind the one that is dragged there.
     part("cube").offset.setValue(Matrix::translate(Vector3(0, 3, 0)));
@@ -280,7 +280,7 @@ TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
     add(model);
     part("sample").offset.setValue(Matrix::translate(away));
     host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));
-    EXPECT_GT(colourAt(drawn(), away).blue(), 60);
+    EXPECT_GT(colorAt(drawn(), away).blue(), 60);
 }
 
 TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
@@ -298,7 +298,7 @@ TEST_F(HostSceneGLTest, ShowsAModelWholeFromAboveFrontRight)
     EXPECT_LT(windowOf(c + Vector3(0, -9, 0)).z, windowOf(c).z) << "the front is near";
     EXPECT_LT(windowOf(c + Vector3(0, 0, 9)).z, windowOf(c).z) << "the top is near";
     EXPECT_GT(windowOf(c + Vector3(0, 0, 9)).y, windowOf(c).y) << "the top is up";
-    EXPECT_GT(colourAt(image, c).red(), 40) << "and there is something to see";
+    EXPECT_GT(colorAt(image, c).red(), 40) << "and there is something to see";
     EXPECT_FALSE(host->showFrom("top"));
 }
 

@@ -90,16 +90,16 @@ TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
     EXPECT_EQ(round->positions.size(), 5002u) << "no creases, so one vertex a place";
 }
 
-TEST(MeshBuilder, SplitsVerticesByGivenNormalsAndColours)
+TEST(MeshBuilder, SplitsVerticesByGivenNormalsAndColors)
 {
     MeshSource source = cubeSource();
     source.normals.assign(36, Vector3(0, 0, 3));
     EXPECT_EQ(built(source)->positions.size(), 8u) << "all alike";
     EXPECT_EQ(built(source)->normals[0], Vector3(0, 0, 1)) << "brought to length 1";
 
-    source.colours.assign(36, 0xFF0000FFu);
-    source.colours[0] = 0xFFFF0000u;
-    EXPECT_EQ(built(source)->positions.size(), 9u) << "one corner of another colour";
+    source.colors.assign(36, 0xFF0000FFu);
+    source.colors[0] = 0xFFFF0000u;
+    EXPECT_EQ(built(source)->positions.size(), 9u) << "one corner of another color";
 
     source.normals[7] = Vector3();
     EXPECT_EQ(built(source)->normals[0].length(), 1.0f) << "broken normals are worked out anew";

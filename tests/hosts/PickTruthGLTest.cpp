@@ -1,5 +1,5 @@
 // The truth about picking: what top() answers is compared with a picture that this test draws itself, each
-// object flat in the colour of its hit name, and with the depth buffer of that picture.
+// object flat in the color of its hit name, and with the depth buffer of that picture.
 
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
@@ -117,7 +117,7 @@ struct PickTruthGLTest : ::testing::Test
         return *part;
     }
 
-    /// Draws what is visible of the meshes, or of the one of that name, flat in the colours of their names.
+    /// Draws what is visible of the meshes, or of the one of that name, flat in the colors of their names.
     Picture drawNames(unsigned int only = nobody)
     {
         glPushAttrib(OruOglAllAttribBits);

@@ -24,14 +24,14 @@ using Kelvar::Math::Vector3;
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
-/// Depth, distance from the centre and triangle of a hit: the least one is the one to find.
+/// Depth, distance from the center and triangle of a hit: the least one is the one to find.
 using Found = std::tuple<float, double, uint32_t>;
 const Found miss{2.0F, 0.0, 0};
 
 Found pick(const TriangleHierarchy& hierarchy, const OruVisPickVolume& volume)
 {
     const auto hit = hierarchy.pick(volume);
-    return hit ? Found{hit->depth, hit->centreDistance, hit->triangle} : miss;
+    return hit ? Found{hit->depth, hit->centerDistance, hit->triangle} : miss;
 }
 
 /// A pick window in a viewport of 64 x 64 pixels.
@@ -45,8 +45,8 @@ OruVisPickVolume volumeAt(const Matrix& modelView, const QMatrix4x4& projection,
     return OruVisPickVolume(context);
 }
 
-/// The depth at which a pixel's centre sees a triangle: the point a + u (b - a) + v (c - a) that the matrix
-/// takes to the centre.
+/// The depth at which a pixel's center sees a triangle: the point a + u (b - a) + v (c - a) that the matrix
+/// takes to the center.
 std::optional<double> depthAt(double x, double y, const Matrix& toWindow,
                               const std::array<Vector3, 3>& corners)
 {
@@ -79,7 +79,7 @@ Found pickByTryingAll(const SampleMesh& mesh, const OruVisPickVolume& volume)
             for (double y = volume.y() + 0.5; y < volume.y() + volume.height(); ++y) {
                 if (const auto depth = depthAt(x, y, volume.toWindow(), {corner(0), corner(1), corner(2)})) {
                     const auto step = static_cast<float>(std::round(*depth * 16777216.0) / 16777216.0);
-                    best = std::min(best, Found{step, volume.distanceFromCentre(x, y), i});
+                    best = std::min(best, Found{step, volume.distanceFromCenter(x, y), i});
                 }
             }
         }
@@ -225,14 +225,14 @@ const ExactCase exactCases[] = {
     {"meets the near plane at the pixel", ramp(-1.0F, 1.0F), strip, 1, {0.0F, 0.0, 0}},
     {"before the near plane at the pixel", ramp(-1.5F, 1.0F), strip, 1},
     {"beyond the far plane at the pixel", ramp(0.0F, 2.5F), strip, 1},
-    {"pixel centre on an edge", {{10.5F, 0, 0.5F}, {10.5F, 40, 0.5F}, {30, 0, 0.5F}}, one, 1, {0.5F, 0.0, 0}},
-    {"pixel centre on a corner",
+    {"pixel center on an edge", {{10.5F, 0, 0.5F}, {10.5F, 40, 0.5F}, {30, 0, 0.5F}}, one, 1, {0.5F, 0.0, 0}},
+    {"pixel center on a corner",
      {{10.5F, 10.5F, 0.5F}, {20, 10, 0.5F}, {20, 20, 0.5F}},
      one,
      1,
      {0.5F, 0.0, 0}},
-    {"between the pixel centres", flat(0.5F, 10.6F, 11.4F), one, 9},
-    {"off the centre of the window", flat(0.5F, 11.25F, 11.75F), one, 5, {0.5F, 1.0, 0}},
+    {"between the pixel centers", flat(0.5F, 10.6F, 11.4F), one, 9},
+    {"off the center of the window", flat(0.5F, 11.25F, 11.75F), one, 5, {0.5F, 1.0, 0}},
     {"nearer beats more central", flat(0.25F, 12.0F, 13.0F) + flat(0.5F), two, 5, {0.25F, 2.0, 1}},
     {"window of no size", flat(0.5F), one, 0},
 };

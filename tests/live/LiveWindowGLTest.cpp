@@ -82,7 +82,7 @@ TEST(LiveWindow, TurnsPansAndZooms)
         const char* name;
         const char* xdotool;
         double zoom;
-        /// What is seen at one place before is seen at the other afterwards; without: the centre stays.
+        /// What is seen at one place before is seen at the other afterwards; without: the center stays.
         Vector3 from;
         Vector3 to;
         bool turns;
@@ -127,9 +127,9 @@ TEST(LiveWindow, TurnsPansAndZooms)
         viewer.act(row.xdotool);
         const View after(viewer.scene());
         EXPECT_NEAR(after.scale() / before.scale(), row.zoom, 1e-3);
-        const bool centre = row.from == Vector3();
-        const Vector3 point = centre ? viewer.scene().context().bounds.center() : before.pointAt(row.from);
-        expectSamePixel(after.pixelOf(point), centre ? before.pixelOf(point) : row.to,
+        const bool center = row.from == Vector3();
+        const Vector3 point = center ? viewer.scene().context().bounds.center() : before.pointAt(row.from);
+        expectSamePixel(after.pixelOf(point), center ? before.pixelOf(point) : row.to,
                         std::max(1.0, row.zoom));
         if (row.turns) {
             const Vector3 near = after.pixelOf(point + before.eye()) - after.pixelOf(point);

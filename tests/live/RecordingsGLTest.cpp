@@ -133,12 +133,11 @@ TEST(Recordings, AndTheCommandLineSetNothingWrong)
     const QTemporaryDir folder;
     QFile file(folder.filePath("recording.txt"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("kelvar-recording 1\nsize 320x240\nset render/background=nocolour\n");
+    file.write("kelvar-recording 1\nsize 320x240\nset render/background=nocolor\n");
     file.close();
     const std::pair<QStringList, const char*> rows[] = {
         {{"--set", "zpr/zoomInvert=maybe"}, "--set zpr/zoomInvert: must be true or false, not \"maybe\"\n"},
-        {{"--replay", file.fileName()},
-         "recording.txt: set render/background: must be a colour like #rrggbb"},
+        {{"--replay", file.fileName()}, "recording.txt: set render/background: must be a color like #rrggbb"},
     };
     for (const auto& [options, reason] : rows) {
         QProcess viewer;

@@ -6,7 +6,7 @@
 namespace kelvartest {
 
 /// The GL state that a host might mind, one "name value" line each: capabilities, modes, bindings, matrices,
-/// current colour, pixel store and transfer, stack depths, client arrays.
+/// current color, pixel store and transfer, stack depths, client arrays.
 std::string glStateText();
 
 /// Puts a host's state that spoils flat drawing in every way that the flat state undoes: lighting, red

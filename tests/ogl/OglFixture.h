@@ -16,7 +16,7 @@
 
 namespace kelvartest {
 
-/// A black window with its pixel centres at whole numbers. Each test must leave no GL error, no unbalanced
+/// A black window with its pixel centers at whole numbers. Each test must leave no GL error, no unbalanced
 /// stack and no GL object of its own behind.
 class OglFixture : public ::testing::Test
 {
@@ -47,7 +47,7 @@ protected:
         return context.grab();
     }
 
-    /// The colour of the pixel at (x, y), y upwards.
+    /// The color of the pixel at (x, y), y upwards.
     static QColor pixel(const QImage& image, int x, int y) { return image.pixel(x, image.height() - 1 - y); }
 
     /// The smallest rectangle, y upwards, that holds all pixels that are not black; null without any.

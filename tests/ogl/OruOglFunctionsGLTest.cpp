@@ -29,7 +29,7 @@ TEST_F(OruOglFunctionsGLTest, EveryViewportIsHarmless)
     EXPECT_TRUE(glGetViewport() == OruOglViewport(5, 6, 7, 0));
 }
 
-TEST_F(OruOglFunctionsGLTest, ColoursAreExact)
+TEST_F(OruOglFunctionsGLTest, ColorsAreExact)
 {
     const struct
     {

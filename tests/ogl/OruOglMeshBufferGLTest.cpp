@@ -8,7 +8,7 @@ using kelvartest::glStateText;
 
 namespace {
 
-/// Two triangles that make the square of the pixels 10 to 19, in two colours if asked for.
+/// Two triangles that make the square of the pixels 10 to 19, in two colors if asked for.
 struct Square
 {
     std::vector<float> positions{9.5f, 9.5f, 0, 19.5f, 9.5f, 0, 19.5f, 19.5f, 0, 9.5f, 19.5f, 0};
@@ -51,7 +51,7 @@ TEST_F(OruOglMeshBufferGLTest, DrawsAllOrAPart)
     ASSERT_TRUE(mesh->upload(square.arrays()));
     EXPECT_EQ(mesh->byteCount(), 4 * 24U + 6 * 2U);
     EXPECT_EQ(litBy(*mesh), QRect(10, 10, 10, 10));
-    EXPECT_EQ(pixel(context.grab(), 15, 12), QColor(Qt::green)) << "the current colour";
+    EXPECT_EQ(pixel(context.grab(), 15, 12), QColor(Qt::green)) << "the current color";
     EXPECT_EQ(litBy(*mesh, 6, 3), QRect()) << "behind the end";
     const QImage second = drawn([&] { mesh->draw(3, 1000); });
     EXPECT_EQ(pixel(second, 18, 11), QColor(Qt::black)) << "the second triangle alone";
@@ -63,7 +63,7 @@ TEST_F(OruOglMeshBufferGLTest, DrawsAllOrAPart)
     ASSERT_TRUE(mesh->upload(arrays)) << "again, with other content";
     EXPECT_GE(litBy(*mesh).width(), 9);
     EXPECT_EQ(pixel(context.grab(), 15, 12), QColor(Qt::black)) << "lines, not triangles";
-    EXPECT_EQ(pixel(context.grab(), 14, 14), QColor(Qt::red)) << "colours of its own";
+    EXPECT_EQ(pixel(context.grab(), 14, 14), QColor(Qt::red)) << "colors of its own";
 }
 
 TEST_F(OruOglMeshBufferGLTest, LargeMeshesKeepWideIndices)
@@ -112,7 +112,7 @@ TEST_F(OruOglMeshBufferGLTest, ArraysAndBindingsOfTheHostStay)
     const auto mesh = geometry.makeMesh();
     ASSERT_TRUE(mesh->upload(square.arrays()));
     EXPECT_EQ(litBy(*mesh), QRect(10, 10, 10, 10));
-    EXPECT_EQ(pixel(context.grab(), 15, 15), QColor(Qt::green)) << "not the host's colour array";
+    EXPECT_EQ(pixel(context.grab(), 15, 15), QColor(Qt::green)) << "not the host's color array";
     glColor4f(1, 1, 1, 1);
     EXPECT_EQ(glStateText(), before);
 }

@@ -62,20 +62,20 @@ TEST_F(OruOglTextGLTest, LinesRunDownwards)
     EXPECT_GT(lit(image.copy(0, window.height - 10 - line, window.width, line)).width(), 20);
 }
 
-TEST_F(OruOglTextGLTest, ColourAndFrame)
+TEST_F(OruOglTextGLTest, ColorAndFrame)
 {
     const QString blocks = QStringLiteral("\u2588\u2588");
-    const auto colour = [&] { return pixel(drawn([&] { text.draw(QPoint(20, 30), blocks); }), 26, 37); };
-    EXPECT_EQ(colour(), QColor(Qt::white));
+    const auto color = [&] { return pixel(drawn([&] { text.draw(QPoint(20, 30), blocks); }), 26, 37); };
+    EXPECT_EQ(color(), QColor(Qt::white));
     text.setColor(QColor(10, 200, 30));
-    EXPECT_EQ(colour(), QColor(10, 200, 30));
+    EXPECT_EQ(color(), QColor(10, 200, 30));
     text.setColor(QColor(200, 100, 0, 128));
-    EXPECT_NEAR(colour().red(), 100, 1) << "mixed with black by its alpha";
+    EXPECT_NEAR(color().red(), 100, 1) << "mixed with black by its alpha";
     text.clear();
-    EXPECT_EQ(colour(), QColor(Qt::white)) << "a new frame";
+    EXPECT_EQ(color(), QColor(Qt::white)) << "a new frame";
 }
 
-TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColour)
+TEST_F(OruOglTextGLTest, SelectModeFillsTheBoxInTheCurrentColor)
 {
     const QString label = "pick me";
     text.setSelectMode(true);
@@ -121,7 +121,7 @@ TEST_F(OruOglTextGLTest, TheBoxLiesOnTheNamedSideOfItsPoint)
         {"right, bottom", 66, {point.x(), below}, {point.x() + size.width() + 1, below + 5}},
         {"right, top", 34, point, {point.x() + 10, point.y() + size.height() + 1}},
         {"left, top", 33, {left, point.y()}, {left - 1, point.y() + 5}},
-        {"centred", Qt::AlignCenter, {80 - size.width() / 2, 60 - size.height() / 2}, {-1, -1}},
+        {"centered", Qt::AlignCenter, {80 - size.width() / 2, 60 - size.height() / 2}, {-1, -1}},
         {"no side named", 0, point, {-1, -1}},
     };
     glClearColor(QColor(100, 100, 100));

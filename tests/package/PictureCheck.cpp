@@ -1,5 +1,5 @@
 // picture_check FILE WIDTHxHEIGHT X,Y=rrggbb ...: ends with 0 if the picture has that size and these
-// colours. X and Y count from the upper left corner.
+// colors. X and Y count from the upper left corner.
 
 #include <QColor>
 #include <QImage>

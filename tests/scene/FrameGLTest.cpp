@@ -215,7 +215,7 @@ TEST_F(FrameGLTest, ContextsOfThePasses)
     EXPECT_EQ(seen["draw3d"].first, turned);
     EXPECT_NE(seen["draw3d"].second, Matrix::Identity);
     EXPECT_EQ(seen["draw2d"].second, Matrix::Identity);
-    const auto edge = static_cast<float>(-0.5 - OruOglOffCentre);
+    const auto edge = static_cast<float>(-0.5 - OruOglOffCenter);
     const Vector3 corner = seen["draw2d"].first.transform(Vector3(edge, edge, 0.0f));
     EXPECT_NEAR(corner.x, -1.0f, 1e-6f);
     EXPECT_NEAR(corner.y, -1.0f, 1e-6f);

@@ -36,7 +36,7 @@ QColor at(const QImage& image, int x, int y)
 const QColor background(Qt::black);
 const QColor tooltipFill = QColor::fromRgb(255, 255, 225);
 
-/// The smallest rectangle, y upwards, that holds all pixels of a colour, or of all others; null without any.
+/// The smallest rectangle, y upwards, that holds all pixels of a color, or of all others; null without any.
 QRect extent(const QImage& image, const QColor& color, bool equal = true)
 {
     QRect rectangle;
@@ -50,7 +50,7 @@ QRect extent(const QImage& image, const QColor& color, bool equal = true)
     return rectangle;
 }
 
-/// How many of the outermost pixels of a picture have another colour.
+/// How many of the outermost pixels of a picture have another color.
 int holes(const QImage& image, const QColor& color)
 {
     int count = 0;

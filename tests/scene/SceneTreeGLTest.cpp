@@ -51,7 +51,7 @@ TEST_F(SceneTreeGLTest, DefaultValuesByPathAndWhatTheyWant)
     const char* const buttons = "one of: 0 (none), 1 (pick), 2 (context), 3 (view)";
     const char* const modifiers = "a whole number such as 0 (none), 1 (first), 2 (second), 3 (both)";
     const char* const rows[][4] = {
-        {"render", "background", "#ff000000", "a colour like #rrggbb"},
+        {"render", "background", "#ff000000", "a color like #rrggbb"},
         {"render", "textInfo", "false", "true or false"},
         {"render", "pickSize", "3", "a number from 0"},
         {"render", "decimalSeparator", "46", "a whole number such as 46 (full stop), 44 (comma)"},
@@ -62,7 +62,7 @@ TEST_F(SceneTreeGLTest, DefaultValuesByPathAndWhatTheyWant)
         {"render/visualization/kelvar logo", "order", "1000", "a whole number"},
         {"render/visualization/kelvar logo", "alignment", "34",
          "a whole number from 0 to 511 such as 33 (top left), 36 (top), 34 (top right), 129 (left), "
-         "132 (centre), 130 (right), 65 (bottom left), 68 (bottom), 66 (bottom right)"},
+         "132 (center), 130 (right), 65 (bottom left), 68 (bottom), 66 (bottom right)"},
         {"render/visualization/kelvar logo", "unit", "0",
          "one of: 0 (pixels), 1 (percent of the viewport's height)"},
         {"render/visualization/kelvar logo", "height", "64", "a number from 0"},

@@ -97,7 +97,7 @@ const ZoomRow zoomRows[] = {
     {"wheel factor 0, divided by", "zoomWheelFactor", "0", {}, 1, 0.0},
 };
 
-TEST_F(ZprTest, DragAndWheelScaleAboutTheCentre)
+TEST_F(ZprTest, DragAndWheelScaleAboutTheCenter)
 {
     const Matrix before = ctx.modelView;
     for (const ZoomRow& row : zoomRows) {
@@ -207,7 +207,7 @@ struct BoxRow
     OruOglViewport viewport;
     OruOglViewport band;
     float scale; ///< 0: refused
-    QPoint bandCentre;
+    QPoint bandCenter;
 };
 
 const BoxRow boxRows[] = {
@@ -227,7 +227,7 @@ const BoxRow boxRows[] = {
     {"viewport off the origin", {100, 50, 640, 480}, {200, 400, 320, -240}, 2.0f, {360, 280}},
 };
 
-TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCentres)
+TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCenters)
 {
     for (const BoxRow& row : boxRows) {
         SCOPED_TRACE(row.name);
@@ -235,10 +235,10 @@ TEST_F(ZprTest, BoxBlowsUpOrShrinksAboutTheCentres)
         show(Matrix::rotate(Vector3(1.0f, 2.0f, -1.0f), 50.0f) * Matrix::scale(0.25f));
         ctx.boxZoom = row.band;
         const Matrix before = ctx.modelView;
-        const QPoint viewCentre(row.viewport.width / 2, row.viewport.height / 2);
+        const QPoint viewCenter(row.viewport.width / 2, row.viewport.height / 2);
         const bool blowsUp = row.band.height < 0;
-        const QPoint target = blowsUp ? viewCentre : row.bandCentre;
-        const Vector3 moving = world(blowsUp ? row.bandCentre : viewCentre);
+        const QPoint target = blowsUp ? viewCenter : row.bandCenter;
+        const Vector3 moving = world(blowsUp ? row.bandCenter : viewCenter);
 
         ASSERT_EQ(zpr.zoomBox(ctx, ctx.modelView), row.scale != 0.0f);
         EXPECT_EQ(ctx.boxZoom, row.band);
@@ -345,7 +345,7 @@ const PositionRow positionRows[] = {
     {"ahead of the first", -1, Vector3::Z, {}},
 };
 
-TEST_F(ZprTest, EachPositionTurnsCentresAndFits)
+TEST_F(ZprTest, EachPositionTurnsCentersAndFits)
 {
     ctx.viewport = OruOglViewport(0, 0, 100, 100);
     ctx.bounds = BoundingBox(Vector3(1.0f, 2.0f, 3.0f), Vector3(3.0f, 6.0f, 11.0f));
@@ -379,23 +379,23 @@ struct FitRow
     int width, height;
     float fitFactor;
     float scale; ///< 0: refused
-    Vector3 centre;
+    Vector3 center;
 };
 
 const BoundingBox none;
 const BoundingBox wide(Vector3(0.0f, 0.0f, 0.0f), Vector3(4.0f, 2.0f, 1.0f));
 const BoundingBox tall(Vector3(0.0f, 0.0f, 0.0f), Vector3(1.0f, 8.0f, 1.0f));
 const BoundingBox edgeOn(Vector3(1.0f, 1.0f, 0.0f), Vector3(1.0f, 1.0f, 5.0f));
-const Vector3 wideCentre(2.0f, 1.0f, 0.5f);
+const Vector3 wideCenter(2.0f, 1.0f, 0.5f);
 
 const FitRow fitRows[] = {
-    {"limited by the width", wide, none, 100, 100, 0.9f, 0.45f, wideCentre},
-    {"as wide as high", wide, none, 200, 100, 0.9f, 0.9f, wideCentre},
-    {"limited by the height", wide, none, 800, 100, 0.9f, 0.9f, wideCentre},
-    {"narrow view", wide, none, 100, 200, 0.5f, 0.125f, wideCentre},
+    {"limited by the width", wide, none, 100, 100, 0.9f, 0.45f, wideCenter},
+    {"as wide as high", wide, none, 200, 100, 0.9f, 0.9f, wideCenter},
+    {"limited by the height", wide, none, 800, 100, 0.9f, 0.9f, wideCenter},
+    {"narrow view", wide, none, 100, 200, 0.5f, 0.125f, wideCenter},
     {"touching the border", tall, none, 100, 100, 1.0f, 0.25f, Vector3(0.5f, 4.0f, 0.5f)},
-    {"host's box counts", tall, wide, 100, 100, 0.9f, 0.45f, wideCentre},
-    {"host's box alone", none, wide, 100, 100, 0.9f, 0.45f, wideCentre},
+    {"host's box counts", tall, wide, 100, 100, 0.9f, 0.45f, wideCenter},
+    {"host's box alone", none, wide, 100, 100, 0.9f, 0.45f, wideCenter},
     {"no box at all", none, none, 100, 100, 0.9f, 1.8f, Vector3(0.5f, 0.5f, 0.5f)},
     {"no extent in the view", edgeOn, none, 100, 100, 0.9f, 0.0f, {}},
     {"viewport without height", wide, none, 100, 0, 0.9f, 0.0f, {}},
@@ -415,7 +415,7 @@ TEST_F(ZprTest, FitsTheRightBoxOrLeavesTheViewAlone)
         ctx.modelView = before;
         EXPECT_EQ(zpr.zoomTo(ctx, OruSceneZpr::ViewZ, ctx.modelView), row.scale != 0.0f);
         const Matrix expected =
-            row.scale == 0.0f ? before : Matrix::translate(-row.centre) * Matrix::scale(row.scale);
+            row.scale == 0.0f ? before : Matrix::translate(-row.center) * Matrix::scale(row.scale);
         EXPECT_THAT(ctx.modelView, NearMatrix(expected, 1e-6));
     }
 }

@@ -182,7 +182,7 @@ TEST_F(OruVisGLTest, shows_an_image_in_its_corner_with_what_is_transparent)
         {"left of it", {283, 315}, Qt::black, false},
         {"above it", {284, 316}, Qt::black, false},
         {"last red pixel", {287, 312}, Qt::red, true},
-        {"the transparent colour", {288, 312}, Qt::black, true},
+        {"the transparent color", {288, 312}, Qt::black, true},
         {"the picture's own alpha", {391, 260}, Qt::black, true},
         {"last pixel, lowest line", {395, 260}, Qt::blue, true},
         {"below it", {395, 259}, Qt::black, false},
@@ -218,7 +218,7 @@ TEST_F(OruVisGLTest, draws_the_triad_turned_as_the_view)
     {
         const char* name;
         Matrix view;
-        /// From the triad's centre half an axis along: the colours of X and Y.
+        /// From the triad's center half an axis along: the colors of X and Y.
         QPoint x, y;
     };
     const Matrix isometric = Matrix::rotate(Kelvar::Math::VectorX, -90.0f) *
@@ -235,7 +235,7 @@ TEST_F(OruVisGLTest, draws_the_triad_turned_as_the_view)
     const char* const texts[] = {"X", "Y", "Z", "-X", "-Y", "-Z", "Iso"};
     std::transform(std::begin(texts), std::end(texts), request.texts.begin(),
                    [&](const char* label) { return stage.text.size(label); });
-    const QPoint centre = OruVisTriadLayout(request).centre().toPoint();
+    const QPoint center = OruVisTriadLayout(request).center().toPoint();
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         pass.modelView = row.view;
@@ -245,9 +245,9 @@ TEST_F(OruVisGLTest, draws_the_triad_turned_as_the_view)
         });
         EXPECT_TRUE(QRect(0, 0, 200, 160).contains(lit(picture)));
         EXPECT_GT(lit(picture).width(), 100) << "arms of 88 pixels, and labels at their ends";
-        const QColor x = pixel(picture, centre.x() + row.x.x(), centre.y() + row.x.y());
+        const QColor x = pixel(picture, center.x() + row.x.x(), center.y() + row.x.y());
         EXPECT_GT(x.red(), 2 * std::max(x.green(), x.blue()));
-        const QColor y = pixel(picture, centre.x() + row.y.x(), centre.y() + row.y.y());
+        const QColor y = pixel(picture, center.x() + row.y.x(), center.y() + row.y.y());
         EXPECT_GT(y.green(), 2 * std::max(y.red(), y.blue()));
     }
 }

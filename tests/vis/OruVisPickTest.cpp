@@ -27,7 +27,7 @@ TEST(OruVisHitRecordQuery, chooses_the_hit_that_a_person_means)
     {
         Rank rank;
         double distance;
-        double centre;
+        double center;
     };
     struct Row
     {
@@ -41,7 +41,7 @@ TEST(OruVisHitRecordQuery, chooses_the_hit_that_a_person_means)
         {"the nearer in 3D", {{Rank::Scene3d, 0.5, 0}, {Rank::Scene3d, 0.25, 2}, {Rank::Scene3d, 0.7, 0}}, 1},
         {"2D over 3D", {{Rank::Scene3d, 0.0, 0}, {Rank::Flat2d, 0.0, 9}, {Rank::Scene3d, -1, 0}}, 1},
         {"the later in 2D", {{Rank::Flat2d, 0.0, 0}, {Rank::Flat2d, 0.0, 5}}, 1},
-        {"a tie goes to the centre", {{Rank::Scene3d, 0.5, 2}, {Rank::Scene3d, 0.5, 1}}, 1},
+        {"a tie goes to the center", {{Rank::Scene3d, 0.5, 2}, {Rank::Scene3d, 0.5, 1}}, 1},
         {"a whole tie to the first", {{Rank::Scene3d, 0.5, 1}, {Rank::Scene3d, 0.5, 1}}, 0},
         {"no number is farthest", {{Rank::Scene3d, none, 0}, {Rank::Scene3d, 0.9, 0}}, 1},
     };
@@ -52,7 +52,7 @@ TEST(OruVisHitRecordQuery, chooses_the_hit_that_a_person_means)
         for (std::size_t i = 0; i < row.hits.size(); ++i) {
             OruVisHitRecordList& target = i == 0 ? all : first;
             target.add({row.hits[i].distance, static_cast<unsigned int>(i)}, row.hits[i].rank,
-                       row.hits[i].centre, {}, nullptr);
+                       row.hits[i].center, {}, nullptr);
         }
         all.insert(first);
         EXPECT_EQ(OruVisHitRecordQuery::any(all), !row.hits.empty());
@@ -134,15 +134,15 @@ TEST(OruVisPickVolume, measures_in_pixels_and_depths)
     context.modelView = Matrix::scale(0.5f) * Matrix::translate({0.25f, 0.0f, 0.0f});
     const OruVisPickVolume pick(context);
     EXPECT_EQ(pick.toWindow().transform({0.5f, 1.0f, -1.0f}), Vector3(160.0f, 95.0f, 0.25f));
-    EXPECT_DOUBLE_EQ(pick.distanceFromCentre(50.5, 60.5), 0.0);
-    EXPECT_DOUBLE_EQ(pick.distanceFromCentre(53.5, 64.5), 5.0);
+    EXPECT_DOUBLE_EQ(pick.distanceFromCenter(50.5, 60.5), 0.0);
+    EXPECT_DOUBLE_EQ(pick.distanceFromCenter(53.5, 64.5), 5.0);
     EXPECT_FLOAT_EQ(static_cast<float>(pick.nearestDepth(boxAt(0, 0, -1, 0.5f))), 0.125f);
     EXPECT_EQ(pick.nearestDepth(BoundingBox()), -std::numeric_limits<double>::infinity());
 
-    // In 2D the window's pixels have their centres at 39 to 41 and 39 to 41.
+    // In 2D the window's pixels have their centers at 39 to 41 and 39 to 41.
     EXPECT_TRUE(pick.meets2d(41.0, 41.0, 99.0, 99.0));
     EXPECT_FALSE(pick.meets2d(41.1, 0.0, 99.0, 99.0));
-    EXPECT_FALSE(pick.meets2d(39.2, 39.2, 39.8, 39.8)) << "between two centres";
+    EXPECT_FALSE(pick.meets2d(39.2, 39.2, 39.8, 39.8)) << "between two centers";
     EXPECT_DOUBLE_EQ(pick.distance2d(43.0, 36.0, 50.0, 36.0), 5.0);
     EXPECT_DOUBLE_EQ(pick.distance2d(0.0, 0.0, 99.0, 99.0), 0.0);
 }
@@ -165,7 +165,7 @@ TEST(OruVisImage, lies_where_its_properties_say)
     const Row rows[] = {
         {"top right", corner, 0, 64, 4, {800, 600}, {668, 532, 128, 64}},
         {"bottom left", Qt::AlignBottom | Qt::AlignLeft, 0, 64, 4, {800, 600}, {4, 4, 128, 64}},
-        {"no flags: centred", 0, 0, 64, 4, {800, 600}, {336, 268, 128, 64}},
+        {"no flags: centered", 0, 0, 64, 4, {800, 600}, {336, 268, 128, 64}},
         {"in percent", corner, 1, 10, 1, {800, 600}, {674, 534, 120, 60}},
         {"shrunk to the width", corner, 0, 64, 4, {68, 600}, {4, 566, 60, 30}},
         {"shrunk to the height", corner, 0, 64, 4, {800, 48}, {716, 4, 80, 40}},
@@ -208,7 +208,7 @@ TEST(OruVisTriadLayout, puts_labels_at_the_ends_and_hides_those_behind_others)
             nearness = label.nearness;
             if (label.number < OruVisTriadLayout::Isometric) {
                 const Vector3 axis = layout.axis(label.number % 3) * (label.number < 3 ? 1.0f : -1.0f);
-                const QPointF offset = QRectF(label.box).center() - QPointF(0.5, 0.5) - layout.centre();
+                const QPointF offset = QRectF(label.box).center() - QPointF(0.5, 0.5) - layout.center();
                 EXPECT_NEAR(offset.x() * axis.y, offset.y() * axis.x, 1.0) << label.number;
                 EXPECT_GE(offset.x() * axis.x + offset.y() * axis.y, -1.0) << label.number;
             }

@@ -76,7 +76,7 @@ struct PanelsGL : WidgetsFixture
     }
 
     /// In the dialog that is open.
-    void chooseColour(const char* digits)
+    void chooseColor(const char* digits)
     {
         auto* const dialog = properties.findChild<QColorDialog*>();
         ASSERT_TRUE(dialog);
@@ -123,7 +123,7 @@ TEST_F(PanelsGL, EditAValueOfEachKindAndTakeItBackByKey)
         {"render", "decimalSeparator", "key Up Return", nullptr},
         {turn, "rotateBut", "key Up Return", "2"},
         {turn, "rotateBut", "key Escape Escape", "3"},
-        {"render/visualization/cube", "color", "colour", "#ff2040a0"},
+        {"render/visualization/cube", "color", "color", "#ff2040a0"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.key) + ' ' + row.hands);
@@ -132,7 +132,7 @@ TEST_F(PanelsGL, EditAValueOfEachKindAndTakeItBackByKey)
         if (row.hands[0] == 'k') {
             act(row.hands);
         } else {
-            chooseColour("2040a0");
+            chooseColor("2040a0");
         }
         if (row.value) {
             EXPECT_EQ(stored(row.path, row.key).toStdString(), row.value);

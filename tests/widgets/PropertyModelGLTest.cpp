@@ -130,7 +130,7 @@ TEST_F(PropertyModelGL, ShowsKindsAndEditsByTheSceneSEditor)
         {"pickSize", "5", "5", ""},
         {"pickSize", "-1", "5", "\"pickSize\" must be a number from 0, not \"-1\""},
         {"background", "red", "red", ""},
-        {"background", "reddish", "red", "\"background\" must be a colour like #rrggbb, not \"reddish\""},
+        {"background", "reddish", "red", "\"background\" must be a color like #rrggbb, not \"reddish\""},
         {"decimalSeparator", "44", "44", ""},
     };
     std::string refused;

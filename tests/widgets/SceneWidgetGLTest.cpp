@@ -25,9 +25,9 @@ TEST_F(SceneWidgetGL, StaysRightWhileSiblingsRepaintAndPicksHappen)
             host.send(&OruSceneEventHandler::mouseMove); // a pick; nobody asks for a frame
             return false;
         });
-        const QColor colour(10 * round, 100, 200);
-        label.setPalette(colour);
-        ASSERT_TRUE(await([&] { return screen(label).pixelColor(0, 0) == colour; }));
+        const QColor color(10 * round, 100, 200);
+        label.setPalette(color);
+        ASSERT_TRUE(await([&] { return screen(label).pixelColor(0, 0) == color; }));
         EXPECT_EQ(screen(view), shown) << "a pick and a sibling's repaint, round " << round;
         above.move(300 + 40 * round, 200);
         above.show();
@@ -79,7 +79,7 @@ TEST_F(SceneWidgetGL, KeepsItsSceneWhereverItGoes)
              main.hide();
          }},
         {"made anew", [&] { view.window().renew(); }},
-        {"back, as the centre",
+        {"back, as the center",
          [&] {
              main.setCentralWidget(&view);
              main.show();

@@ -136,10 +136,10 @@ MeshSource receivePart(Reader& in)
 {
     MeshSource part;
     part.name = QString::fromStdString(in.array<std::string>());
-    part.colour = QColor::fromRgb(in.value<QRgb>());
+    part.color = QColor::fromRgb(in.value<QRgb>());
     part.positions = in.array<std::vector<Kelvar::Math::Vector3>>();
     part.normals = in.array<std::vector<Kelvar::Math::Vector3>>();
-    part.colours = in.array<std::vector<uint32_t>>();
+    part.colors = in.array<std::vector<uint32_t>>();
     part.indices = in.array<std::vector<uint32_t>>();
     return part;
 }

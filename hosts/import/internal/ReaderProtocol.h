@@ -16,7 +16,7 @@ struct ReaderProtocol
     {
         /// A float: the share that is done, 0 to 1.
         Share,
-        /// A MeshSource: name, QRgb of the colour, positions, normals, colours, indices.
+        /// A MeshSource: name, QRgb of the color, positions, normals, colors, indices.
         Part,
         /// Why the file cannot be read, a text.
         Error,

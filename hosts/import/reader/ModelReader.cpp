@@ -96,19 +96,19 @@ Matrix normalMatrix(const Matrix& place)
     return result;
 }
 
-QColor colourOf(const aiMaterial& material)
+QColor colorOf(const aiMaterial& material)
 {
-    aiColor4D colour(0.6f, 0.6f, 0.6f, 1.0f);
-    if (material.Get(AI_MATKEY_BASE_COLOR, colour) != AI_SUCCESS) {
-        material.Get(AI_MATKEY_COLOR_DIFFUSE, colour);
+    aiColor4D color(0.6f, 0.6f, 0.6f, 1.0f);
+    if (material.Get(AI_MATKEY_BASE_COLOR, color) != AI_SUCCESS) {
+        material.Get(AI_MATKEY_COLOR_DIFFUSE, color);
     }
     const auto clamped = [](float value) { return value > 0.0f ? std::min(value, 1.0f) : 0.0f; };
-    return QColor::fromRgbF(clamped(colour.r), clamped(colour.g), clamped(colour.b));
+    return QColor::fromRgbF(clamped(color.r), clamped(color.g), clamped(color.b));
 }
 
-uint32_t packed(const aiColor4D& colour)
+uint32_t packed(const aiColor4D& color)
 {
-    const float channels[4] = {colour.r, colour.g, colour.b, 1.0f};
+    const float channels[4] = {color.r, color.g, color.b, 1.0f};
     unsigned char bytes[4];
     for (int i = 0; i < 4; ++i) {
         const float value = channels[i] > 0.0f ? std::min(channels[i], 1.0f) : 0.0f;
@@ -157,8 +157,8 @@ void copyVertices(const aiMesh& mesh, const Matrix& place, bool withNormals, Mes
                        [&](const aiVector3D& v) { return turn.transformDirection(vector(v)).normalized(); });
     }
     if (mesh.HasVertexColors(0)) {
-        source.colours.resize(mesh.mNumVertices);
-        std::transform(mesh.mColors[0], mesh.mColors[0] + mesh.mNumVertices, source.colours.begin(), packed);
+        source.colors.resize(mesh.mNumVertices);
+        std::transform(mesh.mColors[0], mesh.mColors[0] + mesh.mNumVertices, source.colors.begin(), packed);
     }
 }
 
@@ -178,7 +178,7 @@ MeshSource sourceOf(const aiScene& scene, const Use& use, bool withNormals)
 {
     MeshSource source;
     source.name = partName(use);
-    source.colour = colourOf(*scene.mMaterials[use.mesh->mMaterialIndex]);
+    source.color = colorOf(*scene.mMaterials[use.mesh->mMaterialIndex]);
     copyVertices(*use.mesh, use.place, withNormals, source);
     copyTriangles(*use.mesh, isMirror(use.place), source);
     return source;

@@ -18,10 +18,10 @@ void PartWriter::part(const MeshSource& part) const
 {
     value(Tag::Part);
     array(part.name.toStdString());
-    value(part.colour.rgb());
+    value(part.color.rgb());
     array(part.positions);
     array(part.normals);
-    array(part.colours);
+    array(part.colors);
     array(part.indices);
 }
 

@@ -3,7 +3,7 @@
 #include "contracts/core/OruPropertyKind.h"
 #include "hosts/widgets/PropertyModel.h"
 #include "hosts/widgets/internal/ChoiceBox.h"
-#include "hosts/widgets/internal/ColourButton.h"
+#include "hosts/widgets/internal/ColorButton.h"
 #include "hosts/widgets/internal/NumberBox.h"
 
 #include <QIcon>
@@ -47,8 +47,8 @@ QWidget* makeEditor(const OruPropertyKind& kind, QWidget* parent)
     if (kind.type() == Type::WholeNumber || kind.type() == Type::Number) {
         return new NumberBox(kind, parent);
     }
-    if (kind.type() == Type::Colour) {
-        return new ColourButton(parent);
+    if (kind.type() == Type::Color) {
+        return new ColorButton(parent);
     }
     auto* const line = new QLineEdit(parent);
     line->setFrame(false);
@@ -72,9 +72,9 @@ QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     if (line) {
         connect(line, &QLineEdit::textEdited, this, [this, editor] { Q_EMIT why(refusalOf(*editor)); });
     }
-    if (auto* const colour = qobject_cast<ColourButton*>(editor)) {
-        connect(colour, &ColourButton::chosen, this, [this, editor] { finish(editor); });
-        QTimer::singleShot(0, colour, &ColourButton::choose);
+    if (auto* const color = qobject_cast<ColorButton*>(editor)) {
+        connect(color, &ColorButton::chosen, this, [this, editor] { finish(editor); });
+        QTimer::singleShot(0, color, &ColorButton::choose);
     } else if (auto* const choice = qobject_cast<ChoiceBox*>(editor)) {
         connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this, editor] { finish(editor); });
         if (!choice->isEditable()) {
@@ -111,14 +111,14 @@ void PropertyDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
     }
 }
 
-/// A colour looks the same in a row that is selected, which is else drawn with a tint.
+/// A color looks the same in a row that is selected, which is else drawn with a tint.
 void PropertyDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
-    const QVariant colour = index.data(Qt::DecorationRole);
-    if (colour.isValid()) {
+    const QVariant color = index.data(Qt::DecorationRole);
+    if (color.isValid()) {
         QPixmap patch(option->decorationSize);
-        patch.fill(colour.value<QColor>());
+        patch.fill(color.value<QColor>());
         option->icon.addPixmap(patch, QIcon::Normal);
         option->icon.addPixmap(patch, QIcon::Selected);
     }

@@ -43,7 +43,7 @@ public:
     /// Name of the viewpoint that stores the view. Empty: a draw takes `modelView` as it stands.
     QString viewpointName;
 
-    /// Fixed point of rotation and zoom, in world units. A draw sets it to the centre of `bounds`.
+    /// Fixed point of rotation and zoom, in world units. A draw sets it to the center of `bounds`.
     Kelvar::Math::Vector3 center;
 
     /// The rubber band: x, y where the press was, width and height signed towards the pointer. Pixels.

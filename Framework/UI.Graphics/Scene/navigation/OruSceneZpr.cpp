@@ -147,11 +147,11 @@ bool OruSceneZpr::zoomBox(const OruSceneEventContext& ctx, Matrix& view) const
     if (band.width < smallestBand || band.height < smallestBand) {
         return false;
     }
-    const QPoint bandCentre(oru::nearestInt(std::int64_t(band.width / 2) + band.x),
+    const QPoint bandCenter(oru::nearestInt(std::int64_t(band.width / 2) + band.x),
                             oru::nearestInt(std::int64_t(band.height / 2) + band.y));
-    const QPoint viewCentre(ctx.viewport.width / 2, ctx.viewport.height / 2);
-    const Vector3 a = screenToWorld(ctx, bandCentre);
-    const Vector3 b = screenToWorld(ctx, viewCentre);
+    const QPoint viewCenter(ctx.viewport.width / 2, ctx.viewport.height / 2);
+    const Vector3 a = screenToWorld(ctx, bandCenter);
+    const Vector3 b = screenToWorld(ctx, viewCenter);
 
     // The sign of the stored height is the direction of the drag; the normalized band has lost it.
     if (ctx.boxZoom.height < 0) {

@@ -65,7 +65,7 @@ public:
     /// band is under 5 pixels in width or height. The band itself stays in the context.
     bool zoomBox(const OruSceneEventContext& ctx, Kelvar::Math::Matrix& view) const;
 
-    /// Shows the context's `zoomBounds`, else its `bounds`, else a unit box, whole, centred and from a
+    /// Shows the context's `zoomBounds`, else its `bounds`, else a unit box, whole, centered and from a
     /// standard position. `view` is read for ViewFit. False: the box has no extent in the view plane, or the
     /// viewport has no area to fit it into.
     bool zoomTo(const OruSceneEventContext& ctx, Position position, Kelvar::Math::Matrix& view) const;

@@ -51,7 +51,7 @@ public:
     OruSceneRender(const OruSceneRender&) = delete;
     OruSceneRender& operator=(const OruSceneRender&) = delete;
 
-    /// Clears colour and depth of the frame, not the stencil, and begins a frame of text.
+    /// Clears color and depth of the frame, not the stencil, and begins a frame of text.
     void clear();
 
     /// The editor that property changes out of interaction go through: the custom one if there is one, else
@@ -87,7 +87,7 @@ private:
     OruOglText text;
     OruOglBoxedText boxedText;
 
-    /// Colour that a frame is cleared to.
+    /// Color that a frame is cleared to.
     OruPropertyAdaptor<QColor> background;
 
     /// Shows frame rate and memory at the lower right.

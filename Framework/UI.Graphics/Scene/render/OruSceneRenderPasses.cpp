@@ -130,7 +130,7 @@ void OruSceneRender::draw3dPass(const OruVisualization::DrawContext& dc)
     // A zoomed view scales the normals; without this the light would change with the zoom.
     glEnable(GL_NORMALIZE);
     glEnable(GL_CULL_FACE);
-    // The tracked parameter is chosen before tracking starts, or the current colour would overwrite another.
+    // The tracked parameter is chosen before tracking starts, or the current color would overwrite another.
     glColorMaterial(GL_FRONT_AND_BACK, GL_DIFFUSE);
     glEnable(GL_COLOR_MATERIAL);
     glShadeModel(GL_SMOOTH);
@@ -191,7 +191,7 @@ OruVisHitRecordList OruSceneRender::select(const OruSceneSelectContext& sc)
     sel.pickSize = sc.pickSize;
 
     // White is the name of no object. It is set ahead of the attribute entry and stays; the next frame's
-    // clear sets its own colour.
+    // clear sets its own color.
     text.setSelectMode(true);
     glClearColor(QColor(Qt::white));
     glClearStencil(0);

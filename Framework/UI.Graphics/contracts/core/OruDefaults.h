@@ -5,7 +5,7 @@
 
 #include <QColor>
 
-/// What a typed read yields for a matrix and a colour that the store does not have: the identity and an
-/// invalid colour.
+/// What a typed read yields for a matrix and a color that the store does not have: the identity and an
+/// invalid color.
 extern KELVAR_CORE_API const Kelvar::Math::Matrix OruMatrix0;
 extern KELVAR_CORE_API const QColor QColor0;

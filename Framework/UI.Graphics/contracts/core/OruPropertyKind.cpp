@@ -12,8 +12,8 @@ namespace {
 
 /// What a property without limits and choices wants, by type.
 constexpr std::array<const char*, 6> typeWords = {
-    "any text",      "a whole number",        "a number",
-    "true or false", "a colour like #rrggbb", "16 numbers separated by blanks"};
+    "any text",      "a whole number",       "a number",
+    "true or false", "a color like #rrggbb", "16 numbers separated by blanks"};
 
 /// A refused text is repeated on one line and no longer than that.
 constexpr int longestQuote = 60;
@@ -85,7 +85,7 @@ bool OruPropertyKind::holds(const QString& text) const
         return reads<double>(text, within);
     case Type::Flag:
         return reads<bool>(text, always);
-    case Type::Colour:
+    case Type::Color:
         return reads<QColor>(text, always);
     case Type::Matrix:
         return reads<Kelvar::Math::Matrix>(text, allFinite);

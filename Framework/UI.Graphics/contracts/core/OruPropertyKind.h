@@ -27,7 +27,7 @@ public:
         WholeNumber,
         Number,
         Flag,
-        Colour,
+        Color,
         Matrix
     };
 
@@ -144,7 +144,7 @@ constexpr OruPropertyKind OruPropertyKind::of<bool>()
 template <>
 constexpr OruPropertyKind OruPropertyKind::of<QColor>()
 {
-    return OruPropertyKind(Type::Colour);
+    return OruPropertyKind(Type::Color);
 }
 
 template <>

@@ -54,7 +54,7 @@ bool parseNumber(const QString& text, Number& value)
     return true;
 }
 
-/// The raw words of a colour in the order of QDataStream: alpha, three channels, a fourth for CMYK.
+/// The raw words of a color in the order of QDataStream: alpha, three channels, a fourth for CMYK.
 using ColorWords = std::array<quint16, 5>;
 
 /// The row's number is that of QColor::Spec.

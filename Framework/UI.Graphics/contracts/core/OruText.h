@@ -11,8 +11,8 @@
 ///
 /// Numbers: the shortest decimal form that reads back to the same bits, "nan", "inf" or "-inf".
 /// Flags: "true" and "false"; "1" and "0" are read too.
-/// Colours: "#aarrggbb" for RGB of 8 bits a channel; else the model (rgb, hsv, cmyk, hsl or extended) and
-/// five words of four hexadecimal digits: alpha, then the channels as QColor stores them. An invalid colour
+/// Colors: "#aarrggbb" for RGB of 8 bits a channel; else the model (rgb, hsv, cmyk, hsl or extended) and
+/// five words of four hexadecimal digits: alpha, then the channels as QColor stores them. An invalid color
 /// is empty.
 /// "#rrggbb" and the SVG names are read too.
 /// Matrices: 16 numbers separated by blanks, row by row.

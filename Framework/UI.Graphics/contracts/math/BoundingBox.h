@@ -10,7 +10,7 @@ class Matrix;
 
 /// A box with edges along the axes of its frame, borders included, or no box at all: undefined. A value type.
 ///
-/// An undefined box holds nothing: its extents are 0, its centre and corners are the origin, it meets no
+/// An undefined box holds nothing: its extents are 0, its center and corners are the origin, it meets no
 /// other box and adding it changes nothing.
 class KELVAR_MATH_API BoundingBox
 {

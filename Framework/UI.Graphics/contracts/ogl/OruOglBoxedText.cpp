@@ -28,12 +28,12 @@ struct Side
     int shadow;
 };
 
-Side sideOf(Qt::Alignment alignment, Qt::Alignment below, Qt::Alignment centred, int point, int extent)
+Side sideOf(Qt::Alignment alignment, Qt::Alignment below, Qt::Alignment centered, int point, int extent)
 {
     if (alignment & below) {
         return {point - extent, -1};
     }
-    if (alignment & centred) {
+    if (alignment & centered) {
         return {point - extent / 2, 0};
     }
     return {point, 1};

@@ -13,8 +13,8 @@ class OruOglText;
 
 /// A text in a filled box with a frame, placed on one side of a point.
 ///
-/// Works in the frame of OruOglText, pixel centres at whole numbers, in any GL state, and puts the state
-/// back. The text is drawn in the colour of its OruOglText, and upright whatever the angle there.
+/// Works in the frame of OruOglText, pixel centers at whole numbers, in any GL state, and puts the state
+/// back. The text is drawn in the color of its OruOglText, and upright whatever the angle there.
 class KELVAR_OGL_API OruOglBoxedText
 {
 public:
@@ -28,8 +28,8 @@ public:
     /// The box floats at the pointer. Its point is a pixel of the window then instead of one of the viewport,
     /// and in a viewport that begins right of the window's left edge it is moved right as far as it would be
     /// cut off there. It casts a translucent shadow, shadowWidth pixels wide, on the side away from its
-    /// point, so that it stays on the named side as well; none along an axis on which the box is centred. Off
-    /// after construction and after clear().
+    /// point, so that it stays on the named side as well; none along an axis on which the box is centered.
+    /// Off after construction and after clear().
     bool floating = false;
 
     explicit OruOglBoxedText(OruOglText& boxedText);
@@ -40,7 +40,7 @@ public:
     /// On which side of the point the box lies. Qt::AlignLeft: towards smaller x, its last column is the one
     /// before the point's; Qt::AlignRight: towards larger x, the point's column is its first.
     /// Qt::AlignBottom: towards smaller y, below the point's row; Qt::AlignTop: towards larger y, the point's
-    /// row is its first. Qt::AlignHCenter and Qt::AlignVCenter: centred on the point. An axis without a flag
+    /// row is its first. Qt::AlignHCenter and Qt::AlignVCenter: centered on the point. An axis without a flag
     /// is as after clear().
     void setAlignment(Qt::Alignment alignment);
 
@@ -51,7 +51,7 @@ public:
     QSize size(const QString& string) const;
 
     /// Draws the box at the pixel `point` of the viewport; see `floating`. An empty text draws nothing. While
-    /// `text` is in select mode the box is filled with the current GL colour.
+    /// `text` is in select mode the box is filled with the current GL color.
     void draw(const QPoint& point, const QString& string) const;
 
 private:

@@ -19,7 +19,7 @@
 
 namespace {
 
-/// The key of images without a transparent colour; valid colours are opaque here.
+/// The key of images without a transparent color; valid colors are opaque here.
 constexpr unsigned int noColor = 0;
 
 constexpr unsigned int colorBits = 0x00ffffff;

@@ -37,7 +37,7 @@ public:
 
     /// The texture of an image file, uploaded at the first request; needs the context. It is kept as long as
     /// somebody holds the pointer, and a while longer: see releaseUnused. Pixels whose red, green and blue
-    /// are those of `transparent` become fully transparent; an invalid colour (the default) means none. The
+    /// are those of `transparent` become fully transparent; an invalid color (the default) means none. The
     /// image's own alpha counts as well. An image beyond the largest texture is scaled down.
     ///
     /// Null for a file that is not found, and for one that is no regular file, no image or larger than

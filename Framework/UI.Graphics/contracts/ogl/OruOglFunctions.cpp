@@ -61,7 +61,7 @@ GLubyte alphaByte(float alpha)
     return alpha < 255.0f ? static_cast<GLubyte>(std::lround(std::max(alpha, 0.0f))) : GLubyte(255);
 }
 
-/// Colours of an extended range reach beyond 0 to 255.
+/// Colors of an extended range reach beyond 0 to 255.
 GLubyte byte(int component)
 {
     return static_cast<GLubyte>(std::clamp(component, 0, 255));
@@ -83,7 +83,7 @@ OruOglViewport glGetViewport()
 
 void gluOrtho2D(const OruOglViewport& viewport)
 {
-    constexpr double start = -0.5 - OruOglOffCentre;
+    constexpr double start = -0.5 - OruOglOffCenter;
     glOrtho(start, start + std::max(viewport.width, 1), start, start + std::max(viewport.height, 1), -1.0,
             1.0);
 }

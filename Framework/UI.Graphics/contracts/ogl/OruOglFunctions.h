@@ -17,14 +17,14 @@ KELVAR_OGL_API void glViewport(const OruOglViewport& viewport);
 /// The current GL viewport.
 KELVAR_OGL_API OruOglViewport glGetViewport();
 
-/// How far right of and above the pixel centres gluOrtho2D maps whole numbers, in pixels. A line from one
-/// centre to another has its ends where it depends on rounding whether OpenGL draws the last pixel; this step
+/// How far right of and above the pixel centers gluOrtho2D maps whole numbers, in pixels. A line from one
+/// center to another has its ends where it depends on rounding whether OpenGL draws the last pixel; this step
 /// decides it. It is too small to see: what must lie exactly on the pixels, such as an edge that fades out
 /// over one of them, takes it off its coordinates.
-constexpr double OruOglOffCentre = 1.0 / 64.0;
+constexpr double OruOglOffCenter = 1.0 / 64.0;
 
 /// Multiplies the current matrix by the map from the viewport's own pixels to clip space: the CENTRES of its
-/// pixels lie at the whole numbers 0 to width - 1 and 0 to height - 1 (but for OruOglOffCentre), so that x
+/// pixels lie at the whole numbers 0 to width - 1 and 0 to height - 1 (but for OruOglOffCenter), so that x
 /// spans -0.5 to width - 0.5 and y likewise; z spans -1 to 1. The viewport's x and y play no part. A side
 /// below 1 is taken as 1.
 KELVAR_OGL_API void gluOrtho2D(const OruOglViewport& viewport);
@@ -48,13 +48,13 @@ KELVAR_OGL_API Kelvar::Math::Matrix glGetOrtho(const OruOglViewport& viewport,
                                                const Kelvar::Math::BoundingBox& box,
                                                const Kelvar::Math::Matrix& modelView);
 
-/// Sets the colour that glClear writes, alpha included. An invalid colour is black.
+/// Sets the color that glClear writes, alpha included. An invalid color is black.
 KELVAR_OGL_API void glClearColor(const QColor& color);
 
-/// Sets the current colour, alpha included, in steps of 1/255.
+/// Sets the current color, alpha included, in steps of 1/255.
 KELVAR_OGL_API void glColor(const QColor& color);
 
-/// Sets the current colour to red, green and blue of `color` and to the alpha `alpha`, which counts in steps
+/// Sets the current color to red, green and blue of `color` and to the alpha `alpha`, which counts in steps
 /// of 1/255: 0 is transparent, 255 opaque. It is rounded and clamped to that range. Under a logic operation,
 /// which acts on all four components, a small alpha leaves the alpha of the picture nearly as it was.
 KELVAR_OGL_API void glColor(const QColor& color, float alpha);

@@ -29,8 +29,8 @@ public:
     void clear();
 
     /// Draws the whole mesh in the current state and matrices, or `count` indices from the index `first` on;
-    /// what lies beyond the end is left out. A mesh without colours takes the current colour; one with
-    /// colours leaves the current colour undefined. Client array state and buffer bindings of the caller are
+    /// what lies beyond the end is left out. A mesh without colors takes the current color; one with
+    /// colors leaves the current color undefined. Client array state and buffer bindings of the caller are
     /// neither used nor changed.
     void draw() const;
     void draw(std::size_t first, std::size_t count) const;
@@ -60,7 +60,7 @@ private:
     std::weak_ptr<OruOglBufferStore> store_;
     std::size_t vertexCount_ = 0;
     std::size_t indexCount_ = 0;
-    unsigned int buffer_ = 0; // positions, normals, colours, indices, one after the other
+    unsigned int buffer_ = 0; // positions, normals, colors, indices, one after the other
     bool lines_ = false;
     bool normals_ = false;
     bool colors_ = false;

@@ -18,7 +18,7 @@ const char* const OruOglText::defaultFace = oru::defaultFace;
 namespace {
 
 /// Sends rectangles of whole pixels, relative to the lower left pixel of a text, turned about that pixel's
-/// centre.
+/// center.
 class TurnedRectangles
 {
 public:

@@ -15,7 +15,7 @@ class OruOglFont;
 
 /// Text in pixels, drawn from a glyph atlas.
 ///
-/// Works in the frame of gluOrtho2D: current matrices that put pixel centres at whole numbers. Glyphs then
+/// Works in the frame of gluOrtho2D: current matrices that put pixel centers at whole numbers. Glyphs then
 /// cover whole pixels and are drawn as they were rasterised, without filtering. A text may have several
 /// lines, separated by '\n', the first one on top. Characters that the font lacks show as a box. Drawing
 /// leaves the GL state as it was; it sets what it needs by itself.
@@ -35,7 +35,7 @@ public:
     OruOglText(const OruOglText&) = delete;
     OruOglText& operator=(const OruOglText&) = delete;
 
-    /// Starts a frame: colour and angle are those of a new text again, and glyph textures that no text used
+    /// Starts a frame: color and angle are those of a new text again, and glyph textures that no text used
     /// for 600 frames are released, and images that nobody uses. Needs the context only where there are such
     /// textures.
     void clear();
@@ -44,11 +44,11 @@ public:
     /// height. (0, 0) for an empty text. Needs no GL context.
     QSize size(const QString& text) const;
 
-    /// The colour of what is drawn from here on, alpha included. White in a new text.
+    /// The color of what is drawn from here on, alpha included. White in a new text.
     void setColor(const QColor& color);
     const QColor& color() const { return color_; }
 
-    /// In select mode a text is drawn as its box, filled with the current GL colour instead of setColor's.
+    /// In select mode a text is drawn as its box, filled with the current GL color instead of setColor's.
     void setSelectMode(bool on);
     bool selectMode() const { return selectMode_; }
 

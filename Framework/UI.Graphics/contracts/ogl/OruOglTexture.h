@@ -3,7 +3,7 @@
 #include <QSize>
 
 /// A two-dimensional texture of an OruOglCache. The whole image lies in texture coordinates 0 to 1, (0, 0) at
-/// its lower left; colours are not premultiplied. Filtered with mipmaps, clamped at its edges.
+/// its lower left; colors are not premultiplied. Filtered with mipmaps, clamped at its edges.
 struct OruOglTexture
 {
     unsigned int name = 0; ///< The GL name; belongs to the cache.

@@ -10,7 +10,7 @@
 
 /// A binary tree of boxes that finds those in a volume without looking at the others.
 ///
-/// Built by halving the boxes at the median of their centres along the longest axis: O(n log n), two nodes a
+/// Built by halving the boxes at the median of their centers along the longest axis: O(n log n), two nodes a
 /// leaf of four. A box that moves is refitted, which keeps every answer right and lets the tree get looser
 /// until it is built anew.
 class KELVAR_VIS_API OruVisHierarchy

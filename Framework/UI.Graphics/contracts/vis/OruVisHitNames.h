@@ -4,7 +4,7 @@
 
 /// The one place that gives out hit names.
 ///
-/// A name is 1 to 0xFFFFFE: it fits into the bits of a colour, and neither black nor white is one. Names that
+/// A name is 1 to 0xFFFFFE: it fits into the bits of a color, and neither black nor white is one. Names that
 /// were given back come to the end of a queue, so that a name seen at a press is not another object's at the
 /// release. Any thread. OruVisHitName pairs the two calls.
 class KELVAR_VIS_API OruVisHitNames

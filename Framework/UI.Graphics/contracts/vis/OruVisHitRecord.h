@@ -7,7 +7,7 @@
 /// A value. Hits are compared by `name` alone.
 struct KELVAR_VIS_API OruVisHitRecord
 {
-    /// The name of no object: white, the clear colour of a selection pass.
+    /// The name of no object: white, the clear color of a selection pass.
     static constexpr unsigned int INVALID_NAME = 0xFFFFFF;
 
     /// Window depth of the hit, 0.0 near to 1.0 far; 0.0 for a hit in 2D; -1.0 for no hit.

@@ -1,10 +1,10 @@
 #include "contracts/vis/OruVisHitRecordList.h"
 
-void OruVisHitRecordList::add(const OruVisHitRecord& record, Rank rank, double centreDistance,
+void OruVisHitRecordList::add(const OruVisHitRecord& record, Rank rank, double centerDistance,
                               const boost::weak_ptr<IOruVisEventHandler>& handler,
                               const OruVisualization* visualization)
 {
-    entries_.push_back(Entry{record, rank, centreDistance, handler, visualization});
+    entries_.push_back(Entry{record, rank, centerDistance, handler, visualization});
 }
 
 void OruVisHitRecordList::insert(const OruVisHitRecordList& other)

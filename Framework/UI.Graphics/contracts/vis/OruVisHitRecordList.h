@@ -29,8 +29,8 @@ public:
     {
         OruVisHitRecord record;
         Rank rank;
-        /// Pixels from the centre of the pick window.
-        double centreDistance;
+        /// Pixels from the center of the pick window.
+        double centerDistance;
         boost::weak_ptr<IOruVisEventHandler> handler;
         /// May be null.
         const OruVisualization* visualization;
@@ -44,8 +44,8 @@ public:
     ~OruVisHitRecordList() = default;
 
     /// Appends one hit. 2D objects report in the order in which they are drawn, the topmost last.
-    /// `centreDistance` is in pixels (OruVisPickVolume::distanceFromCentre).
-    void add(const OruVisHitRecord& record, Rank rank, double centreDistance,
+    /// `centerDistance` is in pixels (OruVisPickVolume::distanceFromCenter).
+    void add(const OruVisHitRecord& record, Rank rank, double centerDistance,
              const boost::weak_ptr<IOruVisEventHandler>& handler, const OruVisualization* visualization);
 
     /// Appends the hits of `other` behind the own ones.

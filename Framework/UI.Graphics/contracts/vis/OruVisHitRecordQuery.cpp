@@ -28,7 +28,7 @@ bool beats(const Entry& later, const Entry& best)
     if (laterDistance != bestDistance) {
         return laterDistance < bestDistance;
     }
-    return ranked(later.centreDistance) < ranked(best.centreDistance);
+    return ranked(later.centerDistance) < ranked(best.centerDistance);
 }
 
 } // namespace

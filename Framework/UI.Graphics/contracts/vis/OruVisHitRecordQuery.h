@@ -7,7 +7,7 @@
 ///
 /// The top hit is the one that a person means: a hit in 2D beats every hit in 3D, since it is drawn over the
 /// scene. Among hits in 2D the last reported wins, since it is drawn last. Among hits in 3D the smallest
-/// distance wins; of two at the same distance the one nearer to the centre of the pick window, and then the
+/// distance wins; of two at the same distance the one nearer to the center of the pick window, and then the
 /// one reported first.
 class KELVAR_VIS_API OruVisHitRecordQuery
 {

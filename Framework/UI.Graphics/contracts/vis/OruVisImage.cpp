@@ -38,9 +38,9 @@ void drawTexture(const OruOglTexture& texture, const QRect& place, bool pixelate
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, pixelated ? GL_NEAREST : GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, pixelated ? GL_NEAREST : GL_LINEAR);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    // Pixel centres lie at whole numbers, pixel edges between them: an image of the size shown stays sharp.
-    const double left = place.x() - 0.5 - OruOglOffCentre;
-    const double bottom = place.y() - 0.5 - OruOglOffCentre;
+    // Pixel centers lie at whole numbers, pixel edges between them: an image of the size shown stays sharp.
+    const double left = place.x() - 0.5 - OruOglOffCenter;
+    const double bottom = place.y() - 0.5 - OruOglOffCenter;
     const double right = left + place.width();
     const double top = bottom + place.height();
     glBegin(GL_QUADS);

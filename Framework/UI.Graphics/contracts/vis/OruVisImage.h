@@ -33,7 +33,7 @@ public:
     /// drawOrder(); key "order".
     OruPropertyAdaptor<int> order;
 
-    /// Where in the viewport: Qt::AlignmentFlag values; without a flag for an axis it is centred on that
+    /// Where in the viewport: Qt::AlignmentFlag values; without a flag for an axis it is centered on that
     /// axis. Key "alignment".
     OruPropertyAdaptor<int> alignment;
 
@@ -60,7 +60,7 @@ public:
     /// Shows the image's pixels as they are instead of smoothing them; key "pixelated".
     OruPropertyAdaptor<bool> pixelated;
 
-    /// The colour that is transparent if useTransparentColor is true; keys "transparentColor",
+    /// The color that is transparent if useTransparentColor is true; keys "transparentColor",
     /// "useTransparentColor".
     OruPropertyAdaptor<QColor> transparentColor;
     OruPropertyAdaptor<bool> useTransparentColor;

@@ -14,7 +14,7 @@ public:
 
     explicit OruVisLight(OruModifiedGroup& modifiedGroup);
 
-    /// Colours; keys "ambient", "diffuse", "specular".
+    /// Colors; keys "ambient", "diffuse", "specular".
     OruPropertyAdaptor<QColor> ambient;
     OruPropertyAdaptor<QColor> diffuse;
     OruPropertyAdaptor<QColor> specular;

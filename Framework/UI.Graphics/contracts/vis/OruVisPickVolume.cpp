@@ -72,8 +72,8 @@ void OruVisPickVolume::setWindow(const OruVisualization::SelectContext& context)
 {
     const Span wholeX = pickSpan(context.pickPoint.x(), context.pickSize.width());
     const Span wholeY = pickSpan(context.pickPoint.y(), context.pickSize.height());
-    centreX_ = static_cast<double>(wholeX.begin + wholeX.end) / 2.0;
-    centreY_ = static_cast<double>(wholeY.begin + wholeY.end) / 2.0;
+    centerX_ = static_cast<double>(wholeX.begin + wholeX.end) / 2.0;
+    centerY_ = static_cast<double>(wholeY.begin + wholeY.end) / 2.0;
     const Span spanX = clipped(wholeX, viewport_.x, viewport_.width);
     const Span spanY = clipped(wholeY, viewport_.y, viewport_.height);
     if (spanX.begin >= spanX.end || spanY.begin >= spanY.end) {
@@ -111,9 +111,9 @@ double OruVisPickVolume::nearestDepth(const BoundingBox& box) const
     return nearest;
 }
 
-double OruVisPickVolume::distanceFromCentre(double windowX, double windowY) const
+double OruVisPickVolume::distanceFromCenter(double windowX, double windowY) const
 {
-    return std::hypot(windowX - centreX_, windowY - centreY_);
+    return std::hypot(windowX - centerX_, windowY - centerY_);
 }
 
 bool OruVisPickVolume::meets2d(double left, double bottom, double right, double top) const
@@ -121,7 +121,7 @@ bool OruVisPickVolume::meets2d(double left, double bottom, double right, double 
     if (empty()) {
         return false;
     }
-    // Pixel centres lie at whole numbers here.
+    // Pixel centers lie at whole numbers here.
     const double firstX = static_cast<double>(x_) - viewport_.x;
     const double firstY = static_cast<double>(y_) - viewport_.y;
     return std::ceil(std::max(left, firstX)) <= std::min(right, firstX + width_ - 1) &&
@@ -130,8 +130,8 @@ bool OruVisPickVolume::meets2d(double left, double bottom, double right, double 
 
 double OruVisPickVolume::distance2d(double left, double bottom, double right, double top) const
 {
-    // The window coordinate of a pixel's centre ends in one half.
-    const double x = centreX_ - viewport_.x - 0.5;
-    const double y = centreY_ - viewport_.y - 0.5;
+    // The window coordinate of a pixel's center ends in one half.
+    const double x = centerX_ - viewport_.x - 0.5;
+    const double y = centerY_ - viewport_.y - 0.5;
     return std::hypot(beyond(x, left, right), beyond(y, bottom, top));
 }

@@ -9,9 +9,9 @@
 /// The pixels that a pick asks about, and the piece of the model that is seen through them.
 ///
 /// A pick window of N pixels at pixel p covers the pixels p - (N - 1) / 2 to p - (N - 1) / 2 + N - 1 on each
-/// axis, less those outside the viewport. The centre of pixel i has the window coordinate i + 0.5; in the
+/// axis, less those outside the viewport. The center of pixel i has the window coordinate i + 0.5; in the
 /// coordinates of the 2D passes it lies at i minus the viewport's corner. An object is hit when it covers the
-/// centre of a pixel of the window.
+/// center of a pixel of the window.
 class KELVAR_VIS_API OruVisPickVolume
 {
 public:
@@ -40,14 +40,14 @@ public:
     /// infinity for an undefined box and one that reaches behind the eye.
     double nearestDepth(const Kelvar::Math::BoundingBox& box) const;
 
-    /// Pixels from the centre of the whole pick window, unclipped, to a point in window coordinates.
-    double distanceFromCentre(double windowX, double windowY) const;
+    /// Pixels from the center of the whole pick window, unclipped, to a point in window coordinates.
+    double distanceFromCenter(double windowX, double windowY) const;
 
-    /// A rectangle in the coordinates of the 2D passes, edges included, covers the centre of a pixel of the
+    /// A rectangle in the coordinates of the 2D passes, edges included, covers the center of a pixel of the
     /// window.
     bool meets2d(double left, double bottom, double right, double top) const;
 
-    /// Pixels from the centre of the pick window to the nearest point of a rectangle in the coordinates of
+    /// Pixels from the center of the pick window to the nearest point of a rectangle in the coordinates of
     /// the 2D passes.
     double distance2d(double left, double bottom, double right, double top) const;
 
@@ -62,8 +62,8 @@ private:
     int y_ = 0;
     int width_ = 0;
     int height_ = 0;
-    double centreX_ = 0.0;
-    double centreY_ = 0.0;
+    double centerX_ = 0.0;
+    double centerY_ = 0.0;
     Kelvar::Math::Matrix toWindow_;
     OruVisViewVolume volume_;
 };

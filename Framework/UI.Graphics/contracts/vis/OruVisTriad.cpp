@@ -37,21 +37,21 @@ QColor colorOf(int label)
     return label < 3 ? axis : axis.darker(145);
 }
 
-/// The axis with its arrow head, or the thin line that goes on behind the centre. The farther end first.
+/// The axis with its arrow head, or the thin line that goes on behind the center. The farther end first.
 void drawArm(const Layout& layout, int label)
 {
-    const Vector3 centre(static_cast<float>(layout.centre().x()), static_cast<float>(layout.centre().y()),
+    const Vector3 center(static_cast<float>(layout.center().x()), static_cast<float>(layout.center().y()),
                          0.0f);
     const float length = layout.length();
     const Vector3 tip = layout.axis(label % 3) * (label < 3 ? length : -length);
     const QColor color = colorOf(label);
     if (label >= 3) {
-        oru::fillFrustum({centre, centre + tip, reverseRadius * length, reverseRadius * length}, color);
+        oru::fillFrustum({center, center + tip, reverseRadius * length, reverseRadius * length}, color);
         return;
     }
-    const Vector3 neck = centre + tip * headStart;
-    const oru::Frustum shaft = {centre, neck, shaftRadius * length, shaftRadius * length};
-    const oru::Frustum head = {neck, centre + tip, headRadius * length, 0.0f};
+    const Vector3 neck = center + tip * headStart;
+    const oru::Frustum shaft = {center, neck, shaftRadius * length, shaftRadius * length};
+    const oru::Frustum head = {neck, center + tip, headRadius * length, 0.0f};
     const bool towardsViewer = tip.z > 0.0f;
     oru::fillFrustum(towardsViewer ? shaft : head, color);
     oru::fillFrustum(towardsViewer ? head : shaft, color);

@@ -37,7 +37,7 @@ public:
     /// Corner or side of the viewport, Qt::AlignmentFlag values; key "alignment".
     OruPropertyAdaptor<int> alignment;
 
-    /// Length of an axis from the centre in pixels; key "length". The triad shrinks with a viewport of which
+    /// Length of an axis from the center in pixels; key "length". The triad shrinks with a viewport of which
     /// it would take more than half, and is not shown below a third of its length.
     OruPropertyAdaptor<float> length;
 

@@ -14,7 +14,7 @@ constexpr float gap = 3.0f;
 constexpr int sidePadding = 4;
 constexpr int edgePadding = 1;
 
-/// Twice the extent from the centre of a box in a direction of any length but 0.
+/// Twice the extent from the center of a box in a direction of any length but 0.
 double reachOf(const QSize& box, double x, double y)
 {
     const double length = std::hypot(x, y);
@@ -89,7 +89,7 @@ bool OruVisTriadLayout::place(const Request& request)
     const double y = middle(height, request.viewport.height(), request.margin, align & Qt::AlignBottom,
                             align & Qt::AlignTop);
     lowestRow_ = y - height / 2.0 + 0.5;
-    centre_ = QPointF(x, y + below / 2.0);
+    center_ = QPointF(x, y + below / 2.0);
     return true;
 }
 
@@ -100,7 +100,7 @@ void OruVisTriadLayout::addAxisLabels(const Request& request)
         const Vector3 direction = sign * axis(i % 3);
         const QSize size = boxSize(request.texts[static_cast<std::size_t>(i)]);
         const double radius = length_ + gap + reachOf(size, direction.x, direction.y) / 2.0;
-        const QRect box = boxAt(centre_.x() + radius * direction.x, centre_.y() + radius * direction.y, size);
+        const QRect box = boxAt(center_.x() + radius * direction.x, center_.y() + radius * direction.y, size);
         labels_.push_back({i, box, direction.z, !size.isEmpty()});
     }
     std::stable_sort(labels_.begin(), labels_.end(),
@@ -110,16 +110,16 @@ void OruVisTriadLayout::addAxisLabels(const Request& request)
 void OruVisTriadLayout::addIsometric(const Request& request)
 {
     const QSize size = boxSize(request.texts[Isometric]);
-    const QRect box = boxAt(centre_.x(), lowestRow_ + (size.height() - 1) / 2.0, size);
+    const QRect box = boxAt(center_.x(), lowestRow_ + (size.height() - 1) / 2.0, size);
     labels_.push_back({Isometric, box, 1.0f, !size.isEmpty()});
 }
 
 void OruVisTriadLayout::hideCovered()
 {
     for (std::size_t i = 0; i < labels_.size(); ++i) {
-        const QPoint centre = labels_[i].box.center();
+        const QPoint center = labels_[i].box.center();
         const bool covered = std::any_of(labels_.begin() + static_cast<std::ptrdiff_t>(i) + 1, labels_.end(),
-                                         [&](const Label& nearer) { return nearer.box.contains(centre); });
+                                         [&](const Label& nearer) { return nearer.box.contains(center); });
         labels_[i].shown = labels_[i].shown && !covered;
     }
 }

@@ -13,7 +13,7 @@
 
 /// Where the parts of an axis triad lie in a viewport: plain numbers, no OpenGL.
 ///
-/// Coordinates are those of the 2D passes: pixels of the viewport, y up, pixel centres at whole numbers. The
+/// Coordinates are those of the 2D passes: pixels of the viewport, y up, pixel centers at whole numbers. The
 /// rectangles' top() is their lowest row.
 class KELVAR_VIS_API OruVisTriadLayout
 {
@@ -54,7 +54,7 @@ public:
     /// Length of an axis in this viewport, in pixels.
     float length() const { return length_; }
 
-    QPointF centre() const { return centre_; }
+    QPointF center() const { return center_; }
 
     /// Unit vector of axis 0, 1 or 2 in eye coordinates.
     const Kelvar::Math::Vector3& axis(int index) const { return axes_[static_cast<std::size_t>(index)]; }
@@ -70,7 +70,7 @@ private:
     void hideCovered();
 
     float length_ = 0.0f;
-    QPointF centre_;
+    QPointF center_;
     double lowestRow_ = 0.0;
     std::array<Kelvar::Math::Vector3, 3> axes_;
     std::vector<Label> labels_;

@@ -27,9 +27,9 @@ class OruResource;
 ///
 /// Objects live in the frame of the model; the context's modelView and projection take that frame to the
 /// window. In the 2D passes the projection is the identity and modelView maps device pixels of the viewport,
-/// origin lower left, y up, pixel centres at whole numbers. A pass finds the matrices of its context loaded
-/// in OpenGL and leaves matrices and attributes as it found them; the current colour is free. (To pop it does
-/// harm: a lit material that follows the colour may then miss the next one.) All operations run with the GL
+/// origin lower left, y up, pixel centers at whole numbers. A pass finds the matrices of its context loaded
+/// in OpenGL and leaves matrices and attributes as it found them; the current color is free. (To pop it does
+/// harm: a lit material that follows the color may then miss the next one.) All operations run with the GL
 /// context current. This class itself draws nothing and has no extent; it also stands in for a type that
 /// nobody knows.
 class KELVAR_VIS_API OruVisualization : public OruProperties

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The framebuffer object of one capture, with a colour and a depth renderbuffer of the capture's size.
+/// The framebuffer object of one capture, with a color and a depth renderbuffer of the capture's size.
 ///
 /// Made and bound by the constructor. `release` returns to the window's framebuffer and deletes the three
 /// objects; the destructor does the same if nobody has. GLEW must have been initialised.

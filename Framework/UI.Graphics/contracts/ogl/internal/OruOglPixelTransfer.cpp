@@ -10,7 +10,7 @@ struct Setting
     float plain;
 };
 
-/// What lies between a pixel in memory and its colour.
+/// What lies between a pixel in memory and its color.
 constexpr Setting transferSettings[] = {
     {GL_MAP_COLOR, 0.0f},  {GL_RED_SCALE, 1.0f},   {GL_GREEN_SCALE, 1.0f},
     {GL_BLUE_SCALE, 1.0f}, {GL_ALPHA_SCALE, 1.0f}, {GL_RED_BIAS, 0.0f},

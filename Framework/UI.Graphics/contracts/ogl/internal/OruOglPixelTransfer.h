@@ -4,7 +4,7 @@
 
 /// A plain state for moving pixels between OpenGL and tightly kept images, for the length of a scope: rows
 /// aligned to `rowAlignment` bytes (1, 2, 4 or 8), no offsets, no buffer objects bound for packing and
-/// unpacking, colours passed through unchanged. At the end the caller's state is back.
+/// unpacking, colors passed through unchanged. At the end the caller's state is back.
 class OruOglPixelTransfer
 {
 public:

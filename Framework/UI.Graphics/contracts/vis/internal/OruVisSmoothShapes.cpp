@@ -42,7 +42,7 @@ std::vector<QPointF> outward(const std::vector<QPointF>& points)
 
 void vertex(const QPointF& point)
 {
-    glVertex2d(point.x() - OruOglOffCentre, point.y() - OruOglOffCentre);
+    glVertex2d(point.x() - OruOglOffCenter, point.y() - OruOglOffCenter);
 }
 
 double turn(const QPointF& a, const QPointF& b, const QPointF& c)
@@ -98,7 +98,7 @@ struct Rings
     }
 };
 
-/// The colour of a surface under the light.
+/// The color of a surface under the light.
 QColor shaded(const QColor& color, const Vector3& normal)
 {
     const Vector3 light = Vector3(0.35f, 0.55f, 0.76f);
@@ -166,7 +166,7 @@ void fillConvex(const std::vector<QPointF>& points, const QColor& color)
 
 void fillPill(const QRect& pixels, const QColor& color)
 {
-    // From edge to edge of the outermost pixels, whose centres lie at whole numbers.
+    // From edge to edge of the outermost pixels, whose centers lie at whole numbers.
     const double radius = std::min(pixels.width(), pixels.height()) / 2.0;
     const double left = pixels.x() - 0.5 + radius;
     const double right = pixels.x() - 0.5 + pixels.width() - radius;
@@ -174,11 +174,11 @@ void fillPill(const QRect& pixels, const QColor& color)
     const double top = pixels.y() - 0.5 + pixels.height() - radius;
     std::vector<QPointF> points;
     const auto circle = CircleTable::points(corners);
-    const QPointF centres[] = {{right, top}, {left, top}, {left, bottom}, {right, bottom}};
+    const QPointF centers[] = {{right, top}, {left, top}, {left, bottom}, {right, bottom}};
     for (std::size_t quarter = 0; quarter < 4; ++quarter) {
         for (std::size_t i = 0; i <= corners / 4; ++i) {
             const Vector3& place = (*circle)[(quarter * corners / 4 + i) % corners];
-            points.push_back(centres[quarter] + radius * QPointF(place.x, place.y));
+            points.push_back(centers[quarter] + radius * QPointF(place.x, place.y));
         }
     }
     points.erase(std::unique(points.begin(), points.end()), points.end());

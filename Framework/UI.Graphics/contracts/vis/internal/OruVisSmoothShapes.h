@@ -10,7 +10,7 @@
 
 /// Flat shapes with smooth edges for 2D passes, which have no multisampling to rely on.
 ///
-/// Coordinates are pixels with pixel centres at whole numbers. Edges fade out over one pixel, so blending
+/// Coordinates are pixels with pixel centers at whole numbers. Edges fade out over one pixel, so blending
 /// must be on (OruOglFlatState::blend).
 namespace oru {
 

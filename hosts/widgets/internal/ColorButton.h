@@ -4,14 +4,14 @@
 
 namespace hostkit {
 
-/// Edits a colour: shows it, and a click opens a dialog to choose another one.
-class ColourButton : public QToolButton
+/// Edits a color: shows it, and a click opens a dialog to choose another one.
+class ColorButton : public QToolButton
 {
     Q_OBJECT
     Q_PROPERTY(QString stored READ stored WRITE setStored USER true)
 
 public:
-    explicit ColourButton(QWidget* parent);
+    explicit ColorButton(QWidget* parent);
 
     QString stored() const { return stored_; }
     void setStored(const QString& text);
@@ -20,7 +20,7 @@ public:
     void choose();
 
 Q_SIGNALS:
-    /// A colour was chosen in the dialog.
+    /// A color was chosen in the dialog.
     void chosen();
 
 private:

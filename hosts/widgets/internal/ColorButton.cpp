@@ -1,4 +1,4 @@
-#include "hosts/widgets/internal/ColourButton.h"
+#include "hosts/widgets/internal/ColorButton.h"
 
 #include "contracts/core/OruText.h"
 
@@ -7,33 +7,33 @@
 
 namespace hostkit {
 
-ColourButton::ColourButton(QWidget* parent)
+ColorButton::ColorButton(QWidget* parent)
     : QToolButton(parent)
 {
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     setAutoFillBackground(true);
-    connect(this, &QToolButton::clicked, this, &ColourButton::choose);
+    connect(this, &QToolButton::clicked, this, &ColorButton::choose);
 }
 
-void ColourButton::setStored(const QString& text)
+void ColorButton::setStored(const QString& text)
 {
     stored_ = text;
-    QColor colour;
-    oru::fromString(text, colour);
+    QColor color;
+    oru::fromString(text, color);
     QPixmap patch(iconSize());
-    patch.fill(colour.isValid() ? colour : QColor(Qt::transparent));
+    patch.fill(color.isValid() ? color : QColor(Qt::transparent));
     setIcon(patch);
     setText(text);
 }
 
-void ColourButton::choose()
+void ColorButton::choose()
 {
     if (findChild<QColorDialog*>()) {
         return;
     }
-    QColor colour;
-    oru::fromString(stored_, colour);
-    auto* const dialog = new QColorDialog(colour, this);
+    QColor color;
+    oru::fromString(stored_, color);
+    auto* const dialog = new QColorDialog(color, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOptions(QColorDialog::ShowAlphaChannel | QColorDialog::DontUseNativeDialog);
     connect(dialog, &QColorDialog::colorSelected, this, [this](const QColor& selected) {
