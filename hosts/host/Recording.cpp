@@ -2,7 +2,9 @@
 
 #include "contracts/core/OruFileReader.h"
 
+#include <QLocale>
 #include <algorithm>
+
 #include <array>
 #include <cmath>
 #include <limits>
@@ -15,6 +17,7 @@ namespace {
 
 const char* const magic = "kelvar-recording 1";
 constexpr int mostPixels = 1 << 20;
+constexpr double mostAmount = 1000.0;
 constexpr int mostViewFractions = 1000000;
 constexpr qint64 mostBytes = 256 << 20;
 constexpr QChar quote = QLatin1Char('"');
@@ -23,7 +26,7 @@ constexpr QChar quote = QLatin1Char('"');
 enum Part : unsigned int
 {
     ButtonPart = 1,
-    StepsPart = 2,
+    AmountPart = 2,
     KeyPart = 4,
     ModifiersPart = 8,
     PlacePart = 16
@@ -36,13 +39,15 @@ struct KindName
     unsigned int parts;
 };
 
-constexpr std::array<KindName, 13> kindNames = {{
+constexpr std::array<KindName, 16> kindNames = {{
     {"press", Kind::Press, ButtonPart | ModifiersPart | PlacePart},
     {"release", Kind::Release, ButtonPart | ModifiersPart | PlacePart},
     {"click", Kind::Click, 0},
     {"double-click", Kind::DoubleClick, 0},
     {"move", Kind::Move, ModifiersPart | PlacePart},
-    {"wheel", Kind::Wheel, StepsPart | ModifiersPart | PlacePart},
+    {"wheel", Kind::Wheel, AmountPart | ModifiersPart | PlacePart},
+    {"pinch", Kind::Pinch, AmountPart | PlacePart},
+    {"turn", Kind::Turn, AmountPart | PlacePart},
     {"key", Kind::KeyPress, KeyPart | ModifiersPart},
     {"key-up", Kind::KeyRelease, KeyPart | ModifiersPart},
     {"focus-in", Kind::FocusIn, 0},
@@ -50,6 +55,7 @@ constexpr std::array<KindName, 13> kindNames = {{
     {"enter", Kind::Enter, 0},
     {"leave", Kind::Leave, 0},
     {"cancel", Kind::Cancel, 0},
+    {"abort", Kind::Abort, 0},
 }};
 
 struct NumberName
@@ -262,8 +268,8 @@ private:
         if (kind.parts & ButtonPart) {
             step.event.button = button(next(words, "a button"));
         }
-        if (kind.parts & StepsPart) {
-            step.event.amount = steps(next(words, "a number of steps"));
+        if (kind.parts & AmountPart) {
+            step.event.amount = amount(kind.kind, next(words, "a number"));
         }
         if (kind.parts & KeyPart) {
             step.event.amount = key(next(words, "a key"));
@@ -308,11 +314,14 @@ private:
         return static_cast<OruMouse::Button>(row->number);
     }
 
-    int steps(const QString& text) const
+    /// Steps of the wheel, the factor of a pinch, the degrees of a turn.
+    double amount(Kind kind, const QString& text) const
     {
-        const int number = wholeNumber(text);
-        if (number != 1 && number != -1) {
-            fail(QStringLiteral("a wheel event is one step, 1 or -1"));
+        bool good = false;
+        const double number = text.toDouble(&good);
+        const bool usable = kind == Kind::Pinch ? number > 0.0 : number != 0.0;
+        if (!good || !usable || !(std::abs(number) <= mostAmount)) {
+            fail(QStringLiteral("\"%1\" is not how far a wheel or two fingers turn").arg(text));
         }
         return number;
     }
@@ -402,11 +411,11 @@ QByteArray Recording::line(const InputEvent& event, const QSize& view)
         if (row.parts & ButtonPart) {
             words.append(nameOf(event.button));
         }
-        if (row.parts & StepsPart) {
-            words.append(QString::number(event.amount));
+        if (row.parts & AmountPart) {
+            words.append(QString::number(event.amount, 'g', QLocale::FloatingPointShortest));
         }
         if (row.parts & KeyPart) {
-            words.append(keyText(event.amount));
+            words.append(keyText(static_cast<int>(event.amount)));
         }
         if (row.parts & ModifiersPart) {
             words.append(modifierText(event.modifiers));

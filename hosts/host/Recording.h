@@ -22,7 +22,8 @@ namespace hostkit {
 ///     # what comes behind the head is what the person did
 ///     press left - 0.25 0.5
 ///     move ctrl 0.26 0.5
-///     wheel -1 - 0.5 0.5
+///     wheel 1 - 0.5 0.5
+///     pinch 1.25 0.5 0.5
 ///     key F shift
 ///
 /// Positions are fractions of the view, from its lower left corner, so a recording can be played at any size;

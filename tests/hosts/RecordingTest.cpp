@@ -46,12 +46,15 @@ TEST(Recording, EveryTextAndEventReadsBack)
         {Kind::Release, OruMouse::ButtonView, 0, {1278, 0}, 0},
         {Kind::Move, OruMouse::ButtonPick, 64, {-17, 5000}, 0},
         {Kind::Wheel, OruMouse::ButtonPick, 12, {640, 3}, -1},
+        {Kind::Wheel, OruMouse::ButtonPick, 0, {640, 3}, 0.1},
+        {Kind::Pinch, OruMouse::ButtonPick, 0, {640, 3}, 1.0 / 3.0},
+        {Kind::Turn, OruMouse::ButtonPick, 0, {640, 3}, -7.25},
         {Kind::KeyPress, OruMouse::ButtonPick, 2, {}, 'X'},
         {Kind::KeyRelease, OruMouse::ButtonPick, 0, {}, '5'},
         {Kind::KeyPress, OruMouse::ButtonPick, 0, {}, 0x01000020},
     };
     for (const Kind kind : {Kind::Click, Kind::DoubleClick, Kind::FocusIn, Kind::FocusOut, Kind::Enter,
-                            Kind::Leave, Kind::Cancel}) {
+                            Kind::Leave, Kind::Cancel, Kind::Abort}) {
         rows.push_back({kind, OruMouse::ButtonPick, 0, {}, 0});
     }
     for (const QSize& size : {QSize(1279, 799), QSize(3, 7), QSize(1, 1)}) {
@@ -108,7 +111,9 @@ TEST(Recording, RefusedWithLineAndReason)
         {good + "move - 0.5 nan\n", "r:3: \"nan\" is no position"},
         {good + "move - 1e9 0\n", "r:3: \"1e9\" is no position"},
         {good + "move - 0 0 0\n", "r:3: \"0\" is too much"},
-        {good + "wheel 7 - 0 0\n", "r:3: a wheel event is one step"},
+        {good + "wheel 0 - 0 0\n", "r:3: \"0\" is not how far"},
+        {good + "pinch -2 0 0\n", "r:3: \"-2\" is not how far"},
+        {good + "turn 1e9 0 0\n", "r:3: \"1e9\" is not how far"},
         {good + "key 99999999999 -\n", "r:3: \"99999999999\" is no whole number"},
         {good + "set render\n", "r:3: \"set\" is no event"},
         {good + "model \"open\n", "r:3: a text that starts with a quote"},
