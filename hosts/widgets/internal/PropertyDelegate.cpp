@@ -55,6 +55,15 @@ QWidget* makeEditor(const OruPropertyKind& kind, QWidget* parent)
     return line;
 }
 
+/// Runs out once the editor is in its place.
+QTimer* timerFor(QWidget* editor)
+{
+    auto* const timer = new QTimer(editor);
+    timer->setSingleShot(true);
+    timer->start(0);
+    return timer;
+}
+
 } // namespace
 
 QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
@@ -74,11 +83,11 @@ QWidget* PropertyDelegate::createEditor(QWidget* parent, const QStyleOptionViewI
     }
     if (auto* const color = qobject_cast<ColorButton*>(editor)) {
         connect(color, &ColorButton::chosen, this, [this, editor] { finish(editor); });
-        QTimer::singleShot(0, color, &ColorButton::choose);
+        connect(timerFor(color), &QTimer::timeout, color, &ColorButton::choose);
     } else if (auto* const choice = qobject_cast<ChoiceBox*>(editor)) {
         connect(choice, QOverload<int>::of(&QComboBox::activated), this, [this, editor] { finish(editor); });
         if (!choice->isEditable()) {
-            QTimer::singleShot(0, choice, &QComboBox::showPopup);
+            connect(timerFor(choice), &QTimer::timeout, choice, &QComboBox::showPopup);
         }
     }
     return editor;
