@@ -49,6 +49,9 @@ bool movesTheView(Kind kind)
     return zooms(kind) || kind == Kind::KeyPress;
 }
 
+/// No hand turns a wheel further in one event.
+constexpr double mostSteps = 1000.0;
+
 /// Where the pointer is once it has left a view.
 const QPoint outside(-1, -1);
 
@@ -121,15 +124,16 @@ bool InputFeed::turnWheel(double steps, const QPoint& pixel)
 {
     OruSceneEventContext& ctx = host_.context();
     const OruSceneZpr& zpr = host_.scene().zpr;
-    const double whole = std::trunc(steps);
+    const int whole = static_cast<int>(std::clamp(steps, -mostSteps, mostSteps));
     // The scene's wheel makes the picture smaller when it turns away from the person.
     const int away = steps > 0.0 ? -1 : 1;
     bool changed = false;
-    for (double step = std::abs(whole); step > 0.0; --step) {
+    for (int step = 0; step < std::abs(whole); ++step) {
         ctx.mouse.wheel(away, ctx.mouse.curmodifier(), pixel);
         changed |= host_.wheelAbout(pixel);
     }
-    const double rest = zpr.zoomInvert.value() ? whole - steps : steps - whole;
+    const double part = std::fmod(steps, 1.0);
+    const double rest = zpr.zoomInvert.value() ? -part : part;
     return rest == 0.0 ? changed
                        : host_.zoomAbout(pixel, std::pow(zpr.zoomWheelFactor.value(), rest)) || changed;
 }
@@ -164,8 +168,6 @@ void InputFeed::feedMouse(const InputEvent& event)
         ctx.mouse.release(event.button, modifier, event.pixel);
         break;
     case Kind::Move:
-        ctx.mouse.move(event.pixel, modifier);
-        break;
     case Kind::Wheel:
         ctx.mouse.move(event.pixel, modifier);
         break;

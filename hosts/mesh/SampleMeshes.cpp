@@ -34,8 +34,9 @@ Grid gridFor(uint32_t triangles)
     for (uint32_t step = 0; step <= squarest / 3; ++step) {
         for (const uint32_t rings : {squarest - step, squarest + step}) {
             const Grid grid{std::max(rings, 1U), half / std::max(rings, 1U)};
-            if (grid.segments >= 3 && grid.triangles() > best.triangles())
+            if (grid.segments >= 3 && grid.triangles() > best.triangles()) {
                 best = grid;
+            }
         }
     }
     return best;
@@ -56,10 +57,12 @@ std::vector<Vector3> pointsOf(const Grid& grid, double radius)
     std::vector<Vector3> points;
     points.reserve(grid.southPole() + 1);
     points.push_back(bumpyPoint(0.0, 0.0, radius));
-    for (uint32_t ring = 0; ring < grid.rings; ++ring)
-        for (uint32_t segment = 0; segment < grid.segments; ++segment)
+    for (uint32_t ring = 0; ring < grid.rings; ++ring) {
+        for (uint32_t segment = 0; segment < grid.segments; ++segment) {
             points.push_back(
                 bumpyPoint(pi * (ring + 1) / (grid.rings + 1), 2.0 * pi * segment / grid.segments, radius));
+        }
+    }
     points.push_back(bumpyPoint(pi, 0.0, radius));
     return points;
 }
@@ -71,8 +74,9 @@ std::vector<uint32_t> indicesOf(const Grid& grid)
     const auto triangle = [&indices](uint32_t a, uint32_t b, uint32_t c) {
         indices.insert(indices.end(), {a, b, c});
     };
-    for (uint32_t s = 0; s < grid.segments; ++s)
+    for (uint32_t s = 0; s < grid.segments; ++s) {
         triangle(0, grid.vertex(0, s), grid.vertex(0, s + 1));
+    }
     for (uint32_t r = 0; r + 1 < grid.rings; ++r) {
         for (uint32_t s = 0; s < grid.segments; ++s) {
             triangle(grid.vertex(r, s), grid.vertex(r + 1, s), grid.vertex(r + 1, s + 1));
@@ -80,8 +84,9 @@ std::vector<uint32_t> indicesOf(const Grid& grid)
         }
     }
     const uint32_t last = grid.rings - 1;
-    for (uint32_t s = 0; s < grid.segments; ++s)
+    for (uint32_t s = 0; s < grid.segments; ++s) {
         triangle(grid.vertex(last, s), grid.southPole(), grid.vertex(last, s + 1));
+    }
     return indices;
 }
 
@@ -92,11 +97,13 @@ std::vector<Vector3> normalsOf(const std::vector<Vector3>& positions, const std:
     for (std::size_t i = 0; i < indices.size(); i += 3) {
         const Vector3& origin = positions[indices[i]];
         const Vector3 face = cross(positions[indices[i + 1]] - origin, positions[indices[i + 2]] - origin);
-        for (std::size_t corner = i; corner < i + 3; ++corner)
+        for (std::size_t corner = i; corner < i + 3; ++corner) {
             normals[indices[corner]] += face;
+        }
     }
-    for (Vector3& normal : normals)
+    for (Vector3& normal : normals) {
         normal = normal.normalized();
+    }
     return normals;
 }
 

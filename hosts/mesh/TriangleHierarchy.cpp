@@ -65,8 +65,9 @@ using Linear = std::array<double, 4>;
 Linear combine(double a, const Linear& f, double b, const Linear& g)
 {
     Linear sum{};
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         sum[i] = a * f[i] + b * g[i];
+    }
     return sum;
 }
 
@@ -84,8 +85,9 @@ public:
         : inside_(inside)
         , magnitude_(magnitude)
     {
-        for (std::size_t axis = 0; axis < 3; ++axis)
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             farthest_[axis] = inside[axis] > 0.0 ? axis + 3 : axis;
+        }
     }
 
     /// The largest value of the function in the box.
@@ -106,8 +108,9 @@ private:
     double magnitudeIn(const Box& box) const
     {
         double sum = magnitude_[3];
-        for (std::size_t axis = 0; axis < 3; ++axis)
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             sum += magnitude_[axis] * std::abs(static_cast<double>(box[farthest_[axis]]));
+        }
         return sum;
     }
 
@@ -138,8 +141,9 @@ Range reach(const Corners& corners, double Corner::*coordinate, int count)
     double lowest = std::numeric_limits<double>::infinity();
     double highest = -lowest;
     for (const Corner& each : corners) {
-        if (!(each.w > 0.0))
+        if (!(each.w > 0.0)) {
             return {0, count - 1};
+        }
         lowest = std::min(lowest, each.*coordinate / each.w);
         highest = std::max(highest, each.*coordinate / each.w);
     }
@@ -171,8 +175,9 @@ public:
 
     bool mayImprove(const Box& box) const
     {
-        if (!depthLimit_.meets(box))
+        if (!depthLimit_.meets(box)) {
             return false;
+        }
         return std::all_of(sides_.begin(), sides_.end(),
                            [&box](const HalfSpace& side) { return side.meets(box); });
     }
@@ -185,9 +190,11 @@ public:
         const Corners corners{corner(a), corner(b), corner(c)};
         const Range rows = reach(corners, &Corner::y, volume_.height());
         const Range columns = reach(corners, &Corner::x, volume_.width());
-        for (int row = rows.first; row <= rows.last; ++row)
-            for (int column = columns.first; column <= columns.last; ++column)
+        for (int row = rows.first; row <= rows.last; ++row) {
+            for (int column = columns.first; column <= columns.last; ++column) {
                 testPixel(corners, column, row, triangle);
+            }
+        }
     }
 
     const std::optional<Hit>& best() const { return best_; }
@@ -199,9 +206,11 @@ private:
     {
         const Matrix& matrix = volume.toWindow();
         Columns columns{};
-        for (int column = 0; column < 4; ++column)
-            for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column) {
+            for (int row = 0; row < 4; ++row) {
                 columns[column][row] = matrix(row, column);
+            }
+        }
         columns[0] = combine(1.0, columns[0], -(volume.x() + 0.5), columns[3]);
         columns[1] = combine(1.0, columns[1], -(volume.y() + 0.5), columns[3]);
         return columns;
@@ -214,8 +223,9 @@ private:
 
     static Linear absolute(Linear f)
     {
-        for (double& each : f)
+        for (double& each : f) {
             each = std::abs(each);
+        }
         return f;
     }
 
@@ -242,19 +252,22 @@ private:
             each.y -= row * each.w;
         }
         const auto& [a, b, c] = corners;
-        if (!straddles(a.x, b.x, c.x) || !straddles(a.y, b.y, c.y))
+        if (!straddles(a.x, b.x, c.x) || !straddles(a.y, b.y, c.y)) {
             return;
+        }
         const double ofA = b.x * c.y - b.y * c.x;
         const double ofB = c.x * a.y - c.y * a.x;
         const double ofC = a.x * b.y - a.y * b.x;
         const double sum = ofA * a.w + ofB * b.w + ofC * c.w;
         const bool covered = sum > 0.0 ? ofA >= 0.0 && ofB >= 0.0 && ofC >= 0.0
                                        : sum < 0.0 && ofA <= 0.0 && ofB <= 0.0 && ofC <= 0.0;
-        if (!covered)
+        if (!covered) {
             return;
+        }
         const double depth = (ofA * a.z + ofB * b.z + ofC * c.z) / sum;
-        if (depth >= 0.0 && depth <= 1.0)
+        if (depth >= 0.0 && depth <= 1.0) {
             offer(depth, column, row, triangle);
+        }
     }
 
     void offer(double exactDepth, int column, int row, uint32_t triangle)
@@ -263,19 +276,23 @@ private:
         const Hit hit{static_cast<float>(step / depthSteps),
                       volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
                       triangle};
-        if (best_ && !isBetter(hit, *best_))
+        if (best_ && !isBetter(hit, *best_)) {
             return;
-        if (!best_ || hit.depth < best_->depth)
+        }
+        if (!best_ || hit.depth < best_->depth) {
             depthLimit_ = nearerThan(std::min(1.0, (step + 0.75) / depthSteps));
+        }
         best_ = hit;
     }
 
     static bool isBetter(const Hit& hit, const Hit& than)
     {
-        if (hit.depth != than.depth)
+        if (hit.depth != than.depth) {
             return hit.depth < than.depth;
-        if (hit.centerDistance != than.centerDistance)
+        }
+        if (hit.centerDistance != than.centerDistance) {
             return hit.centerDistance < than.centerDistance;
+        }
         return hit.triangle < than.triangle;
     }
 
@@ -300,8 +317,9 @@ public:
     void run(std::size_t positionCount, std::size_t triangleCount)
     {
         collect(positionCount, triangleCount);
-        if (entries_.empty())
+        if (entries_.empty()) {
             return;
+        }
         const std::size_t leaves = leafCountFor(entries_.size());
         hierarchy_.triangles_.resize(entries_.size());
         hierarchy_.boxes_.resize(2 * leaves - 1);
@@ -327,10 +345,12 @@ private:
 
     bool isUsable(uint32_t triangle, std::size_t positionCount) const
     {
-        for (std::size_t which = 0; which < 3; ++which)
+        for (std::size_t which = 0; which < 3; ++which) {
             if (hierarchy_.indices_[3 * std::size_t{triangle} + which] >= positionCount ||
-                !isFinite(corner(triangle, which)))
+                !isFinite(corner(triangle, which))) {
                 return false;
+            }
+        }
         return true;
     }
 
@@ -339,8 +359,9 @@ private:
         entries_.reserve(triangleCount);
         for (std::size_t i = 0; i < triangleCount; ++i) {
             const auto triangle = static_cast<uint32_t>(i);
-            if (!isUsable(triangle, positionCount))
+            if (!isUsable(triangle, positionCount)) {
                 continue;
+            }
             const Box box = boxOfTriangle(triangle);
             entries_.push_back({{0.5F * box[0] + 0.5F * box[3], 0.5F * box[1] + 0.5F * box[4],
                                  0.5F * box[2] + 0.5F * box[5]},
@@ -354,8 +375,9 @@ private:
     {
         const std::size_t first = firstOf(firstLeaf);
         const std::size_t last = firstOf(firstLeaf + leafCount);
-        if (leafCount == 1)
+        if (leafCount == 1) {
             return hierarchy_.boxes_[node] = fillLeaf(first, last);
+        }
         const std::size_t half = leafCount / 2;
         halve(first, firstOf(firstLeaf + half), last);
         Box box = emptyBox();
@@ -391,8 +413,9 @@ private:
             grow(box, {x, y, z, x, y, z});
         }
         std::array<double, 3> extent{};
-        for (std::size_t axis = 0; axis < 3; ++axis)
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             extent[axis] = static_cast<double>(box[axis + 3]) - box[axis];
+        }
         return std::max_element(extent.begin(), extent.end()) - extent.begin();
     }
 
@@ -405,8 +428,9 @@ private:
         for (int round = 0; round < 16 && last - first > 32; ++round) {
             const float pivot = pivotFor(axis, first, middle, last);
             const std::size_t cut = partition(axis, pivot, first, last);
-            if (cut == first)
+            if (cut == first) {
                 break;
+            }
             (cut <= middle ? first : last) = cut;
         }
         std::nth_element(entries_.data() + first, entries_.data() + middle, entries_.data() + last,
@@ -419,8 +443,9 @@ private:
         constexpr std::size_t sampleSize = 15;
         std::array<float, sampleSize> sample;
         const std::size_t stride = (last - first) / sampleSize;
-        for (std::size_t i = 0; i < sampleSize; ++i)
+        for (std::size_t i = 0; i < sampleSize; ++i) {
             sample[i] = entries_[first + i * stride + stride / 2].center[axis];
+        }
         std::sort(sample.begin(), sample.end());
         return sample[(middle - first) * sampleSize / (last - first)];
     }
@@ -454,8 +479,9 @@ TriangleHierarchy TriangleHierarchy::build(const std::vector<Vector3>& positions
 
 std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
 {
-    if (triangles_.empty() || volume.empty())
+    if (triangles_.empty() || volume.empty()) {
         return std::nullopt;
+    }
     Query query(volume);
     const auto testLeaf = [&](std::size_t leaf) {
         const std::size_t last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
@@ -473,8 +499,9 @@ std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
     waiting[0] = {0, 0, leafCountFor(triangles_.size())};
     for (std::size_t count = 1; count > 0;) {
         const auto [node, firstLeaf, leafCount] = waiting[--count];
-        if (!query.mayImprove(boxes_[node]))
+        if (!query.mayImprove(boxes_[node])) {
             continue;
+        }
         if (leafCount == 1) {
             testLeaf(firstLeaf);
             continue;
@@ -482,8 +509,9 @@ std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
         const std::size_t half = leafCount / 2;
         Subtree nearer{node + 1, firstLeaf, half};
         Subtree farther{node + 2 * half, firstLeaf + half, leafCount - half};
-        if (query.nearness(boxes_[nearer.node]) < query.nearness(boxes_[farther.node]))
+        if (query.nearness(boxes_[nearer.node]) < query.nearness(boxes_[farther.node])) {
             std::swap(nearer, farther);
+        }
         waiting[count++] = farther;
         waiting[count++] = nearer;
     }

@@ -54,6 +54,12 @@ PropertyPanel::PropertyPanel(SceneWidget& view, QWidget* parent)
 
 PropertyPanel::~PropertyPanel() = default;
 
+/// Wide enough for names and values side by side.
+QSize PropertyPanel::sizeHint() const
+{
+    return {360, 480};
+}
+
 void PropertyPanel::connectTree(SceneWidget& view)
 {
     auto* const delegate = new PropertyDelegate(this);

@@ -39,6 +39,8 @@ public:
     /// What is wrong with the value that was typed last; empty: nothing.
     QString status() const;
 
+    QSize sizeHint() const override;
+
 private:
     void connectTree(SceneWidget& view);
     void tell(const QString& reason);

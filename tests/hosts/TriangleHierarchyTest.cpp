@@ -54,9 +54,10 @@ std::optional<double> depthAt(double x, double y, const Matrix& toWindow,
     for (int k = 0; k < 3; ++k) {
         for (int column = 0; column < 4; ++column) {
             f[k][column] = k == 0 ? toWindow(3, column) : 0.0;
-            for (int axis = 0; axis < 3; ++axis)
+            for (int axis = 0; axis < 3; ++axis) {
                 f[k][column] +=
                     (corners[k][axis] - (k == 0 ? 0.0 : corners[0][axis])) * toWindow(axis, column);
+            }
         }
         f[k][0] -= x * f[k][3];
         f[k][1] -= y * f[k][3];
@@ -128,10 +129,11 @@ OruVisPickVolume randomView(const RandomCase& row, std::mt19937& random)
     const auto unit = [&random] { return std::uniform_real_distribution<float>(-1.0F, 1.0F)(random); };
     QMatrix4x4 projection;
     const float half = 2.0F / row.zoom;
-    if (row.perspective)
+    if (row.perspective) {
         projection.perspective(50.0F / row.zoom, 1.0F, 0.5F, 6.0F);
-    else
+    } else {
         projection.ortho(-half, half, -half, half, 0.5F, 6.0F);
+    }
     Matrix modelView = Matrix::translate(-row.offset) * Matrix::scale(1.0F / row.scale);
     modelView *= Matrix::rotate(Vector3{unit(), 1.0F, unit()}, 180.0F * unit());
     modelView *= Matrix::rotate(Vector3{unit(), unit(), 1.0F}, 180.0F * unit());
@@ -160,8 +162,9 @@ TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
     for (const RandomCase& row : rows) {
         SCOPED_TRACE(row.name);
         SampleMesh mesh = row.mesh;
-        for (Vector3& position : mesh.positions)
+        for (Vector3& position : mesh.positions) {
             position = position * row.scale + row.offset;
+        }
         const TriangleHierarchy hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
         EXPECT_LE(hierarchy.byteSize(), 12 * mesh.indices.size() / 3 + 24);
         std::mt19937 random(1);
@@ -252,8 +255,9 @@ TEST(TriangleHierarchyTest, FollowsTheRuleOfTheNearestPixel)
         EXPECT_EQ(pick(hierarchy, pixelView(row.pickSize)), row.expected) << row.name;
     }
     SampleMesh mesh = soup(2000, 0.5F);
-    for (Vector3& position : mesh.positions)
+    for (Vector3& position : mesh.positions) {
         position = Vector3(10.5F + 9.0F * position.x, 10.5F + 9.0F * position.y, 0.3F);
+    }
     const Found found = pick(TriangleHierarchy::build(mesh.positions, mesh.indices), pixelView(15));
     EXPECT_EQ(found, pickByTryingAll(mesh, pixelView(15))) << "a flat face of many";
     EXPECT_EQ(std::get<double>(found), 0.0);

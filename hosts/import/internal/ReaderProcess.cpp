@@ -55,10 +55,12 @@ public:
 ReaderProcess::ReaderProcess(const QString& program, const QStringList& arguments)
 {
     std::vector<std::string> words = {QFile::encodeName(program).toStdString()};
+    words.reserve(static_cast<std::size_t>(arguments.size()) + 1);
     for (const QString& argument : arguments) {
         words.push_back(QFile::encodeName(argument).toStdString());
     }
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) {
         pointers.push_back(word.data());
     }

@@ -29,7 +29,9 @@ OruSceneRenderContext& OruSceneRenderContext::operator=(const OruSceneEventConte
 
 OruSceneRenderContext::OruSceneRenderContext(const OruSceneRenderContext& other) = default;
 
+/// The source keeps its tooltip.
 OruSceneRenderContext::OruSceneRenderContext(OruSceneRenderContext&& other) noexcept
+    // NOLINTNEXTLINE(performance-move-constructor-init)
     : OruSceneRenderContext(static_cast<const OruSceneRenderContext&>(other))
 {}
 

@@ -53,7 +53,7 @@ QString chooseFontFace(const OruResource& resource)
 {
     const char* const value = std::getenv(fontVariable);
     if (value) {
-        const QString face = QString::fromLocal8Bit(value);
+        QString face = QString::fromLocal8Bit(value);
         if (QFile::exists(resource.fontFile(face))) {
             return face;
         }

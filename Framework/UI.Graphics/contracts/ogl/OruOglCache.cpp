@@ -72,7 +72,7 @@ QImage readImage(const QString& path)
     if (!openImage(path, reader)) {
         return QImage();
     }
-    const QImage image = reader.read();
+    QImage image = reader.read();
     if (image.isNull()) {
         refuse(path, reader.errorString());
     }

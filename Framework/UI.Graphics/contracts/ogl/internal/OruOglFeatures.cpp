@@ -15,28 +15,28 @@ namespace {
 /// A context has a feature from a version on (10 times its number), or by an extension.
 struct Feature
 {
-    int version;
     const char* extension;
+    int version;
     GLenum capability;
 };
 
 constexpr int never = 1000;
-constexpr Feature samplerObjects{33, "GL_ARB_sampler_objects", 0};
-constexpr Feature programPipelines{41, "GL_ARB_separate_shader_objects", 0};
+constexpr Feature samplerObjects{"GL_ARB_sampler_objects", 33, 0};
+constexpr Feature programPipelines{"GL_ARB_separate_shader_objects", 41, 0};
 
 constexpr Feature textureTargets[] = {
-    {0, "", GL_TEXTURE_1D},
-    {0, "", GL_TEXTURE_2D},
-    {0, "", GL_TEXTURE_3D},
-    {0, "", GL_TEXTURE_CUBE_MAP},
-    {31, "GL_ARB_texture_rectangle", GL_TEXTURE_RECTANGLE},
+    {"", 0, GL_TEXTURE_1D},
+    {"", 0, GL_TEXTURE_2D},
+    {"", 0, GL_TEXTURE_3D},
+    {"", 0, GL_TEXTURE_CUBE_MAP},
+    {"GL_ARB_texture_rectangle", 31, GL_TEXTURE_RECTANGLE},
 };
 
 constexpr Feature capabilities[] = {
-    {never, "GL_ARB_vertex_program", GL_VERTEX_PROGRAM_ARB},
-    {never, "GL_ARB_fragment_program", GL_FRAGMENT_PROGRAM_ARB},
-    {never, "GL_ATI_fragment_shader", GL_FRAGMENT_SHADER_ATI},
-    {never, "GL_EXT_depth_bounds_test", GL_DEPTH_BOUNDS_TEST_EXT},
+    {"GL_ARB_vertex_program", never, GL_VERTEX_PROGRAM_ARB},
+    {"GL_ARB_fragment_program", never, GL_FRAGMENT_PROGRAM_ARB},
+    {"GL_ATI_fragment_shader", never, GL_FRAGMENT_SHADER_ATI},
+    {"GL_EXT_depth_bounds_test", never, GL_DEPTH_BOUNDS_TEST_EXT},
 };
 
 std::string text(GLenum name)
