@@ -227,11 +227,10 @@ void MeshVisualization::moveBy(const QPoint& delta)
     boundsChanged();
 }
 
-/// False: the part is where it was before the drag, and nothing is written.
 bool MeshVisualization::endMove(IOruVisPropertyEdit* editor)
 {
     drag_.reset();
-    if (dragged_ == Vector3()) {
+    if (!carried()) {
         return false;
     }
     const QString text = oru::toString(place());

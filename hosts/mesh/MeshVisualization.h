@@ -52,14 +52,24 @@ public:
     unsigned int hitName() const { return hitName_.value(); }
 
     void setDropListener(const DropListener& listener) { dropListener_ = listener; }
+    const DropListener& dropListener() const { return dropListener_; }
+
+    /// Moves the part with a drag by that many more pixels, in the view plane at its depth; the view is that
+    /// of the last draw or pick. Nothing is written yet.
+    void moveBy(const QPoint& delta);
+
+    /// A drag that still goes on has moved it.
+    bool carried() const { return dragged_ != Kelvar::Math::Vector3(); }
+
+    /// Ends a drag: writes the new place as one edit. False: the part is where it was before the drag, and
+    /// nothing is written.
+    bool endMove(IOruVisPropertyEdit* editor);
 
     void draw3d(const DrawContext& context) override;
     OruVisHitRecordList select3d(const SelectContext& context) override;
     Kelvar::Math::BoundingBox bounds() const override;
 
 private:
-    friend class MeshEventHandler;
-
     /// What takes window pixels to the frame of the scene, as of the last draw or pick.
     struct View
     {
@@ -95,8 +105,6 @@ private:
     void drawRunsInView() const;
     const Look& look() const;
     const Kelvar::Math::Matrix& place() const { return look().place; }
-    void moveBy(const QPoint& delta);
-    bool endMove(IOruVisPropertyEdit* editor);
 
     std::shared_ptr<const Mesh> mesh_;
     OruVisHitName hitName_;

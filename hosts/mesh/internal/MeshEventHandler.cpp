@@ -57,9 +57,8 @@ bool MeshEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* ed
 bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
 {
     // A press on a part that stays where it is turned the view; nothing was let go.
-    const bool carried = part_.dragged_ != Kelvar::Math::Vector3();
-    if (carried && part_.dropListener_ && part_.parent()) {
-        part_.dropListener_(part_.name(), nameBelow(*part_.parent(), target.name));
+    if (part_.carried() && part_.dropListener() && part_.parent()) {
+        part_.dropListener()(part_.name(), nameBelow(*part_.parent(), target.name));
     }
     return false;
 }
