@@ -24,7 +24,7 @@ TEST(ViewerOptions, ReadsEveryOption)
     EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =
         parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
-              "--drag right 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
+              "--drag context 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
               "zpr/zoomMove=a=b "
               "--out p.png b.glb -- --odd.stl");
     EXPECT_EQ(options.models, QStringList({"a.stl", "b.glb", "--odd.stl"}));

@@ -91,6 +91,7 @@ TEST(LiveWindow, TurnsPansAndZooms)
          Vector3(380, 200, 0.5f), Vector3(300, 280, 0)},
         {"zoom", "keydown shift mousedown 2 mousemove 300 270 mousemove 300 240 mouseup 2 keyup shift",
          std::exp(-0.01 * 40)},
+        {"called off", "mousemove 320 240 mousedown 1 mousemove 380 200 key Escape mouseup 1", 1},
         {"wheel back", "mousemove 380 200 click 5 click 5", 1 / (1.1 * 1.1), Vector3(380, 200, 0.5f),
          Vector3(380, 200, 0)},
         {"box upwards", "mousemove 100 440 mousedown 3 mousemove 200 300 mousemove 420 200 mouseup 3", 0.5,
