@@ -1,13 +1,15 @@
 #include "hosts/host/Recording.h"
 
 #include "contracts/core/OruFileReader.h"
+#include "hosts/host/InputNames.h"
 
 #include <QLocale>
-#include <algorithm>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace hostkit {
 
@@ -58,61 +60,20 @@ constexpr std::array<KindName, 16> kindNames = {{
     {"abort", Kind::Abort, 0},
 }};
 
-struct NumberName
-{
-    const char* name;
-    int number;
-};
-
-constexpr std::array<NumberName, 3> buttonNames = {{
-    {"left", OruMouse::ButtonPick},
-    {"right", OruMouse::ButtonContext},
-    {"middle", OruMouse::ButtonView},
-}};
-
-constexpr std::array<NumberName, 4> modifierNames = {{{"ctrl", 1}, {"shift", 2}, {"alt", 4}, {"meta", 8}}};
-
-template <typename Table>
-auto findName(const Table& table, const QString& name) -> decltype(&table[0])
-{
-    for (const auto& row : table) {
-        if (name == QLatin1String(row.name)) {
-            return &row;
-        }
-    }
-    return nullptr;
-}
-
-QString nameOf(int number)
-{
-    for (const NumberName& row : buttonNames) {
-        if (row.number == number) {
-            return QLatin1String(row.name);
-        }
-    }
-    return QString::number(number);
-}
-
 QString modifierText(unsigned int word)
 {
     QStringList names;
     unsigned int named = 0;
-    for (const NumberName& row : modifierNames) {
-        const auto bit = static_cast<unsigned int>(row.number);
-        if (word & bit) {
+    for (const InputNames::Modifier& row : InputNames::modifiers) {
+        if (word & row.bit) {
             names.append(QLatin1String(row.name));
-            named |= bit;
+            named |= row.bit;
         }
     }
     if (word != named) {
         return QString::number(word);
     }
     return names.isEmpty() ? QStringLiteral("-") : names.join(QLatin1Char('+'));
-}
-
-QString keyText(int key)
-{
-    return key >= 'A' && key <= 'Z' ? QString(QLatin1Char(static_cast<char>(key))) : QString::number(key);
 }
 
 /// The middle of a pixel as a share of the view; pixelAt is its inverse.
@@ -192,7 +153,9 @@ private:
         const int blank = text.indexOf(QLatin1Char(' '));
         const QString word = blank < 0 ? text : text.left(blank);
         const QString rest = blank < 0 ? QString() : text.mid(blank + 1).trimmed();
-        if (const KindName* const kind = findName(kindNames, word)) {
+        const auto kind = std::find_if(kindNames.begin(), kindNames.end(),
+                                       [&](const KindName& row) { return word == QLatin1String(row.name); });
+        if (kind != kindNames.end()) {
             readEvent(*kind, rest.isEmpty() ? QStringList() : rest.simplified().split(QLatin1Char(' ')));
         } else {
             readHead(word, rest);
@@ -207,23 +170,29 @@ private:
             recording_.models.append(text(rest));
         } else if (word == QLatin1String("position")) {
             recording_.position = text(rest);
-        } else if (word == QLatin1String("set") && text(rest).indexOf(QLatin1Char('=')) > 0) {
-            const QString setting = text(rest);
-            const int equals = setting.indexOf(QLatin1Char('='));
-            recording_.settings.emplace_back(setting.left(equals), setting.mid(equals + 1));
+        } else if (word == QLatin1String("set")) {
+            readSetting(text(rest));
         } else {
             fail(QStringLiteral("\"%1\" is no event").arg(word));
         }
     }
 
+    void readSetting(const QString& text)
+    {
+        const auto setting = InputNames::assignment(text);
+        if (!setting) {
+            fail(QStringLiteral("\"%1\" is not of the form path/key=value").arg(text));
+        }
+        recording_.settings.push_back(*setting);
+    }
+
     void readSize(const QString& rest)
     {
-        const QStringList sides = rest.split(QLatin1Char('x'));
-        recording_.size = sides.size() == 2 ? QSize(wholeNumber(sides[0]), wholeNumber(sides[1])) : QSize();
-        const QSize& read = recording_.size;
-        if (read.isEmpty() || read.width() > mostPixels || read.height() > mostPixels) {
+        const std::optional<QSize> size = InputNames::size(rest, mostPixels);
+        if (!size) {
             fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(rest));
         }
+        recording_.size = *size;
     }
 
     /// What lineText made a line of.
@@ -307,11 +276,12 @@ private:
 
     OruMouse::Button button(const QString& text) const
     {
-        const NumberName* const row = findName(buttonNames, text);
-        if (!row) {
-            fail(QStringLiteral("\"%1\" is no button; there are left, right and middle").arg(text));
+        const std::optional<OruMouse::Button> button = InputNames::button(text);
+        if (!button) {
+            fail(QStringLiteral("\"%1\" is no button; there are %2")
+                     .arg(text, InputNames::buttonList(QStringLiteral("and"))));
         }
-        return static_cast<OruMouse::Button>(row->number);
+        return *button;
     }
 
     /// Steps of the wheel, the factor of a pinch, the degrees of a turn.
@@ -328,7 +298,11 @@ private:
 
     int key(const QString& text) const
     {
-        return text.size() == 1 && !text[0].isDigit() ? text[0].unicode() : wholeNumber(text);
+        const std::optional<int> key = InputNames::key(text);
+        if (!key) {
+            fail(QStringLiteral("\"%1\" is no key, neither a letter nor a whole number").arg(text));
+        }
+        return *key;
     }
 
     unsigned int modifiers(const QString& text) const
@@ -342,11 +316,11 @@ private:
         unsigned int word = 0;
         const QStringList names = text.split(QLatin1Char('+'));
         for (const QString& name : names) {
-            const NumberName* const row = findName(modifierNames, name);
-            if (!row) {
+            const std::optional<unsigned int> bit = InputNames::modifier(name);
+            if (!bit) {
                 fail(QStringLiteral("\"%1\" is no modifier").arg(name));
             }
-            word |= static_cast<unsigned int>(row->number);
+            word |= *bit;
         }
         return word;
     }
@@ -409,13 +383,13 @@ QByteArray Recording::line(const InputEvent& event, const QSize& view)
         }
         words.append(QLatin1String(row.name));
         if (row.parts & ButtonPart) {
-            words.append(nameOf(event.button));
+            words.append(InputNames::nameOf(event.button));
         }
         if (row.parts & AmountPart) {
             words.append(QString::number(event.amount, 'g', QLocale::FloatingPointShortest));
         }
         if (row.parts & KeyPart) {
-            words.append(keyText(static_cast<int>(event.amount)));
+            words.append(InputNames::keyText(static_cast<int>(event.amount)));
         }
         if (row.parts & ModifiersPart) {
             words.append(modifierText(event.modifiers));

@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruPropertiesFile.h"
 #include "hosts/host/GlPlatform.h"
+#include "hosts/host/InputNames.h"
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/host/internal/GlDrawable.h"
 
@@ -13,7 +14,6 @@
 #include <QStyleHints>
 #include <QWheelEvent>
 
-#include <array>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -22,40 +22,6 @@
 namespace hostkit {
 
 namespace {
-
-struct ButtonRow
-{
-    Qt::MouseButton qt;
-    OruMouse::Button scene;
-};
-
-constexpr std::array<ButtonRow, 3> buttonRows = {{
-    {Qt::LeftButton, OruMouse::ButtonPick},
-    {Qt::RightButton, OruMouse::ButtonContext},
-    {Qt::MiddleButton, OruMouse::ButtonView},
-}};
-
-struct ModifierRow
-{
-    Qt::KeyboardModifier qt;
-    unsigned int bit;
-};
-
-constexpr std::array<ModifierRow, 4> modifierRows = {{
-    {Qt::ControlModifier, 1},
-    {Qt::ShiftModifier, 2},
-    {Qt::AltModifier, 4},
-    {Qt::MetaModifier, 8},
-}};
-
-unsigned int wordOf(Qt::KeyboardModifiers modifiers)
-{
-    unsigned int word = 0;
-    for (const ModifierRow& row : modifierRows) {
-        word |= modifiers.testFlag(row.qt) ? row.bit : 0;
-    }
-    return word;
-}
 
 template <typename PointerEvent>
 QPointF positionOf(const PointerEvent& event)
@@ -271,19 +237,20 @@ void SceneWindow::mouseDoubleClickEvent(QMouseEvent* event)
 
 void SceneWindow::mouseMoveEvent(QMouseEvent* event)
 {
-    for (const ButtonRow& row : buttonRows) {
-        if (input_->held(row.scene) && !event->buttons().testFlag(row.qt)) {
+    for (const InputNames::Button& row : InputNames::buttons) {
+        if (input_->held(row.button) && !event->buttons().testFlag(row.qt)) {
             feed([this] { return input_->cancel(); }); // the release went elsewhere
         }
     }
     moveTimer_.start();
-    move_ = Move{pixelOf(positionOf(*event)), wordOf(event->modifiers())};
+    move_ = Move{pixelOf(positionOf(*event)), InputNames::bitsOf(event->modifiers())};
 }
 
 void SceneWindow::wheelEvent(QWheelEvent* event)
 {
     feed([&] {
-        return input_->wheel(stepsOf(*event), wordOf(event->modifiers()), pixelOf(event->position()));
+        return input_->wheel(stepsOf(*event), InputNames::bitsOf(event->modifiers()),
+                             pixelOf(event->position()));
     });
 }
 
@@ -304,12 +271,12 @@ void SceneWindow::keyPressEvent(QKeyEvent* event)
         feed([this] { return input_->abort(); });
         return;
     }
-    feed([&] { return input_->keyPress(event->key(), wordOf(event->modifiers())); });
+    feed([&] { return input_->keyPress(event->key(), InputNames::bitsOf(event->modifiers())); });
 }
 
 void SceneWindow::keyReleaseEvent(QKeyEvent* event)
 {
-    feed([&] { return input_->keyRelease(event->key(), wordOf(event->modifiers())); });
+    feed([&] { return input_->keyRelease(event->key(), InputNames::bitsOf(event->modifiers())); });
 }
 
 void SceneWindow::focusInEvent(QFocusEvent*)
@@ -347,10 +314,11 @@ void SceneWindow::feed(const std::function<bool()>& action)
 
 void SceneWindow::feedButton(QMouseEvent* event, PointerAction action)
 {
-    for (const ButtonRow& row : buttonRows) {
+    for (const InputNames::Button& row : InputNames::buttons) {
         if (event->button() == row.qt) {
             feed([&] {
-                return (*input_.*action)(row.scene, wordOf(event->modifiers()), pixelOf(positionOf(*event)));
+                return (*input_.*action)(row.button, InputNames::bitsOf(event->modifiers()),
+                                         pixelOf(positionOf(*event)));
             });
         }
     }

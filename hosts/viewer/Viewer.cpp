@@ -4,6 +4,7 @@
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputFeed.h"
+#include "hosts/host/InputNames.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/host/SceneWindow.h"
 #include "hosts/host/WindowCoordinates.h"
@@ -52,13 +53,15 @@ QString titleOf(const QStringList& models)
     return names.join(QStringLiteral(", "));
 }
 
-/// Ctrl+Q closes it.
+/// Closes at ViewerOptions::closing.
 class ViewerWindow : public hostkit::SceneWindow
 {
 protected:
     void keyPressEvent(QKeyEvent* event) override
     {
-        if (event->key() == Qt::Key_Q && event->modifiers() == Qt::ControlModifier) {
+        const hostkit::InputNames::Gesture& closing = ViewerOptions::closing;
+        if (event->key() == closing.key &&
+            hostkit::InputNames::bitsOf(event->modifiers()) == closing.modifiers) {
             close();
         } else {
             SceneWindow::keyPressEvent(event);

@@ -7,6 +7,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <optional>
+
+using hostkit::InputNames;
 
 namespace {
 
@@ -18,69 +22,22 @@ constexpr int mostWheelSteps = 1000;
     throw ViewerOptions::Error(text.toStdString());
 }
 
-struct ButtonName
-{
-    const char* name;
-    OruMouse::Button button;
-};
-
-constexpr std::array<ButtonName, 6> buttonNames = {{
-    {"left", OruMouse::ButtonPick},
-    {"middle", OruMouse::ButtonView},
-    {"right", OruMouse::ButtonContext},
-    {"pick", OruMouse::ButtonPick},
-    {"view", OruMouse::ButtonView},
-    {"context", OruMouse::ButtonContext},
-}};
-
-struct ModifierName
-{
-    const char* name;
-    unsigned int bit;
-};
-
-constexpr std::array<ModifierName, 2> modifierNames = {{{"ctrl", 1}, {"shift", 2}}};
-
-/// The row of a table that bears a name, or null.
-template <typename Table>
-auto rowNamed(const Table& table, const QString& name) -> decltype(&*table.begin())
-{
-    const auto row = std::find_if(table.begin(), table.end(),
-                                  [&](const auto& entry) { return name == QLatin1String(entry.name); });
-    return row == table.end() ? nullptr : &*row;
-}
-
-/// Two numbers joined by `separator`.
-bool readPair(const QString& text, QChar separator, int& first, int& second)
-{
-    const QStringList parts = text.split(separator);
-    bool good[2] = {false, false};
-    if (parts.size() == 2) {
-        first = parts[0].toInt(&good[0]);
-        second = parts[1].toInt(&good[1]);
-    }
-    return good[0] && good[1];
-}
-
 QPoint readPoint(const QString& text)
 {
-    int x = 0;
-    int y = 0;
-    if (!readPair(text, QLatin1Char(','), x, y)) {
+    const std::optional<QPoint> point = InputNames::point(text);
+    if (!point) {
         fail(QStringLiteral("\"%1\" is not a position such as 640,400").arg(text));
     }
-    return QPoint(x, y);
+    return *point;
 }
 
 void readSize(ViewerOptions& options, const QStringList& values)
 {
-    int width = 0;
-    int height = 0;
-    const bool good = readPair(values[0], QLatin1Char('x'), width, height);
-    if (!good || std::min(width, height) < 1 || std::max(width, height) > mostPixels) {
+    const std::optional<QSize> size = InputNames::size(values[0], mostPixels);
+    if (!size) {
         fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(values[0]));
     }
-    options.size = QSize(width, height);
+    options.size = *size;
     options.sizeNamed = true;
 }
 
@@ -98,17 +55,19 @@ void readDrag(ViewerOptions& options, const QStringList& values)
 {
     ViewerOptions::Gesture drag;
     QStringList parts = values[0].toLower().split(QLatin1Char('+'));
-    const ButtonName* button = rowNamed(buttonNames, parts.takeFirst());
+    const std::optional<OruMouse::Button> button = InputNames::button(parts.takeFirst());
     if (!button) {
-        fail(QStringLiteral("\"%1\" does not start with left, middle or right").arg(values[0]));
+        fail(QStringLiteral("\"%1\" does not start with %2")
+                 .arg(values[0], InputNames::buttonList(QStringLiteral("or"))));
     }
-    drag.button = button->button;
+    drag.button = *button;
     for (const QString& part : parts) {
-        const ModifierName* modifier = rowNamed(modifierNames, part);
-        if (!modifier) {
-            fail(QStringLiteral("\"%1\" is not a modifier; there are ctrl and shift").arg(part));
+        const unsigned int modifier = InputNames::modifier(part).value_or(0) & InputNames::dragModifiers;
+        if (modifier == 0) {
+            fail(QStringLiteral("\"%1\" is not a modifier; there are %2")
+                     .arg(part, InputNames::modifierList(InputNames::dragModifiers, QStringLiteral("and"))));
         }
-        drag.modifiers |= modifier->bit;
+        drag.modifiers |= modifier;
     }
     drag.from = readPoint(values[1]);
     drag.to = readPoint(values[2]);
@@ -128,11 +87,11 @@ void readWheel(ViewerOptions& options, const QStringList& values)
 
 void readSetting(ViewerOptions& options, const QStringList& values)
 {
-    const int equals = values[0].indexOf(QLatin1Char('='));
-    if (equals < 1) {
+    const auto setting = InputNames::assignment(values[0]);
+    if (!setting) {
         fail(QStringLiteral("\"%1\" is not of the form path/key=value").arg(values[0]));
     }
-    options.settings.emplace_back(values[0].left(equals), values[0].mid(equals + 1));
+    options.settings.push_back(*setting);
 }
 
 struct Option
@@ -149,7 +108,7 @@ const std::array<Option, 13> optionTable = {{
     {"--size", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
     {"--position", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit", readPosition},
     {"--drag", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
-     "drag with left, middle or right, and ctrl or shift; pixels from the upper left", readDrag},
+     "drag with {buttons}, and {modifiers}; pixels from the upper left", readDrag},
     {"--wheel", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
     {"--state", 1, "FILE", "load settings and view from a file",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
@@ -174,13 +133,13 @@ void readOption(ViewerOptions& options, QStringList& rest)
 {
     QString name = rest.takeFirst();
     QStringList values;
-    const int equals = name.indexOf(QLatin1Char('='));
-    if (equals > 0) {
-        values.append(name.mid(equals + 1));
-        name.truncate(equals);
+    if (const auto joined = InputNames::assignment(name)) {
+        name = joined->first;
+        values.append(joined->second);
     }
-    const Option* option = rowNamed(optionTable, name);
-    if (!option) {
+    const auto option = std::find_if(optionTable.begin(), optionTable.end(),
+                                     [&](const Option& row) { return name == QLatin1String(row.name); });
+    if (option == optionTable.end()) {
         fail(QStringLiteral("there is no option %1").arg(name));
     }
     while (values.size() < option->count && !rest.isEmpty()) {
@@ -201,6 +160,14 @@ QString identity(const QString& file)
         return info.isFile() ? info.canonicalFilePath() : QString();
     }
     return file.isEmpty() ? QString() : QDir::cleanPath(info.absoluteFilePath());
+}
+
+/// What there is to write or do, and behind it, or on a line of its own below, what it is for.
+QString helpLine(const QString& what, const char* effect)
+{
+    const QString head = QStringLiteral("  ") + what.trimmed();
+    return (head.size() > 26 ? head + QStringLiteral("\n%1").arg(QString(), 28) : head.leftJustified(28)) +
+           QLatin1String(effect) + QLatin1Char('\n');
 }
 
 } // namespace
@@ -254,12 +221,13 @@ QString ViewerOptions::help()
     QString text = QStringLiteral("Usage: view MODEL... [options]\n\n"
                                   "Shows models of any format that assimp reads.\n\n");
     for (const Option& option : optionTable) {
-        const QString head =
-            QStringLiteral("  %1 %2").arg(QLatin1String(option.name), QLatin1String(option.values));
-        text += head.trimmed().size() > 24 ? head + QStringLiteral("\n%1").arg(QString(), 28)
-                                           : head.leftJustified(28);
-        text += QLatin1String(option.help) + QLatin1Char('\n');
+        text +=
+            helpLine(QStringLiteral("%1 %2").arg(QLatin1String(option.name), QLatin1String(option.values)),
+                     option.help);
     }
+    const QString word = QStringLiteral("or");
+    text.replace(QStringLiteral("{buttons}"), InputNames::buttonList(word));
+    text.replace(QStringLiteral("{modifiers}"), InputNames::modifierList(InputNames::dragModifiers, word));
     text += QStringLiteral(
         "\nState and settings come first, then the position, then drags and turns of the wheel in\n"
         "their order, then a recording. A recording says itself which models it shows, unless MODEL does.\n\n"
@@ -267,10 +235,15 @@ QString ViewerOptions::help()
         "file that is also read; a file that cannot be written whole stays as it was. Reading a model\n"
         "may take 3 seconds of processor time and 30 by the clock, and one more of each for each\n"
         "megabyte; half of the memory that is available, and its parts an eighth of it.\n\n"
-        "In the window: left turns, middle turns, middle with Ctrl moves, middle with Shift and the\n"
-        "wheel zoom, right draws a zoom box; F fits, I, X, Y, Z look from a standard position, with\n"
-        "Shift from the other side; Ctrl+Q closes it. A click marks a part.\n\n"
-        "Exit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
+        "In the window:\n");
+    for (const InputNames::Gesture& gesture : InputNames::gestures) {
+        text += helpLine(InputNames::text(gesture), gesture.effect);
+    }
+    for (const InputNames::Gesture& gesture : {marking, closing}) {
+        text += helpLine(InputNames::text(gesture), gesture.effect);
+    }
+    text += QStringLiteral(
+        "\nExit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
         "display or the output cannot be written, 130 stopped.\n");
     return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/core/OruMouse.h"
+#include "hosts/host/InputNames.h"
 
 #include <QPoint>
 #include <QSize>
@@ -31,6 +32,12 @@ struct ViewerOptions
         /// Steps of the wheel; other than 0 for a turn of the wheel, 0 for a drag.
         int wheelSteps = 0;
     };
+
+    /// What the viewer's window does beyond every view.
+    static constexpr hostkit::InputNames::Gesture marking = {hostkit::InputEvent::Kind::Click,
+                                                             OruMouse::ButtonPick, 0, 0, "marks a part"};
+    static constexpr hostkit::InputNames::Gesture closing = {
+        hostkit::InputEvent::Kind::KeyPress, OruMouse::ButtonPick, 1, 'Q', "closes the window"};
 
     /// Reads the arguments behind the program's name. Throws Error.
     static ViewerOptions parse(const QStringList& arguments);

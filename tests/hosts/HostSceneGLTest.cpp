@@ -3,6 +3,7 @@
 #include "contracts/core/OruText.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "hosts/host/InputFeed.h"
+#include "hosts/host/InputNames.h"
 #include "hosts/import/ModelImporter.h"
 #include "hosts/mesh/ModelParts.h"
 #include "tests/hosts/Models.h"
@@ -123,6 +124,24 @@ struct HostSceneGLTest : testing::Test
     {
         const Vector3 window = windowOf(place);
         return QPoint(static_cast<int>(window.x), static_cast<int>(window.y));
+    }
+
+    /// A drag a quarter of the view to the right and downwards, about its middle, or what else is done at its
+    /// end.
+    void play(const InputNames::Gesture& gesture)
+    {
+        const QPoint end(250, 100);
+        if (gesture.kind != InputEvent::Kind::Move && gesture.kind != InputEvent::Kind::Abort) {
+            input.apply(
+                {gesture.kind, gesture.button, gesture.modifiers, end, gesture.key ? gesture.key : 2.0});
+            return;
+        }
+        input.press(gesture.button, gesture.modifiers, QPoint(150, 200));
+        input.move(gesture.modifiers, end);
+        if (gesture.kind == InputEvent::Kind::Abort) {
+            EXPECT_TRUE(input.abort());
+        }
+        input.release(gesture.button, gesture.modifiers, end);
     }
 
     QColor colorAt(const QImage& image, const Vector3& place)
@@ -360,7 +379,6 @@ TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)
         double scale;
         double degrees;
     } rows[] = {
-        {"a step", [&] { return input.wheel(1, 0, pixel); }, 1.1, 0},
         {"a part of a step, with a key", [&] { return input.wheel(0.25, 1, pixel); }, std::pow(1.1, 0.25), 0},
         {"two and a half back", [&] { return input.wheel(-2.5, 0, pixel); }, std::pow(1.1, -2.5), 0},
         {"fingers apart", [&] { return input.pinch(1.5, pixel); }, 1.5, 0},
@@ -382,6 +400,71 @@ TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)
     EXPECT_FALSE(input.pinch(-1, pixel));
 }
 
+TEST_F(HostSceneGLTest, EachGestureDoesWhatItsRowSays)
+{
+    const Vector3 middle(200, 150, 0.5f);
+    const Vector3 pointer(250, 100, 0.5f);
+    const Vector3 same;
+    const struct
+    {
+        const char* effect;
+        double scale; ///< a fit leaves a tenth of the width or the height free
+        Vector3 eye;
+        Vector3 from; ///< what is seen there is seen at `to` afterwards
+        Vector3 to;
+        bool turns = false; ///< the near side to the right and downwards
+    } effects[] = {
+        {"turns the view", 1, same, middle, middle, true},
+        {"moves the view", 1, same, {150, 200, 0.5f}, pointer},
+        {"zooms; downwards enlarges", std::exp(1.0), same, middle, middle},
+        {"draws a zoom box; downwards enlarges, upwards shrinks", 3, same, middle, middle},
+        {"zooms about the pointer; forwards enlarges", 1.21, same, pointer, pointer},
+        {"zooms about the pointer; apart enlarges", 2, same, pointer, pointer},
+        {"turns the view about the pointer", 1, same, pointer, pointer},
+        {"calls a drag off; the view goes back to where it began", 1, same, middle, middle},
+        {"fits the scene into the view", 1.8157, same, middle, middle},
+        {"isometric view, from below", 1.6623, {-0.5f, -0.5f, -std::sqrt(0.5f)}, middle, middle},
+        {"looks from the positive end of X", 4.5, {1, 0, 0}, middle, middle},
+        {"looks from the positive end of Y", 2, {0, 1, 0}, middle, middle},
+        {"looks from the positive end of Z", 2, {0, 0, 1}, middle, middle},
+        {"looks from the negative end of X", 4.5, {-1, 0, 0}, middle, middle},
+        {"looks from the negative end of Y", 2, {0, -1, 0}, middle, middle},
+        {"looks from the negative end of Z", 2, {0, 0, -1}, middle, middle},
+    };
+    const Matrix start = Matrix::rotate(Vector3(1, 2, 3), 30.0f) * Matrix::scale(0.2f);
+    const auto scaleOf = [](const Matrix& view) {
+        return view.transformDirection(Vector3(1, 0, 0)).length();
+    };
+    const auto eyeOf = [](const Matrix& view) { return Vector3(view(0, 2), view(1, 2), view(2, 2)); };
+    for (const InputNames::Gesture& gesture : InputNames::gestures) {
+        SCOPED_TRACE(InputNames::text(gesture).toStdString());
+        const auto row = std::find_if(std::begin(effects), std::end(effects), [&](const auto& each) {
+            return std::string(each.effect) == gesture.effect;
+        });
+        ASSERT_NE(row, std::end(effects)) << gesture.effect;
+        host->setView(start);
+        host->draw();
+        const OruSceneEventContext& ctx = host->context();
+        const Vector3 place = row->from.unProject(ctx.modelView, ctx.projection, ctx.viewport.data());
+        const Vector3 eye = eyeOf(start) / scaleOf(start);
+        const Vector3 near = windowOf(eye);
+        play(gesture);
+        host->draw();
+        const Matrix& view = ctx.modelView;
+        EXPECT_EQ(view == start, gesture.kind == InputEvent::Kind::Abort);
+        EXPECT_LE((windowOf(place) - row->to).length(), 1.5f)
+            << windowOf(place).x << ' ' << windowOf(place).y;
+        EXPECT_NEAR(scaleOf(view) / scaleOf(start), row->scale, 2e-3);
+        if (row->turns) {
+            EXPECT_GT(windowOf(eye).x, near.x + 5);
+            EXPECT_LT(windowOf(eye).y, near.y - 5);
+        } else {
+            const Vector3 wanted = row->eye == same ? eye : row->eye;
+            EXPECT_LT((eyeOf(view) / scaleOf(view) - wanted).length(), 1e-4f);
+        }
+    }
+}
+
 TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
 {
     input.move(0, pixelOf(Vector3()));
@@ -394,18 +477,6 @@ TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
     ASSERT_NE(host->context().tooltip, "");
     EXPECT_TRUE(input.wheel(0.1, 1, pixelOf(left))) << "with a key held nothing is hovered";
     EXPECT_EQ(host->context().tooltip, "");
-}
-
-TEST_F(HostSceneGLTest, CallsAGestureOffAndLeavesTheViewWhereItBegan)
-{
-    const Matrix view = host->scene().viewpoint("viewpoint");
-    input.press(OruMouse::ButtonView, 0, QPoint(20, 200));
-    EXPECT_TRUE(input.move(0, QPoint(120, 150)));
-    EXPECT_NE(host->scene().viewpoint("viewpoint"), view);
-    EXPECT_TRUE(input.abort());
-    EXPECT_EQ(host->scene().viewpoint("viewpoint"), view);
-    EXPECT_EQ(count("begin"), count("end"));
-    EXPECT_FALSE(input.abort()) << "nothing is held any more";
 }
 
 TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)

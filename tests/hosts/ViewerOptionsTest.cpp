@@ -1,6 +1,10 @@
 #include "hosts/viewer/ViewerOptions.h"
 
+#include <QFile>
+
 #include <gmock/gmock.h>
+
+using hostkit::InputNames;
 
 namespace {
 
@@ -20,7 +24,7 @@ TEST(ViewerOptions, ReadsEveryOption)
     EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =
         parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
-              "--drag right 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
+              "--drag context 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
               "zpr/zoomMove=a=b "
               "--out p.png b.glb -- --odd.stl");
     EXPECT_EQ(options.models, QStringList({"a.stl", "b.glb", "--odd.stl"}));
@@ -38,6 +42,22 @@ TEST(ViewerOptions, ReadsEveryOption)
     ASSERT_EQ(options.settings.size(), 2u);
     EXPECT_EQ(options.settings[1], std::make_pair(QStringLiteral("zpr/zoomMove"), QStringLiteral("a=b")));
     EXPECT_EQ(options.outFile, "p.png");
+}
+
+TEST(ViewerOptions, HelpAndManualTellEveryGesture)
+{
+    QFile manual(QStringLiteral(KELVAR_MANUAL));
+    ASSERT_TRUE(manual.open(QIODevice::ReadOnly));
+    const std::string guide = manual.readAll().toStdString();
+    const std::string help = ViewerOptions::help().simplified().toStdString();
+    std::vector<InputNames::Gesture> rows(InputNames::gestures.begin(), InputNames::gestures.end());
+    rows.insert(rows.end(), {ViewerOptions::marking, ViewerOptions::closing});
+    for (const InputNames::Gesture& row : rows) {
+        const std::string name = InputNames::text(row).toStdString();
+        EXPECT_THAT(help, testing::HasSubstr(name + ' ' + row.effect));
+        EXPECT_THAT(guide, testing::HasSubstr("| " + name + " | " + row.effect));
+    }
+    EXPECT_THAT(help, testing::HasSubstr("drag with left, middle or right, and ctrl or shift;"));
 }
 
 TEST(ViewerOptions, SaysWhatIsWrong)
