@@ -27,9 +27,10 @@ namespace hostkit {
 ///     key F shift
 ///
 /// Positions are fractions of the view, from its lower left corner, so a recording can be played at any size;
-/// at the size of the recording every event falls on the very pixel that it had. Modifiers are "-", or names
-/// joined by '+', or a number. Empty lines, and lines that start with '#', are skipped. A text with a line
-/// break, a blank at an end or the like stands in quotes, with `\"`, `\\` and `\u000a` for what is not plain.
+/// at the size of the recording every event falls on the very pixel that it had. Buttons, modifiers and
+/// keys have the names of InputNames. Modifiers are "-", or names joined by '+', or a number. Empty lines,
+/// and lines that start with '#', are skipped. A text with a line break, a blank at an end or the like stands
+/// in quotes, with `\"`, `\\` and `\u000a` for what is not plain.
 class KELVAR_HOST_API Recording
 {
 public:
