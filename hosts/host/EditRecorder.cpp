@@ -1,6 +1,7 @@
 #include "hosts/host/EditRecorder.h"
 
 #include "contracts/core/OruProperties.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisViewpoint.h"
 
 #include <utility>

@@ -1,9 +1,17 @@
 #include "hosts/host/HostScene.h"
 
+#include "Scene/core/OruSceneEventHandler.h"
+#include "Scene/navigation/OruSceneZpr.h"
+#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
+#include "contracts/math/BoundingBox.h"
+#include "contracts/math/Matrix.h"
+#include "contracts/math/Vector3.h"
 #include "contracts/ogl/OruOglFunctions.h"
+#include "contracts/ogl/OruOglViewport.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,11 @@
 #include "hosts/host/InputFeed.h"
 
+#include "Scene/core/OruSceneEventContext.h"
+#include "Scene/core/OruSceneEventHandler.h"
+#include "Scene/navigation/OruSceneZpr.h"
+#include "contracts/core/KeyModifier.h"
+#include "contracts/ogl/OruOglViewport.h"
+
 #include <QScopedValueRollback>
 
 #include <algorithm>

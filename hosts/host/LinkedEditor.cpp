@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruProperties.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisViewpoint.h"
 
 #include <boost/make_shared.hpp>

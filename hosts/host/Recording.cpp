@@ -1,6 +1,7 @@
 #include "hosts/host/Recording.h"
 
 #include "contracts/core/OruFileReader.h"
+#include "contracts/core/OruMouse.h"
 #include "hosts/host/InputNames.h"
 
 #include <QLocale>

@@ -1,5 +1,7 @@
 #include "hosts/host/RecordingWriter.h"
 
+#include "hosts/host/InputEvent.h"
+
 namespace hostkit {
 
 RecordingWriter::RecordingWriter(const QString& file, const Recording& recording)

@@ -1,6 +1,7 @@
 #include "hosts/host/SceneViews.h"
 
 #include "contracts/core/OruText.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisViewpoint.h"
 
 #include <memory>

@@ -2,12 +2,17 @@
 
 #include "contracts/core/OruFileReader.h"
 #include "hosts/import/internal/IsolatedReader.h"
+#include "hosts/mesh/Mesh.h"
 #include "hosts/mesh/MeshBuilder.h"
+#include "hosts/mesh/MeshSource.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace hostkit {
 

@@ -1,12 +1,18 @@
 #include "hosts/mesh/MeshBuilder.h"
 
+#include "contracts/math/BoundingBox.h"
+#include "contracts/math/Vector3.h"
+#include "hosts/mesh/TriangleHierarchy.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace hostkit {
 

@@ -1,18 +1,28 @@
 #include "hosts/mesh/MeshVisualization.h"
 
 #include "contracts/core/OruDebugLogger.h"
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/OruText.h"
 #include "contracts/debug/logger.h"
+#include "contracts/math/BoundingBox.h"
+#include "contracts/math/Matrix.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglMeshArrays.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisHitProperty.h"
+#include "contracts/vis/OruVisHitRecord.h"
+#include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisViewVolume.h"
 #include "hosts/mesh/internal/MeshEventHandler.h"
 
 #include <boost/make_shared.hpp>
+
+#include <utility>
+#include <vector>
 
 namespace hostkit {
 

@@ -1,8 +1,10 @@
 #include "hosts/viewer/Viewer.h"
 
 #include "contracts/core/OruFileWriter.h"
+#include "contracts/ogl/OruOglViewport.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
+#include "hosts/host/InputEvent.h"
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/InputNames.h"
 #include "hosts/host/OffscreenView.h"
@@ -22,6 +24,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <iostream>

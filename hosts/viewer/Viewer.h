@@ -9,6 +9,7 @@
 
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 /// The program: loads the models, sets the scene up as the options ask and shows it, in a window or as a

@@ -1,9 +1,11 @@
 #include "hosts/host/GlPlatform.h"
 #include "hosts/viewer/StandardStreams.h"
 #include "hosts/viewer/Viewer.h"
+#include "hosts/viewer/ViewerOptions.h"
 
 #include <QGuiApplication>
 
+#include <exception>
 #include <iostream>
 
 namespace {

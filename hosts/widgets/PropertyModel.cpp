@@ -1,7 +1,9 @@
 #include "hosts/widgets/PropertyModel.h"
 
+#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
+#include "hosts/host/HostScene.h"
 #include "hosts/widgets/internal/PropertyFilter.h"
 #include "hosts/widgets/internal/PropertyRow.h"
 

@@ -1,5 +1,6 @@
 #include "hosts/widgets/UndoEditor.h"
 
+#include "hosts/host/EditStep.h"
 #include "hosts/widgets/internal/EditCommand.h"
 
 #include <QEvent>

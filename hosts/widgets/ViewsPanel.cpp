@@ -1,5 +1,9 @@
 #include "hosts/widgets/ViewsPanel.h"
 
+#include "contracts/core/OruProperties.h"
+#include "contracts/vis/OruVisList.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/SceneWindow.h"
 #include "hosts/widgets/SceneWidget.h"
 #include "hosts/widgets/internal/ViewItem.h"
 

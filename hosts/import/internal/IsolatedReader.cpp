@@ -1,6 +1,7 @@
 #include "hosts/import/internal/IsolatedReader.h"
 
 #include "contracts/core/OruMemoryInfo.h"
+#include "contracts/math/Vector3.h"
 #include "hosts/import/internal/ReaderProcess.h"
 #include "hosts/import/internal/ReaderProtocol.h"
 

@@ -1,6 +1,7 @@
 #include "hosts/import/reader/ModelReader.h"
 
 #include "contracts/math/Matrix.h"
+#include "contracts/math/Vector3.h"
 #include "hosts/import/reader/RegularFiles.h"
 
 #include <QFile>
@@ -15,8 +16,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace hostkit {
 

@@ -1,13 +1,16 @@
 // Reads one model file and writes its parts to the standard output: see ReaderProtocol.
 
+#include "hosts/import/internal/ReaderProtocol.h"
 #include "hosts/import/reader/ModelReader.h"
 #include "hosts/import/reader/PartWriter.h"
+#include "hosts/mesh/MeshSource.h"
 
 #include <QFile>
 
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <new>
 
 #include <sys/prctl.h>

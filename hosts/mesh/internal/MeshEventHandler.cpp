@@ -1,9 +1,12 @@
 #include "hosts/mesh/internal/MeshEventHandler.h"
 
+#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruStringBuilder.h"
 #include "contracts/core/OruText.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisHitRecord.h"
 #include "contracts/vis/OruVisList.h"
+#include "contracts/vis/OruVisualization.h"
 #include "hosts/mesh/MeshVisualization.h"
 
 namespace hostkit {

@@ -1,5 +1,7 @@
 #include "hosts/widgets/internal/EditCommand.h"
 
+#include "hosts/host/HostScene.h"
+
 #include <exception>
 #include <iostream>
 #include <utility>

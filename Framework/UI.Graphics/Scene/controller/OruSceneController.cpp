@@ -6,9 +6,14 @@
 #include "Scene/core/OruSceneRenderContext.h"
 #include "Scene/core/OruSceneSelectContext.h"
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "Scene/render/OruSceneRender.h"
 #include "Scene/render/internal/OruSceneRenderRecovery.h"
 #include "contracts/core/OruStringBuilder.h"
+#include "contracts/math/NumberFormat.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
+#include "contracts/vis/OruVisualization.h"
 
 #include <algorithm>
 #include <cmath>

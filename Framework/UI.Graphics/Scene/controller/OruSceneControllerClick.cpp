@@ -2,13 +2,21 @@
 
 #include "Scene/controller/OruSceneController.h"
 
+#include "Scene/controller/IOruSceneController.h"
 #include "Scene/controller/internal/OruSceneDispatch.h"
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "Scene/navigation/OruPropertyAdaptor.h"
+#include "Scene/navigation/OruSceneZpr.h"
+#include "Scene/render/OruSceneRender.h"
+#include "contracts/vis/IOruVisEventHandler.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
 #include "contracts/vis/OruVisHitLabelQualifier.h"
 #include "contracts/vis/OruVisHitProperty.h"
+#include "contracts/vis/OruVisHitRecord.h"
 #include "contracts/vis/OruVisTriad.h"
+#include "contracts/vis/OruVisualization.h"
 
 using Kelvar::UI::Toolkit::ModifierFirst;
 

@@ -8,8 +8,10 @@
 #include "Scene/core/internal/OruSceneCaptureTarget.h"
 #include "Scene/core/internal/OruSceneEditGuard.h"
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "contracts/debug/dbgostream.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <mutex>
 #include <new>

@@ -5,7 +5,12 @@
 #include "Scene/core/OruSceneEventContext.h"
 #include "Scene/core/internal/OruSceneEditGuard.h"
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "Scene/navigation/OruSceneMouseMappings.h"
+#include "Scene/navigation/OruSceneZpr.h"
+#include "contracts/core/KeyModifier.h"
+#include "contracts/core/OruMouse.h"
 #include "contracts/core/OruNearestInt.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <QPoint>
 

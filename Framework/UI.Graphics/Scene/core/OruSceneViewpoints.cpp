@@ -3,7 +3,11 @@
 #include "Scene/core/OruScene.h"
 #include "Scene/core/internal/OruSceneEditGuard.h"
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruText.h"
+#include "contracts/math/Matrix.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisViewpoint.h"
 
 #include <QList>

@@ -1,5 +1,8 @@
 #include "Scene/navigation/OruSceneMouseMappings.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruPropertyKind.h"
+
 using Kelvar::UI::Toolkit::ModifierFirst;
 using Kelvar::UI::Toolkit::ModifierNone;
 using Kelvar::UI::Toolkit::ModifierSecond;

@@ -1,8 +1,11 @@
 #include "Scene/navigation/OruSceneZpr.h"
 
 #include "Scene/core/OruSceneEventContext.h"
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/OruNearestInt.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/math/Vector3.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <QPoint>
 

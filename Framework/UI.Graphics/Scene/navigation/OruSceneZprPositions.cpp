@@ -4,6 +4,7 @@
 #include "Scene/navigation/OruSceneZpr.h"
 #include "contracts/core/OruTimer.h"
 #include "contracts/math/BoundingBox.h"
+#include "contracts/math/Matrix.h"
 #include "contracts/math/Vector3.h"
 
 #include <array>

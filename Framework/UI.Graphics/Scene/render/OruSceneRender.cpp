@@ -1,6 +1,8 @@
 #include "Scene/render/OruSceneRender.h"
 
 #include "Scene/core/internal/OruSceneTrace.h"
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/math/CircleTable.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"

@@ -4,8 +4,10 @@
 #include "Scene/render/OruSceneRender.h"
 #include "contracts/core/OruNearestInt.h"
 #include "contracts/ogl/OruOgl2D.h"
+#include "contracts/ogl/OruOglBoxedText.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <QSize>
 

@@ -8,6 +8,10 @@
 #include "Scene/render/OruSceneRender.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglViewport.h"
+#include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/OruVisHitRecordList.h"
+#include "contracts/vis/OruVisualization.h"
 
 namespace {
 

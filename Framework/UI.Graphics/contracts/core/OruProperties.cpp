@@ -1,13 +1,16 @@
 #include "contracts/core/OruProperties.h"
 
 #include "contracts/core/OruDebugLogger.h"
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/internal/OruPropertiesForeign.h"
+#include "contracts/debug/dbgostream.h"
 #include "contracts/debug/logger.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertyAdaptorBase.h"
 
 #include "contracts/core/OruProperties.h"
+#include "contracts/core/OruPropertyKind.h"
 
 OruPropertyAdaptorBase::OruPropertyAdaptorBase(OruProperties& owner, const QString& key,
                                                const OruPropertyKind* kind)

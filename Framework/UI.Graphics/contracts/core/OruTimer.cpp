@@ -1,6 +1,7 @@
 #include "contracts/core/OruTimer.h"
 
 #include "contracts/core/OruDebugLogger.h"
+#include "contracts/debug/dbgostream.h"
 #include "contracts/debug/logger.h"
 
 OruTimer::OruTimer(const char* what, int thresholdMs)

@@ -4,6 +4,7 @@
 #include "contracts/math/Matrix.h"
 
 #include <cmath>
+#include <optional>
 
 namespace Kelvar {
 namespace Math {

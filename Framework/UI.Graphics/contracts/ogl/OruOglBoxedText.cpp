@@ -4,6 +4,7 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/ogl/OruOglText.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruResource.h"
+#include "contracts/debug/dbgostream.h"
 #include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/ogl/OruOglGl.h"

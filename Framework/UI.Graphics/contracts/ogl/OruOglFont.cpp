@@ -1,5 +1,6 @@
 #include "contracts/ogl/OruOglFont.h"
 
+#include "contracts/core/OruResource.h"
 #include "contracts/ogl/internal/OruOglFontFile.h"
 
 #include <QFile>

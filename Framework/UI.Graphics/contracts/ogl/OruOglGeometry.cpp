@@ -1,5 +1,6 @@
 #include "contracts/ogl/OruOglGeometry.h"
 
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/ogl/internal/OruOglBufferStore.h"
 
 const QString OruOglGeometry::typeString = QLatin1String("ogl.geometry");

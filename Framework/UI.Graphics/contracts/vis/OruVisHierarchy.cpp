@@ -1,5 +1,7 @@
 #include "contracts/vis/OruVisHierarchy.h"
 
+#include "contracts/math/Vector3.h"
+
 #include <algorithm>
 #include <numeric>
 

@@ -1,5 +1,7 @@
 #include "contracts/vis/OruVisHitRecordList.h"
 
+#include "contracts/vis/OruVisualization.h"
+
 void OruVisHitRecordList::add(const OruVisHitRecord& record, Rank rank, double centerDistance,
                               const boost::weak_ptr<IOruVisEventHandler>& handler,
                               const OruVisualization* visualization)

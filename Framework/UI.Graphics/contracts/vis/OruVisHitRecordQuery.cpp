@@ -1,5 +1,9 @@
 #include "contracts/vis/OruVisHitRecordQuery.h"
 
+#include "contracts/vis/IOruVisEventHandler.h"
+#include "contracts/vis/OruVisHitRecord.h"
+#include "contracts/vis/OruVisualization.h"
+
 #include <cmath>
 #include <limits>
 

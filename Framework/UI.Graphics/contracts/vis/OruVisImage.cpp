@@ -1,9 +1,14 @@
 #include "contracts/vis/OruVisImage.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglFlatState.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglTexture.h"
+#include "contracts/vis/OruVisHitProperty.h"
+#include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/internal/OruVisAlignmentKind.h"
 

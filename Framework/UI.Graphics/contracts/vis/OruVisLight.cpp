@@ -1,5 +1,6 @@
 #include "contracts/vis/OruVisLight.h"
 
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/ogl/OruOglGl.h"
 
 #include <array>

@@ -1,6 +1,9 @@
 #include "contracts/vis/OruVisLightList.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruProperties.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/OruVisualization.h"
 
 #include <memory>
 #include <stdexcept>

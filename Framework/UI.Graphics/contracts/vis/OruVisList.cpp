@@ -1,7 +1,12 @@
 #include "contracts/vis/OruVisList.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruProperties.h"
+#include "contracts/math/BoundingBox.h"
 #include "contracts/ogl/OruOglStackDepths.h"
+#include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisImage.h"
+#include "contracts/vis/OruVisLight.h"
 #include "contracts/vis/OruVisLightList.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisTriad.h"

@@ -1,6 +1,8 @@
 #include "contracts/vis/OruVisPickVolume.h"
 
 #include "contracts/math/DoubleMatrix.h"
+#include "contracts/math/Vector3.h"
+#include "contracts/ogl/OruOglViewport.h"
 
 #include <algorithm>
 #include <cmath>

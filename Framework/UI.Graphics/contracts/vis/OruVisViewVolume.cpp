@@ -1,6 +1,7 @@
 #include "contracts/vis/OruVisViewVolume.h"
 
 #include "contracts/math/DoubleMatrix.h"
+#include "contracts/math/Vector3.h"
 
 #include <cmath>
 

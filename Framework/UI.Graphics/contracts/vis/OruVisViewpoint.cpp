@@ -1,5 +1,8 @@
 #include "contracts/vis/OruVisViewpoint.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/math/Matrix.h"
+
 const QString OruVisViewpoint::typeString = QStringLiteral("vis.viewpoint");
 
 OruVisViewpoint::OruVisViewpoint(OruModifiedGroup& modifiedGroup)

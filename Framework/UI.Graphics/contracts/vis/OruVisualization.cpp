@@ -1,5 +1,10 @@
 #include "contracts/vis/OruVisualization.h"
 
+#include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/OruResource.h"
+#include "contracts/ogl/OruOglCache.h"
+#include "contracts/ogl/OruOglGeometry.h"
+#include "contracts/ogl/OruOglText.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
 
 #include <utility>

@@ -1,5 +1,8 @@
 #include "contracts/vis/internal/OruVisReached.h"
 
+#include "contracts/core/OruModified.h"
+#include "contracts/core/OruProperties.h"
+#include "contracts/math/Vector3.h"
 #include "contracts/vis/OruVisualization.h"
 
 #include <algorithm>
