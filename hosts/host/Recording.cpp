@@ -189,11 +189,11 @@ private:
 
     void readSize(const QString& rest)
     {
-        const std::optional<QSize> size = InputNames::size(rest, mostPixels);
-        if (!size) {
+        const std::optional<QSize> sides = InputNames::size(rest, mostPixels);
+        if (!sides) {
             fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(rest));
         }
-        recording_.size = *size;
+        recording_.size = *sides;
     }
 
     /// What lineText made a line of.
