@@ -86,16 +86,6 @@ OruVisReached::Indices OruVisReached::groupIn(const OruVisViewVolume& volume) co
     return found;
 }
 
-OruVisReached::Objects OruVisReached::objectsOf(const Indices& indices) const
-{
-    Objects objects;
-    objects.reserve(indices.size());
-    for (const std::uint32_t index : indices) {
-        objects.push_back(entries_[index].object);
-    }
-    return objects;
-}
-
 OruVisReached::Objects OruVisReached::inScene(const OruVisViewVolume& volume, const Matrix& modelView)
 {
     refresh();
@@ -105,13 +95,15 @@ OruVisReached::Objects OruVisReached::inScene(const OruVisViewVolume& volume, co
     }
     std::sort(inView.begin(), inView.end());
 
-    Indices reached = ahead_;
-    reached.reserve(ahead_.size() + inView.size() + behind_.size());
+    Objects objects;
+    objects.reserve(ahead_.size() + inView.size() + behind_.size());
+    const auto take = [&](std::uint32_t index) { objects.push_back(entries_[index].object); };
+    std::for_each(ahead_.begin(), ahead_.end(), take);
     for (const auto& [distance, index] : inView) {
-        reached.push_back(index);
+        take(index);
     }
-    reached.insert(reached.end(), behind_.begin(), behind_.end());
-    return objectsOf(reached);
+    std::for_each(behind_.begin(), behind_.end(), take);
+    return objects;
 }
 
 OruVisReached::Objects OruVisReached::inFront(const OruVisViewVolume& volume)
@@ -123,7 +115,12 @@ OruVisReached::Objects OruVisReached::inFront(const OruVisViewVolume& volume)
     std::sort(reached.begin(), reached.end(), [this](std::uint32_t a, std::uint32_t b) {
         return std::make_pair(entries_[a].order, a) < std::make_pair(entries_[b].order, b);
     });
-    return objectsOf(reached);
+    Objects objects;
+    objects.reserve(reached.size());
+    for (const std::uint32_t index : reached) {
+        objects.push_back(entries_[index].object);
+    }
+    return objects;
 }
 
 void OruVisReached::refresh()

@@ -67,7 +67,6 @@ private:
     void rebuildOrder();
     void updateHierarchy();
     Indices groupIn(const OruVisViewVolume& volume) const;
-    Objects objectsOf(const Indices& indices) const;
 
     std::vector<Entry> entries_;
     OruModifiedWatcher content_;
