@@ -16,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 #include <boost/shared_ptr.hpp>
 #include <dlfcn.h>
@@ -128,11 +129,8 @@ Vector3 HostScene::pointUnder(const QPoint& pixel) const
 bool HostScene::wheelAbout(const QPoint& pixel)
 {
     catchUp();
-    const Vector3 orbit = context_.center;
-    context_.center = pointUnder(pixel);
-    const bool changed = send(&OruSceneEventHandler::mouseWheel);
-    context_.center = orbit;
-    return changed;
+    const QScopedValueRollback<Vector3> fixed(context_.center, pointUnder(pixel));
+    return send(&OruSceneEventHandler::mouseWheel);
 }
 
 bool HostScene::zoomAbout(const QPoint& pixel, double factor)

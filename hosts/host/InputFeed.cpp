@@ -58,8 +58,8 @@ bool movesTheView(Kind kind)
 /// No hand turns a wheel further in one event.
 constexpr double mostSteps = 1000.0;
 
-/// Where the pointer is once it has left a view.
-const QPoint outside(-1, -1);
+/// Where the pointer is once it has left a view; far enough for a wide pick window.
+const QPoint outside(-10000, -10000);
 
 InputEvent keyEvent(Kind kind, int key, unsigned int modifiers)
 {
@@ -81,7 +81,10 @@ InputEvent plainEvent(Kind kind)
 
 InputFeed::InputFeed(HostScene& host)
     : host_(host)
-{}
+{
+    // Nothing is hovered before the pointer has come.
+    host_.context().mouse.move(outside, Kelvar::UI::Toolkit::ModifierNone);
+}
 
 bool InputFeed::apply(const InputEvent& event)
 {

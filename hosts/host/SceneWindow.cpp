@@ -146,7 +146,7 @@ QSurface* SceneWindow::surface()
 /// A context that got lost is replaced.
 void SceneWindow::makeCurrent()
 {
-    if (!context_->makeCurrent(surface()) && !context_->isValid()) {
+    if (host_ && !context_->makeCurrent(surface()) && !context_->isValid()) {
         renew();
     }
 }
@@ -155,6 +155,9 @@ void SceneWindow::run(const std::function<bool(HostScene&)>& action)
 {
     feedMove();
     makeCurrent();
+    if (!host_) {
+        return;
+    }
     host_->setSize(framebuffer_);
     // The window may have gone to a screen with another ratio.
     input_->setDragThreshold(qRound(QGuiApplication::styleHints()->startDragDistance() * devicePixelRatio()));
@@ -165,11 +168,11 @@ void SceneWindow::run(const std::function<bool(HostScene&)>& action)
 
 void SceneWindow::paint()
 {
-    if (!isExposed()) {
+    if (!host_ || !isExposed()) {
         return;
     }
-    makeCurrent();
     try {
+        makeCurrent();
         measure();
         if (!std::exchange(exposed_, true)) {
             host_->fitAgain();
@@ -177,6 +180,7 @@ void SceneWindow::paint()
         host_->draw();
     } catch (const std::exception& error) {
         std::cerr << "draw: " << error.what() << std::endl;
+        return; // the picture that shows is whole, the one that was begun is not
     }
     context_->swapBuffers(this);
     Q_EMIT frameDrawn();
@@ -238,7 +242,7 @@ void SceneWindow::mouseDoubleClickEvent(QMouseEvent* event)
 void SceneWindow::mouseMoveEvent(QMouseEvent* event)
 {
     for (const InputNames::Button& row : InputNames::buttons) {
-        if (input_->held(row.button) && !event->buttons().testFlag(row.qt)) {
+        if (input_ && input_->held(row.button) && !event->buttons().testFlag(row.qt)) {
             feed([this] { return input_->cancel(); }); // the release went elsewhere
         }
     }
@@ -267,7 +271,7 @@ void SceneWindow::feedGesture(QNativeGestureEvent* event)
 
 void SceneWindow::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape && input_->gesture()) {
+    if (event->key() == Qt::Key_Escape && input_ && input_->gesture()) {
         feed([this] { return input_->abort(); });
         return;
     }

@@ -29,8 +29,9 @@ namespace hostkit {
 /// become one. The scene draws into the window's own framebuffer, never into one in between, and each swap
 /// follows a draw: a pick, which clears the frame, never shows.
 ///
-/// What a visualization, handler or editor throws is told on stderr, and the window goes on. GlPlatform has
-/// to be prepared before the application object is made.
+/// What a visualization, handler or editor throws is told on stderr, and the window goes on; where a lost
+/// context cannot be replaced, with the picture that it has and nothing else. GlPlatform has to be prepared
+/// before the application object is made.
 class KELVAR_HOST_API SceneWindow : public QWindow
 {
     Q_OBJECT

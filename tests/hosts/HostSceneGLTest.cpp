@@ -467,6 +467,10 @@ TEST_F(HostSceneGLTest, EachGestureDoesWhatItsRowSays)
 
 TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
 {
+    const Matrix view = host->view();
+    host->setView(Matrix::translate(-left) * view * Matrix::scale(10.0f)); // one cube in every pixel
+    EXPECT_FALSE(input.hoverAgain()) << "the pointer has not come yet";
+    host->setView(view);
     input.move(0, pixelOf(Vector3()));
     ASSERT_EQ(host->context().tooltip, "") << "between the cubes";
     EXPECT_TRUE(input.keyPress('X', 0));
@@ -514,7 +518,7 @@ TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)
         EXPECT_EQ(host->context().tooltip, "cube\ntriangles: 12");
         EXPECT_TRUE(input.enter(false));
         EXPECT_EQ(host->context().tooltip, "");
-        EXPECT_EQ(host->context().mouse.curpos(), QPoint(-1, -1)) << "the hover has ended outside";
+        EXPECT_LT(host->context().mouse.curpos().x(), -1000) << "the hover has ended outside";
     }
     input.move(0, pixelOf(left));
     input.press(OruMouse::ButtonPick, 1, pixelOf(left));
