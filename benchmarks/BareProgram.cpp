@@ -68,9 +68,10 @@ void BareProgram::add(const Part& part)
 
 void BareProgram::add(const hostkit::Model& model)
 {
-    for (const auto& part : model.parts) {
-        add({part->color, part->positions, part->normals, part->colors, part->indices, part->closed});
-    }
+    model.visitParts([this](const hostkit::ModelPart& part) {
+        const hostkit::Mesh& mesh = *part.mesh;
+        add({mesh.material.color, mesh.positions, mesh.normals, mesh.colors, mesh.indices, mesh.closed});
+    });
 }
 
 void BareProgram::draw(const Kelvar::Math::Matrix& modelView, const Kelvar::Math::Matrix& projection,

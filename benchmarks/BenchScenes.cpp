@@ -41,7 +41,7 @@ MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int
 {
     MeshSource source;
     source.name = QStringLiteral("sphere %1").arg(number);
-    source.color = QColor::fromHsv(number * 47 % 360, 120, 230);
+    source.material.color = QColor::fromHsv(number * 47 % 360, 120, 230);
     source.positions = sphere.positions;
     for (Vector3& position : source.positions) {
         position += place;
@@ -54,10 +54,11 @@ MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int
 Arrays arraysOf(const Model& model)
 {
     Arrays arrays;
-    for (const auto& part : model.parts) {
-        arrays.push_back(
-            {part->name, part->color, part->positions, part->normals, part->colors, part->indices});
-    }
+    model.visitParts([&](const hostkit::ModelPart& part) {
+        const hostkit::Mesh& mesh = *part.mesh;
+        arrays.push_back({mesh.name, mesh.material, mesh.positions, mesh.normals, mesh.colors,
+                          mesh.texturePoints, mesh.indices});
+    });
     return arrays;
 }
 
@@ -106,7 +107,7 @@ Model buildModel(Arrays arrays)
 {
     Model model;
     for (MeshSource& source : arrays) {
-        model.parts.push_back(hostkit::MeshBuilder::build(std::move(source), [](float) {}));
+        model.parts.emplace_back(hostkit::MeshBuilder::build(std::move(source), [](float) {}));
     }
     return model;
 }
@@ -126,7 +127,7 @@ void magnifyToShare(hostkit::HostScene& host, const Model& model, double share)
     // How far from the middle of the view, which reaches to 1 upwards and to `aspect` sideways.
     std::vector<float> reach;
     for (const auto& part : model.parts) {
-        for (const Vector3& position : part->positions) {
+        for (const Vector3& position : part.mesh->positions) {
             const Vector3 seen = view.transform(position);
             reach.push_back(std::max(std::abs(seen.x) / aspect, std::abs(seen.y)));
         }

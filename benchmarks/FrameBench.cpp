@@ -132,8 +132,8 @@ void measureOwnShare(int objects, Objects kind)
     HostScene host{QString(), QString(), QString()};
     auto list = std::make_unique<TimedList>(host.scene().group);
     const Model model = bench::buildModel(bench::sphereGrid(objects, 1, 1, 100));
-    for (const auto& mesh : model.parts) {
-        list->insert(makeObject(host.scene().group, mesh, kind).release(), false);
+    for (const hostkit::ModelPart& part : model.parts) {
+        list->insert(makeObject(host.scene().group, part.mesh, kind).release(), false);
     }
     host.scene().render.visualizations.insert(list.release(), false);
     bench::show(host, Model());

@@ -84,7 +84,8 @@ void measureMemory()
     OruVisList& list = host.scene().render.visualizations;
     before = bench::heapBytes();
     for (int number = 0; number < nodes; ++number) {
-        auto part = std::make_unique<hostkit::MeshVisualization>(host.scene().group, model.parts.front());
+        auto part =
+            std::make_unique<hostkit::MeshVisualization>(host.scene().group, model.parts.front().mesh);
         part->rename(QStringLiteral("part %1").arg(number));
         list.insert(part.release(), false);
     }

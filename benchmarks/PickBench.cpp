@@ -103,7 +103,7 @@ void measureFirstPick(const Model& model, const QString& scene)
 
 void measureHierarchy(const Model& model)
 {
-    const hostkit::Mesh& mesh = *model.parts.front();
+    const hostkit::Mesh& mesh = *model.parts.front().mesh;
     hostkit::TriangleHierarchy hierarchy;
     const auto costs = bench::interleave(
         5, {[&] { hierarchy = hostkit::TriangleHierarchy::build(mesh.positions, mesh.indices); }});

@@ -105,7 +105,7 @@ Model ModelImporter::load(const QString& file, Progress& progress)
             source.name = model.name;
         }
         if (const auto part = buildPart(file, std::move(source), within(progress, done, done + step))) {
-            model.parts.push_back(part);
+            model.parts.emplace_back(part);
         }
         done += step;
     }

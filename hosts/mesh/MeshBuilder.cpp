@@ -81,7 +81,7 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
     , mesh_(std::make_shared<Mesh>())
 {
     mesh_->name = source_.name;
-    mesh_->color = source_.color;
+    mesh_->material = source_.material;
 }
 
 std::shared_ptr<const Mesh> MeshWork::run()

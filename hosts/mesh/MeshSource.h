@@ -1,8 +1,9 @@
 #pragma once
 
 #include "contracts/math/Vector3.h"
+#include "hosts/mesh/Material.h"
+#include "hosts/mesh/TexturePoint.h"
 
-#include <QColor>
 #include <QString>
 
 #include <cstdint>
@@ -16,7 +17,7 @@ namespace hostkit {
 struct MeshSource
 {
     QString name;
-    QColor color;
+    Material material;
     std::vector<Kelvar::Math::Vector3> positions;
 
     /// As many as positions, or none: then they are worked out from the triangles.
@@ -24,6 +25,9 @@ struct MeshSource
 
     /// As many as positions, or none; bytes red, green, blue, alpha in memory.
     std::vector<uint32_t> colors;
+
+    /// As many as positions, or none.
+    std::vector<TexturePoint> texturePoints;
 
     /// Three a triangle, each below the number of positions.
     std::vector<uint32_t> indices;

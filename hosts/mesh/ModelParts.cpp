@@ -12,14 +12,15 @@ ModelParts::ModelParts(OruVisList& list)
 
 void ModelParts::add(const Model& model)
 {
-    for (const auto& mesh : model.parts) {
-        auto part = std::make_unique<MeshVisualization>(list_.group, mesh);
-        part->rename(freeName(mesh->name));
+    model.visitParts([&](const ModelPart& use) {
+        auto part = std::make_unique<MeshVisualization>(list_.group, use.mesh);
+        part->rename(freeName(use.shape().name));
+        part->setPlacement(use.placement);
         part->setDropListener(dropListener_);
         if (list_.insert(part.get(), false)) {
             static_cast<void>(part.release()); // the tree's from now on
         }
-    }
+    });
 }
 
 QString ModelParts::freeName(const QString& name)

@@ -32,7 +32,7 @@ Model cubes(std::initializer_list<Vector3> centers)
 {
     Model model;
     for (const Vector3& center : centers) {
-        model.parts.push_back(built(cubeSource(center)));
+        model.parts.emplace_back(built(cubeSource(center)));
     }
     return model;
 }
@@ -175,7 +175,7 @@ TEST_F(HostSceneGLTest, ShowsOpenMeshesFromBothSidesAndClosedOnesFromOutside)
     MeshSource open = cubeSource();
     open.indices.erase(open.indices.begin() + 12, open.indices.begin() + 18);
     Model model;
-    model.parts.push_back(built(open));
+    model.parts.emplace_back(built(open));
     add(model);
     EXPECT_EQ(culling(), std::make_pair(2L, 2L)) << "for the open cube as well, and on again";
     EXPECT_GT(colorAt(drawn(), Vector3()).red(), 60);
@@ -295,7 +295,7 @@ TEST_F(HostSceneGLTest, DrawsWhatIsInViewOfALargePartWhereItWasMoved)
 {
     const Vector3 away(20, 0, 0);
     Model model;
-    model.parts.push_back(built(sourceOf(bumpySphere(5000, 0.7f))));
+    model.parts.emplace_back(built(sourceOf(bumpySphere(5000, 0.7f))));
     add(model);
     part("sample").offset.setValue(Matrix::translate(away));
     host->scene().setViewpoint("viewpoint", Matrix::translate(-away) * host->scene().viewpoint("viewpoint"));

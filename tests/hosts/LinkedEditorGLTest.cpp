@@ -18,7 +18,7 @@ struct LinkedEditorGLTest : testing::Test
     LinkedEditorGLTest()
     {
         Model model;
-        model.parts.push_back(kelvartest::built(kelvartest::cubeSource()));
+        model.parts.emplace_back(kelvartest::built(kelvartest::cubeSource()));
         for (SceneWindow* const window : {&front, &side}) {
             window->setContent(
                 [model](HostScene& host) { ModelParts(host.scene().render.visualizations).add(model); });

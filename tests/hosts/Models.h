@@ -29,7 +29,7 @@ inline hostkit::MeshSource cubeSource(const Kelvar::Math::Vector3& center = Kelv
                                         2, 6, 7, 2, 7, 3, 0, 4, 6, 0, 6, 2, 1, 3, 7, 1, 7, 5};
     hostkit::MeshSource source;
     source.name = QStringLiteral("cube");
-    source.color = QColor(200, 40, 40);
+    source.material.color = QColor(200, 40, 40);
     for (const int corner : corners) {
         source.indices.push_back(static_cast<uint32_t>(source.positions.size()));
         source.positions.push_back(center + Kelvar::Math::Vector3(corner & 1 ? 1.0f : -1.0f,
@@ -41,7 +41,13 @@ inline hostkit::MeshSource cubeSource(const Kelvar::Math::Vector3& center = Kelv
 
 inline hostkit::MeshSource sourceOf(const hostkit::SampleMesh& sample)
 {
-    return {"sample", QColor(90, 140, 200), sample.positions, sample.normals, {}, sample.indices};
+    hostkit::MeshSource source;
+    source.name = QStringLiteral("sample");
+    source.material.color = QColor(90, 140, 200);
+    source.positions = sample.positions;
+    source.normals = sample.normals;
+    source.indices = sample.indices;
+    return source;
 }
 
 inline std::shared_ptr<const hostkit::Mesh> built(hostkit::MeshSource source)

@@ -26,7 +26,7 @@ void fill(HostScene& host)
 {
     Model model;
     for (const float x : {-2.0f, 2.0f}) {
-        model.parts.push_back(built(cubeSource(Kelvar::Math::Vector3(x, 0, 0))));
+        model.parts.emplace_back(built(cubeSource(Kelvar::Math::Vector3(x, 0, 0))));
     }
     ModelParts(host.scene().render.visualizations).add(model);
     QString error;

@@ -137,7 +137,7 @@ MeshSource receivePart(Reader& in)
 {
     MeshSource part;
     part.name = QString::fromStdString(in.array<std::string>());
-    part.color = QColor::fromRgb(in.value<QRgb>());
+    part.material.color = QColor::fromRgb(in.value<QRgb>());
     part.positions = in.array<std::vector<Kelvar::Math::Vector3>>();
     part.normals = in.array<std::vector<Kelvar::Math::Vector3>>();
     part.colors = in.array<std::vector<uint32_t>>();

@@ -182,7 +182,7 @@ MeshSource sourceOf(const aiScene& scene, const Use& use, bool withNormals)
 {
     MeshSource source;
     source.name = partName(use);
-    source.color = colorOf(*scene.mMaterials[use.mesh->mMaterialIndex]);
+    source.material.color = colorOf(*scene.mMaterials[use.mesh->mMaterialIndex]);
     copyVertices(*use.mesh, use.place, withNormals, source);
     copyTriangles(*use.mesh, isMirror(use.place), source);
     return source;

@@ -18,7 +18,7 @@ void PartWriter::part(const MeshSource& part) const
 {
     value(Tag::Part);
     array(part.name.toStdString());
-    value(part.color.rgb());
+    value(part.material.color.rgb());
     array(part.positions);
     array(part.normals);
     array(part.colors);

@@ -23,7 +23,7 @@ hostkit::Model model(const QStringList& arguments)
     return hostkit::ModelImporter::load(arguments.value(3), progress);
 #else
     hostkit::MeshSource triangle;
-    triangle.color = Qt::red;
+    triangle.material.color = Qt::red;
     triangle.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
     triangle.indices = {0, 1, 2};
     return {arguments.value(0), {hostkit::MeshBuilder::build(triangle, [](float) {})}};

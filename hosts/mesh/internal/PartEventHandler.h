@@ -4,17 +4,17 @@
 
 namespace hostkit {
 
-class MeshVisualization;
+class PartVisualization;
 
 /// What a part of a model does under the pointer. Owned by its part and never outlives it.
-class MeshEventHandler : public IOruVisEventHandler
+class PartEventHandler : public IOruVisEventHandler
 {
 public:
-    explicit MeshEventHandler(MeshVisualization& part)
+    explicit PartEventHandler(PartVisualization& part)
         : part_(part)
     {}
 
-    /// Name and number of triangles.
+    /// Name and size.
     bool OnHoverEnter(const OruVisHitRecord& hit, const OruStringBuilder& builder, QString& tooltip) override;
     bool OnHoverLeave(const OruVisHitRecord& hit, const OruStringBuilder& builder, QString& tooltip) override;
 
@@ -32,7 +32,7 @@ public:
     bool OnClick(const OruVisHitRecord& hit, IOruVisPropertyEdit* editor) override;
 
 private:
-    MeshVisualization& part_;
+    PartVisualization& part_;
 };
 
 } // namespace hostkit

@@ -1,4 +1,4 @@
-#include "hosts/mesh/internal/MeshEventHandler.h"
+#include "hosts/mesh/internal/PartEventHandler.h"
 
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruStringBuilder.h"
@@ -7,7 +7,7 @@
 #include "contracts/vis/OruVisHitRecord.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisualization.h"
-#include "hosts/mesh/MeshVisualization.h"
+#include "hosts/mesh/PartVisualization.h"
 
 namespace hostkit {
 
@@ -29,21 +29,21 @@ QString nameBelow(const OruProperties& node, unsigned int hitName)
 
 } // namespace
 
-bool MeshEventHandler::OnHoverEnter(const OruVisHitRecord&, const OruStringBuilder& builder, QString& tooltip)
+bool PartEventHandler::OnHoverEnter(const OruVisHitRecord&, const OruStringBuilder& builder, QString& tooltip)
 {
-    const QString count = builder.number(static_cast<int>(part_.mesh().triangleCount()));
-    tooltip = part_.name() + QLatin1Char('\n') + builder.line(QStringLiteral("triangles"), count);
+    const PartVisualization::Content content = part_.content();
+    tooltip = part_.name() + QLatin1Char('\n') + builder.line(content.unit, builder.number(content.count));
     return true;
 }
 
-bool MeshEventHandler::OnHoverLeave(const OruVisHitRecord&, const OruStringBuilder&, QString& tooltip)
+bool PartEventHandler::OnHoverLeave(const OruVisHitRecord&, const OruStringBuilder&, QString& tooltip)
 {
     const bool shown = !tooltip.isEmpty();
     tooltip.clear();
     return shown;
 }
 
-bool MeshEventHandler::OnDrag(const OruVisHitRecord&, QPoint delta)
+bool PartEventHandler::OnDrag(const OruVisHitRecord&, QPoint delta)
 {
     if (!part_.movable.value()) {
         return false;
@@ -52,12 +52,12 @@ bool MeshEventHandler::OnDrag(const OruVisHitRecord&, QPoint delta)
     return true;
 }
 
-bool MeshEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
+bool PartEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
 {
     return part_.endMove(editor);
 }
 
-bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
+bool PartEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
 {
     // A press on a part that stays where it is turned the view; nothing was let go.
     if (part_.carried() && part_.dropListener() && part_.parent()) {
@@ -66,7 +66,7 @@ bool MeshEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& tar
     return false;
 }
 
-bool MeshEventHandler::OnClick(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
+bool PartEventHandler::OnClick(const OruVisHitRecord&, IOruVisPropertyEdit* editor)
 {
     editor->editValue(dynamic_cast<OruVisList*>(part_.parent()), &part_, part_.marked.name(),
                       oru::toString(!part_.marked.value()));

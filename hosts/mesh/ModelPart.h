@@ -1,0 +1,28 @@
+#pragma once
+
+#include "contracts/math/Matrix.h"
+#include "hosts/mesh/Mesh.h"
+
+#include <memory>
+#include <utility>
+
+namespace hostkit {
+
+/// One use of a shape in a model.
+struct ModelPart
+{
+    /// `usedMesh` is not null.
+    ModelPart(std::shared_ptr<const Mesh> usedMesh, const Kelvar::Math::Matrix& place = {})
+        : mesh(std::move(usedMesh))
+        , placement(place)
+    {}
+
+    const Shape& shape() const { return *mesh; }
+
+    std::shared_ptr<const Mesh> mesh;
+
+    /// From the frame of the shape to that of the model.
+    Kelvar::Math::Matrix placement;
+};
+
+} // namespace hostkit

@@ -1,0 +1,160 @@
+#pragma once
+
+#include "contracts/math/Matrix.h"
+#include "contracts/math/Vector3.h"
+#include "contracts/vis/OruVisHitName.h"
+#include "contracts/vis/OruVisualization.h"
+#include "hosts/mesh/Shape.h"
+#include "hosts/mesh/kelvar_mesh_api.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class OruOglMeshBuffer;
+class OruVisPickVolume;
+
+namespace hostkit {
+
+class PartEventHandler;
+
+/// A part of a model in a scene: one use of a shape, drawn, picked by what it shows, and alive under the
+/// pointer.
+///
+/// Resting on it tells its name and size, a click marks it, and if it is `movable` a drag moves it in the
+/// view plane. Only reached when it is in view. What it is made of is up to the classes that stand on this
+/// one.
+class KELVAR_MESH_API PartVisualization : public OruVisualization
+{
+public:
+    /// Told the names of the part that was let go and of what lay under it then; an object without a name
+    /// gives an empty one.
+    using DropListener = std::function<void(const QString& source, const QString& target)>;
+
+    ~PartVisualization() override;
+
+    /// The color where the shape has none for each vertex; key "color".
+    OruPropertyAdaptor<QColor> color;
+
+    /// Shown as chosen; key "marked".
+    OruPropertyAdaptor<bool> marked;
+
+    /// A drag moves it instead of turning the view; key "movable".
+    OruPropertyAdaptor<bool> movable;
+
+    /// From where the model has the part to where it is shown; key "offset".
+    OruPropertyAdaptor<Kelvar::Math::Matrix> offset;
+
+    const Shape& shape() const { return *shape_; }
+    unsigned int hitName() const { return hitName_.value(); }
+
+    /// From the frame of the shape to where the model has the part; the identity at first.
+    const Kelvar::Math::Matrix& placement() const { return placement_; }
+    void setPlacement(const Kelvar::Math::Matrix& placement);
+
+    void setDropListener(const DropListener& listener) { dropListener_ = listener; }
+    const DropListener& dropListener() const { return dropListener_; }
+
+    /// Moves the part with a drag by that many more pixels, in the view plane at its depth; the view is that
+    /// of the last draw or pick. Nothing is written yet.
+    void moveBy(const QPoint& delta);
+
+    /// A drag that still goes on has moved it.
+    bool carried() const { return dragged_ != Kelvar::Math::Vector3(); }
+
+    /// Ends a drag: writes the new place as one edit. False: the part is where it was before the drag, and
+    /// nothing is written.
+    bool endMove(IOruVisPropertyEdit* editor);
+
+    /// What it is made of, and how many of that: for people.
+    struct Content
+    {
+        QString unit;
+        int count;
+    };
+    virtual Content content() const = 0;
+
+    void draw3d(const DrawContext& context) override;
+    OruVisHitRecordList select3d(const SelectContext& context) override;
+    Kelvar::Math::BoundingBox bounds() const override;
+
+protected:
+    /// What takes window pixels to the frame of the scene, as of the last draw or pick.
+    struct View
+    {
+        Kelvar::Math::Matrix modelView;
+        Kelvar::Math::Matrix projection;
+        OruOglViewport viewport;
+    };
+
+    /// What is nearest to the eye in a pick window.
+    struct Hit
+    {
+        float depth;           ///< window depth, 0 near to 1 far
+        double centerDistance; ///< pixels between the hit pixel and the center of the pick window
+    };
+
+    /// Named as the shape is. The shape is shared and not null.
+    PartVisualization(OruModifiedGroup& modifiedGroup, const QString& type,
+                      std::shared_ptr<const Shape> shape);
+
+    /// Fills the empty buffer at the first draw. False: the GL has no room.
+    virtual bool upload(OruOglMeshBuffer& buffer) = 0;
+
+    /// Draws the filled buffer; frame of the shape, color and mark are set. Leaves all state but the color as
+    /// it was.
+    virtual void drawShape(const OruOglMeshBuffer& buffer) = 0;
+
+    /// Takes the frame of the shape to the window.
+    View shapeView() const { return View{place() * view_.modelView, view_.projection, view_.viewport}; }
+
+    /// What of the shape lies in the pick window, in the frame of the shape.
+    virtual std::optional<Hit> pickShape(const OruVisPickVolume& volume) const = 0;
+
+private:
+    /// The part of a drag that one view has seen. What the pixels of a drag come to hangs on all of them, not
+    /// on how many moves they came in and what was drawn in between.
+    struct Drag
+    {
+        View view;
+        /// How far the part had been moved before, and the pixels since.
+        Kelvar::Math::Vector3 before;
+        QPointF way;
+    };
+
+    /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
+    /// the draw of a small mesh.
+    struct Look
+    {
+        std::uint64_t revision = 0;
+        bool marked = false;
+        /// It does not stand in the frame of its shape.
+        bool placed = false;
+        QColor color;
+        Kelvar::Math::Matrix place;
+    };
+
+    Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
+    bool ready(OruOglGeometry& geometry);
+    const Look& look() const;
+    const Kelvar::Math::Matrix& place() const { return look().place; }
+
+    std::shared_ptr<const Shape> shape_;
+    Kelvar::Math::Matrix placement_;
+    OruVisHitName hitName_;
+    boost::shared_ptr<PartEventHandler> handler_;
+    DropListener dropListener_;
+    std::unique_ptr<OruOglMeshBuffer> buffer_;
+    /// As of its revision of this node.
+    mutable Look look_;
+    View view_;
+    /// Nothing while no drag goes on.
+    std::optional<Drag> drag_;
+    /// How far it has moved the part.
+    Kelvar::Math::Vector3 dragged_;
+};
+
+} // namespace hostkit
