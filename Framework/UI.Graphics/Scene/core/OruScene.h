@@ -51,7 +51,8 @@ public:
 
     /// Draws one frame into the current draw buffer and finishes it; presenting it is the host's business.
     /// Sets `ctx.bounds`, `ctx.center` and, unless `ctx.viewpointName` is empty, `ctx.modelView`. With
-    /// `ctx.noDraw` these are all it does. A call from within a draw returns at once and changes nothing.
+    /// `ctx.noDraw` the visualizations still catch up with what changed and with the viewport's size, but
+    /// nothing is cleared or painted. A call from within a draw returns at once and changes nothing.
     void drawGl(OruSceneEventContext& ctx);
 
     /// Draws the view off screen into an image of `ctx.viewport`'s width and height, in pixels, and then once

@@ -117,10 +117,11 @@ private:
 };
 
 /// Attributes that were saved for a framebuffer object are popped over the window's, which raises an error by
-/// itself. The host must not find it.
+/// itself. The host must not find it. A context that got lost may answer an error for ever.
 void takeErrorsOff()
 {
-    while (glGetError() != GL_NO_ERROR) {
+    constexpr int mostErrors = 16;
+    for (int i = 0; i < mostErrors && glGetError() != GL_NO_ERROR; ++i) {
     }
 }
 
