@@ -60,7 +60,8 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
     mkdir -p -m 700 "$XDG_RUNTIME_DIR"
 fi
 
-# Runs a command under a virtual display that goes away with it.
+# Runs a command under a virtual display that goes away with it. It does not start anew whenever the last
+# program leaves it, which would turn away one that comes in that moment.
 with_virtual_display() {
-    xvfb-run -a -s "-screen 0 1600x1200x24" "$@"
+    xvfb-run -a -s "-screen 0 1600x1200x24 -noreset" "$@"
 }
