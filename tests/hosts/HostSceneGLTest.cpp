@@ -511,6 +511,26 @@ TEST_F(HostSceneGLTest, PutsAllDownWhenAReleaseNeverComes)
     EXPECT_FALSE(input.held(OruMouse::ButtonView)) << "the other button went up, too";
 }
 
+TEST_F(HostSceneGLTest, EditsJoinAGestureAndWhatAnEditorThrowsLeavesAllInOrder)
+{
+    const QString path = "render/pickSize";
+    input.press(OruMouse::ButtonContext, 0, QPoint(5, 5));
+    host->setValue(path, "5", nullptr);
+    input.release(OruMouse::ButtonContext, 0, QPoint(5, 90));
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "edit pickSize", "end"));
+
+    editor->action = [](const std::string& call) {
+        if (call != "begin") {
+            throw std::runtime_error(call);
+        }
+    };
+    EXPECT_THROW(host->setValue(path, "6", nullptr), std::runtime_error) << "the edit and the end both throw";
+    host->changed();
+    EXPECT_THROW(host->view(), std::runtime_error);
+    editor->action = nullptr;
+    EXPECT_EQ(colorAt(drawn(), Vector3()), QColor(Qt::black)) << "a frame, where a pick has left white";
+}
+
 TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)
 {
     for (int i = 0; i < 2; ++i) {
