@@ -70,21 +70,21 @@ protected:
 
     void mousePressEvent(QMouseEvent* event) override
     {
-        pressed_ = pixelAt(event->pos());
+        pressed_ = pixelAt(positionOf(*event));
         context_.mouse.press(buttonOf(*event), modifierOf(*event), pressed_);
         send(&OruSceneEventHandler::mousePress);
     }
 
     void mouseMoveEvent(QMouseEvent* event) override
     {
-        context_.mouse.move(pixelAt(event->pos()), modifierOf(*event));
+        context_.mouse.move(pixelAt(positionOf(*event)), modifierOf(*event));
         send(&OruSceneEventHandler::mouseMove);
     }
 
     /// A release near its press is a click.
     void mouseReleaseEvent(QMouseEvent* event) override
     {
-        const QPoint pixel = pixelAt(event->pos());
+        const QPoint pixel = pixelAt(positionOf(*event));
         context_.mouse.release(buttonOf(*event), modifierOf(*event), pixel);
         send(&OruSceneEventHandler::mouseRelease);
         if ((pixel - pressed_).manhattanLength() <= 4) {
@@ -169,10 +169,23 @@ private:
                                                        : Kelvar::UI::Toolkit::ModifierNone;
     }
 
-    /// From the window system's logical units, y downwards, to device pixels, y upwards.
+    /// With the fractions that a broken pixel ratio gives.
+    static QPointF positionOf(const QMouseEvent& event)
+    {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        return event.localPos();
+#else
+        return event.position();
+#endif
+    }
+
+    /// From the window system's logical units, y downwards, to device pixels, y upwards. A position is a
+    /// whole pixel that was divided by the ratio; times the ratio it may fall short of that by a rounding
+    /// error.
     QPoint pixelAt(const QPointF& position) const
     {
-        const QPointF device = position * devicePixelRatio();
+        const double slack = 1e-3;
+        const QPointF device = position * devicePixelRatio() + QPointF(slack, slack);
         return {static_cast<int>(std::floor(device.x())),
                 context_.viewport.height - 1 - static_cast<int>(std::floor(device.y()))};
     }

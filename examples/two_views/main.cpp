@@ -12,21 +12,28 @@
 #include <QSplitter>
 #include <QToolBar>
 
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
 using namespace hostkit;
 
-int main(int argc, char** argv)
+namespace {
+
+int run(const QStringList& arguments)
 {
-    GlPlatform::prepare();
-    QApplication application(argc, argv);
-    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 2) {
+        throw std::runtime_error("usage: two_views MODEL [PICTURE [click] [undo]]");
+    }
     Progress progress;
-    const Model model = ModelImporter::load(arguments.value(1), progress);
+    const Model model = ModelImporter::load(arguments[1], progress);
     QMainWindow main;
     QSplitter splitter;
     SceneWidget left(&splitter), right(&splitter);
     LinkedEditor linked;
     for (SceneWidget* const view : {&left, &right}) {
-        view->setContent([&](HostScene& host) {
+        // By value what ends with the loop: a scene that is made anew is filled again.
+        view->setContent([&, view](HostScene& host) {
             OruVisList& list = host.scene().render.visualizations;
             ModelParts(list).add(model); // scenes share meshes
             for (unsigned int i = 0; i < list.size(); ++i) {
@@ -42,7 +49,7 @@ int main(int argc, char** argv)
     QToolBar* const bar = main.addToolBar("Edit");
     bar->addAction(left.undo().edits().createUndoAction(&main));
     bar->addAction(left.undo().edits().createRedoAction(&main));
-    if (argc < 3) {
+    if (arguments.size() < 3) {
         main.show();
         return QApplication::exec();
     }
@@ -56,6 +63,27 @@ int main(int argc, char** argv)
     if (arguments.contains("undo")) {
         left.undo().edits().undo();
     }
-    right.run([&](HostScene& host) { return host.picture(QSize(960, 720)).save(arguments[2]); });
+    bool saved = false;
+    right.run([&](HostScene& host) {
+        saved = host.picture(QSize(960, 720)).save(arguments[2]);
+        return false;
+    });
+    if (!saved) {
+        throw std::runtime_error("the picture could not be written");
+    }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    GlPlatform::prepare();
+    QApplication application(argc, argv);
+    try {
+        return run(QApplication::arguments());
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << std::endl;
+        return 1;
+    }
 }

@@ -16,9 +16,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
-#include <boost/shared_ptr.hpp>
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -56,23 +56,6 @@ Matrix fromAboveFrontRight()
     constexpr float tilt = -54.7356103f; // 90 degrees less atan(1 / sqrt 2)
     return Matrix::rotate(Kelvar::Math::VectorZ, -45.0f) * Matrix::rotate(Kelvar::Math::VectorX, tilt);
 }
-
-/// Opens an edit session and closes it.
-class EditSession
-{
-public:
-    explicit EditSession(IOruVisPropertyEdit& editor)
-        : editor_(editor)
-    {
-        editor_.beginEdit();
-    }
-    ~EditSession() { editor_.endEdit(); }
-    EditSession(const EditSession&) = delete;
-    EditSession& operator=(const EditSession&) = delete;
-
-private:
-    IOruVisPropertyEdit& editor_;
-};
 
 /// The folder that is installed with this library.
 QString installedImages()
@@ -281,10 +264,10 @@ bool HostScene::setValue(const QString& path, const QString& value, QString* err
 
 void HostScene::edit(OruProperties& node, const QString& key, const QString& value)
 {
-    const boost::shared_ptr<IOruVisPropertyEdit> editor = scene_.render.editor();
-    const EditSession session(*editor);
-    editor->editValue(&scene_.render.visualizations, &node, key, value);
-    stale_ = true;
+    const auto stale = qScopeGuard([this] { stale_ = true; });
+    scene_.inEditSession([&](IOruVisPropertyEdit& editor) {
+        editor.editValue(&scene_.render.visualizations, &node, key, value);
+    });
 }
 
 void HostScene::undo(const EditStep& step)
@@ -301,17 +284,17 @@ void HostScene::redo(const EditStep& step)
 
 void HostScene::tellEditor(const EditStep& step)
 {
-    const boost::shared_ptr<IOruVisPropertyEdit> editor = scene_.render.editor();
-    const EditSession session(*editor);
-    for (const EditStep::Change& change : step.changes()) {
-        OruProperties* const node = scene_.find(change.path);
-        if (node && node->string().defined(change.key)) {
-            QString value;
-            node->getValue(change.key, value, QString());
-            editor->editValue(&scene_.render.visualizations, node, change.key, value);
+    const auto stale = qScopeGuard([this] { stale_ = true; });
+    scene_.inEditSession([&](IOruVisPropertyEdit& editor) {
+        for (const EditStep::Change& change : step.changes()) {
+            OruProperties* const node = scene_.find(change.path);
+            if (node && node->string().defined(change.key)) {
+                QString value;
+                node->getValue(change.key, value, QString());
+                editor.editValue(&scene_.render.visualizations, node, change.key, value);
+            }
         }
-    }
-    stale_ = true;
+    });
 }
 
 bool HostScene::accepts(const QString& path, const QString& value, QString* error)
@@ -322,10 +305,10 @@ bool HostScene::accepts(const QString& path, const QString& value, QString* erro
 
 void HostScene::refresh()
 {
-    const bool paints = !context_.noDraw;
-    context_.noDraw = true;
-    scene_.drawGl(context_);
-    context_.noDraw = !paints;
+    {
+        const QScopedValueRollback<bool> unpainted(context_.noDraw, true);
+        scene_.drawGl(context_);
+    }
     stale_ = false;
     updateProjection();
 }

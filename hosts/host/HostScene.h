@@ -93,8 +93,8 @@ public:
     bool setValue(const QString& path, const QString& value, QString* error);
 
     /// Changes a property as an interaction does: through the scene's editor, in an edit session, so that it
-    /// can be undone. An editor of the host's own hears of a session within another while a button is held.
-    /// `node` belongs to this scene; the value is not checked.
+    /// can be undone; while a button is held, in the session of that gesture. `node` belongs to this scene;
+    /// the value is not checked.
     void edit(OruProperties& node, const QString& key, const QString& value);
 
     /// Takes a step back, or makes it again. The scene's editor hears of each value once the tree has it, and

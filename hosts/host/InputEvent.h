@@ -46,6 +46,19 @@ struct InputEvent
     /// Steps of the wheel, positive away from the person, or a fraction of one; the factor that a pinch
     /// enlarges by; the degrees of a turn, counter-clockwise; or the key, a letter as upper-case ASCII.
     double amount = 0.0;
+
+    /// No hand turns a wheel, or moves two fingers, further in one event, either way.
+    static constexpr double mostAmount = 1000.0;
+
+    /// Whether the amount is one that a wheel or two fingers can have: a number other than 0 within
+    /// mostAmount, for a pinch above 0. Other kinds may have any.
+    bool possible() const
+    {
+        const bool fingers = kind == Kind::Pinch || kind == Kind::Turn;
+        const double least = kind == Kind::Pinch ? 0.0 : -mostAmount;
+        return (kind != Kind::Wheel && !fingers) ||
+               (amount >= least && amount <= mostAmount && amount != 0.0);
+    }
 };
 
 } // namespace hostkit

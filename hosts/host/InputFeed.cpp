@@ -55,11 +55,15 @@ bool movesTheView(Kind kind)
     return zooms(kind) || kind == Kind::KeyPress;
 }
 
-/// No hand turns a wheel further in one event.
-constexpr double mostSteps = 1000.0;
-
 /// Where the pointer is once it has left a view; far enough for a wide pick window.
 const QPoint outside(-10000, -10000);
+
+/// What one event may hold of it; what is no finite number stays that.
+double limited(double amount)
+{
+    return std::isfinite(amount) ? std::clamp(amount, -InputEvent::mostAmount, InputEvent::mostAmount)
+                                 : amount;
+}
 
 InputEvent keyEvent(Kind kind, int key, unsigned int modifiers)
 {
@@ -88,15 +92,25 @@ InputFeed::InputFeed(HostScene& host)
 
 bool InputFeed::apply(const InputEvent& event)
 {
+    if (!event.possible()) {
+        return false;
+    }
     if (listener_) {
         listener_(event);
     }
-    // What a drag starts from is known; its name would only hang on the pointer.
-    const bool untold = event.kind == Kind::Move && anyHeld() && dropTooltip();
-    feedMouse(event);
     const QScopedValueRollback<bool> zooming(zooming_, zooms(event.kind));
-    const bool changed = dispatch(event) || untold;
-    return movesTheView(event.kind) ? hoverAgain() || changed : changed;
+    const bool changed = perform(event);
+    return movesTheView(event.kind) ? hover() || changed : changed;
+}
+
+bool InputFeed::perform(const InputEvent& event)
+{
+    // What a drag starts from is known, and while a key modifies the pointer the scene asks for no hover: a
+    // name would only hang on the pointer.
+    const bool unhovered = event.kind == Kind::Move && (anyHeld() || event.modifiers != 0);
+    const bool untold = unhovered && dropTooltip();
+    feedMouse(event);
+    return dispatch(event) || untold;
 }
 
 bool InputFeed::dropTooltip()
@@ -133,7 +147,7 @@ bool InputFeed::turnWheel(double steps, const QPoint& pixel)
 {
     OruSceneEventContext& ctx = host_.context();
     const OruSceneZpr& zpr = host_.scene().zpr;
-    const int whole = static_cast<int>(std::clamp(steps, -mostSteps, mostSteps));
+    const int whole = static_cast<int>(steps);
     // The scene's wheel makes the picture smaller when it turns away from the person.
     const int away = steps > 0.0 ? -1 : 1;
     bool changed = false;
@@ -147,16 +161,22 @@ bool InputFeed::turnWheel(double steps, const QPoint& pixel)
                        : host_.zoomAbout(pixel, std::pow(zpr.zoomWheelFactor.value(), rest)) || changed;
 }
 
+/// A move to where the pointer is.
+InputEvent InputFeed::stillMove() const
+{
+    const OruSceneEventContext& ctx = host_.context();
+    return {Kind::Move, OruMouse::ButtonPick, ctx.keyModifiers, ctx.mouse.curpos(), 0};
+}
+
 bool InputFeed::hoverAgain()
 {
-    OruSceneEventContext& ctx = host_.context();
-    if (anyHeld()) {
-        return false;
-    }
-    // The scene asks for no hover while a key modifies the pointer.
-    const bool untold = ctx.keyModifiers != 0 && dropTooltip();
-    ctx.mouse.move(ctx.mouse.curpos(), ctx.mouse.curmodifier());
-    return host_.send(&OruSceneEventHandler::mouseMove) || untold;
+    return !anyHeld() && apply(stillMove());
+}
+
+/// The same as a part of another event, which brings it along when it is played again.
+bool InputFeed::hover()
+{
+    return !anyHeld() && perform(stillMove());
 }
 
 /// Brings the pointer and the keys of the context to where the event has them.
@@ -228,17 +248,17 @@ bool InputFeed::move(unsigned int modifiers, const QPoint& pixel)
 
 bool InputFeed::wheel(double steps, unsigned int modifiers, const QPoint& pixel)
 {
-    return steps != 0.0 && apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, steps});
+    return apply({Kind::Wheel, OruMouse::ButtonPick, modifiers, pixel, limited(steps)});
 }
 
 bool InputFeed::pinch(double factor, const QPoint& pixel)
 {
-    return factor > 0.0 && factor != 1.0 && apply({Kind::Pinch, OruMouse::ButtonPick, 0, pixel, factor});
+    return factor != 1.0 && apply({Kind::Pinch, OruMouse::ButtonPick, 0, pixel, limited(factor)});
 }
 
 bool InputFeed::turn(double degrees, const QPoint& pixel)
 {
-    return degrees != 0.0 && apply({Kind::Turn, OruMouse::ButtonPick, 0, pixel, degrees});
+    return apply({Kind::Turn, OruMouse::ButtonPick, 0, pixel, limited(degrees)});
 }
 
 bool InputFeed::keyPress(int key, unsigned int modifiers)
@@ -278,16 +298,17 @@ bool InputFeed::anyHeld() const
     return std::any_of(held_.begin(), held_.end(), [](const Held& button) { return button.down; });
 }
 
+/// The releases are outside of the view, so that nothing is dropped on what happens to be under the pointer.
 bool InputFeed::endGesture()
 {
     OruSceneEventContext& ctx = host_.context();
+    const QPoint pointer = ctx.mouse.curpos();
     bool repaint = ctx.boxZoom != OruOglViewport();
     ctx.boxZoom = OruOglViewport();
     std::exception_ptr thrown;
     for (std::size_t i = 0; i < held_.size(); ++i) {
         if (std::exchange(held_[i].down, false)) {
-            ctx.mouse.release(static_cast<OruMouse::Button>(i + 1), ctx.mouse.curmodifier(),
-                              ctx.mouse.curpos());
+            ctx.mouse.release(static_cast<OruMouse::Button>(i + 1), ctx.mouse.curmodifier(), outside);
             try {
                 repaint |= host_.send(&OruSceneEventHandler::mouseRelease);
             } catch (...) {
@@ -295,10 +316,11 @@ bool InputFeed::endGesture()
             }
         }
     }
+    ctx.mouse.move(pointer, ctx.mouse.curmodifier());
     if (thrown) {
         std::rethrow_exception(thrown);
     }
-    return repaint;
+    return hover() || repaint;
 }
 
 /// The view goes back ahead of the release, so that the edit session of the gesture ends as it began.

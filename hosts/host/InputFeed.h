@@ -29,8 +29,8 @@ public:
 
     void setListener(const Listener& listener) { listener_ = listener; }
 
-    /// Sends one event as it stands. All operations below end here, so a listener that keeps the events can
-    /// play them again.
+    /// Sends one event as it stands; one that is not possible() is ignored. All operations below end here, so
+    /// a listener that keeps the events can play them again.
     bool apply(const InputEvent& event);
 
     /// A release within that many pixels of its press on each axis is a click. Starts as 4.
@@ -46,11 +46,13 @@ public:
     /// The second press of a double click; its release comes by release().
     bool doubleClick(OruMouse::Button button, unsigned int modifiers, const QPoint& pixel);
 
-    /// With a button held it is a drag, and the tooltip goes.
+    /// With a button held it is a drag; then, and while a key modifies the pointer, the tooltip goes.
     bool move(unsigned int modifiers, const QPoint& pixel);
 
     /// Turns the wheel by that many steps, positive away from the person, which enlarges what lies under the
-    /// pointer. A fraction of a step, as fine wheels and touchpads report it, zooms by that fraction.
+    /// pointer. A fraction of a step, as fine wheels and touchpads report it, zooms by that fraction. More
+    /// than InputEvent::mostAmount counts as that; what is no finite number is ignored, and so for two
+    /// fingers.
     bool wheel(double steps, unsigned int modifiers, const QPoint& pixel);
 
     /// Two fingers: enlarges what lies between them by `factor`, or turns it counter-clockwise, in degrees.
@@ -75,14 +77,15 @@ public:
     bool held(OruMouse::Button button) const { return held_[slot(button)].down; }
 
     /// Ends a gesture that the window system took away: the rubber band goes, and every held button gets its
-    /// release, so that no box zoom runs and no edit session stays open.
+    /// release, outside of the view, so that no box zoom runs, nothing is dropped, and no edit session stays
+    /// open.
     bool cancel();
 
     /// As cancel(), and the view goes back to where it was when the gesture began: what Esc does.
     bool abort();
 
     /// Asks anew what lies under the pointer, which stands still while the view changed: no tooltip of
-    /// something that is no longer there stays. Nothing happens while a button is held.
+    /// something that is no longer there stays. A move on the spot; none while a button is held.
     bool hoverAgain();
 
 private:
@@ -94,7 +97,10 @@ private:
 
     bool anyHeld() const;
     static std::size_t slot(OruMouse::Button button) { return static_cast<std::size_t>(button - 1); }
+    bool perform(const InputEvent& event);
     void feedMouse(const InputEvent& event);
+    InputEvent stillMove() const;
+    bool hover();
     bool dropTooltip();
     bool dispatch(const InputEvent& event);
     bool turnWheel(double steps, const QPoint& pixel);

@@ -11,7 +11,7 @@
 
 namespace hostkit {
 
-/// What the scenes hold.
+/// What a scene holds.
 class LinkedEditor::Editor final : public IOruVisPropertyEdit
 {
 public:
@@ -20,8 +20,28 @@ public:
     {}
     ~Editor() = default;
 
-    void beginEdit() override { linked_.begin(); }
-    void endEdit() override { linked_.end(); }
+    void beginEdit() override
+    {
+        linked_.begin();
+        ++open_;
+    }
+
+    void endEdit() override
+    {
+        if (open_ > 0) {
+            --open_;
+            linked_.end();
+        }
+    }
+
+    /// Ends what a scene left open that went in the middle of a gesture.
+    void endAll()
+    {
+        while (open_ > 0) {
+            endEdit();
+        }
+    }
+
     void editValue(OruVisList* owner, OruProperties* properties, const QString& name,
                    const QString& value) override
     {
@@ -32,35 +52,48 @@ public:
 
 private:
     LinkedEditor& linked_;
+    int open_ = 0;
 };
 
 LinkedEditor::LinkedEditor(QObject* parent)
     : QObject(parent)
-    , editor_(boost::make_shared<Editor>(*this))
 {}
 
 LinkedEditor::~LinkedEditor()
 {
     for (const Link& link : links_) {
-        if (link.window && sceneOf(link).render.editor() == editor_) {
-            sceneOf(link).render.setCustomEditor(link.editor);
+        OruScene* const scene = sceneOf(link);
+        if (scene && scene->render.editor() == link.own) {
+            scene->render.setCustomEditor(link.editor);
         }
     }
 }
 
 void LinkedEditor::add(SceneWindow& window)
 {
+    const auto own = boost::make_shared<Editor>(*this);
     connect(&window, &SceneWindow::sceneRenewed, this, [this, &window] { install(&window); });
-    links_.push_back({&window, nullptr});
+    connect(&window, &QObject::destroyed, this, [own] { own->endAll(); });
+    links_.push_back({&window, own, nullptr});
     install(&window);
+}
+
+/// Null: there is none, since the window has ended or lost it.
+OruScene* LinkedEditor::sceneOf(const Link& link)
+{
+    return link.window && link.window->hasScene() ? &link.window->host().scene() : nullptr;
 }
 
 void LinkedEditor::install(const SceneWindow* window)
 {
     for (Link& link : links_) {
-        if (link.window == window) {
-            link.editor = sceneOf(link).render.editor();
-            sceneOf(link).render.setCustomEditor(editor_);
+        if (link.window != window) {
+            continue;
+        }
+        link.own->endAll();
+        if (OruScene* const scene = sceneOf(link)) {
+            link.editor = scene->render.editor();
+            scene->render.setCustomEditor(link.own);
         }
     }
 }
@@ -71,8 +104,8 @@ LinkedEditor::Link* LinkedEditor::linkOf(const OruProperties& node)
     while (root->parent()) {
         root = root->parent();
     }
-    const auto found = std::find_if(links_.begin(), links_.end(),
-                                    [&](const Link& link) { return link.window && &sceneOf(link) == root; });
+    const auto found =
+        std::find_if(links_.begin(), links_.end(), [&](const Link& link) { return sceneOf(link) == root; });
     return found == links_.end() ? nullptr : &*found;
 }
 
@@ -81,19 +114,23 @@ LinkedEditor::Link* LinkedEditor::linkOf(const OruProperties& node)
 void LinkedEditor::begin()
 {
     if (depth_++ == 0) {
-        for (const Link& link : links_) {
-            link.editor->beginEdit();
-        }
+        tellAll(&IOruVisPropertyEdit::beginEdit);
     }
 }
 
 void LinkedEditor::end()
 {
-    if (depth_ == 0 || --depth_ > 0) {
-        return;
+    if (--depth_ == 0) {
+        tellAll(&IOruVisPropertyEdit::endEdit);
     }
+}
+
+void LinkedEditor::tellAll(void (IOruVisPropertyEdit::*operation)())
+{
     for (const Link& link : links_) {
-        link.editor->endEdit();
+        if (link.editor) {
+            (link.editor.get()->*operation)();
+        }
     }
 }
 
@@ -104,14 +141,15 @@ void LinkedEditor::edit(OruProperties& node, const QString& key, const QString& 
         return;
     }
     if (node.type() == OruVisViewpoint::typeString) {
-        origin->editor->editValue(&sceneOf(*origin).render.visualizations, &node, key, value);
+        origin->editor->editValue(&sceneOf(*origin)->render.visualizations, &node, key, value);
         return;
     }
     const QString path = node.path();
     for (const Link& link : links_) {
-        OruProperties* const keeper = link.window ? sceneOf(link).find(path) : nullptr;
+        OruScene* const scene = sceneOf(link);
+        OruProperties* const keeper = scene ? scene->find(path) : nullptr;
         if (keeper) {
-            link.editor->editValue(&sceneOf(link).render.visualizations, keeper, key, value);
+            link.editor->editValue(&scene->render.visualizations, keeper, key, value);
             handOn(*origin, *keeper, path, key);
             return;
         }
@@ -125,7 +163,8 @@ void LinkedEditor::handOn(const Link& origin, const OruProperties& changed, cons
     QString value;
     changed.getValue(key, value, QString());
     for (const Link& link : links_) {
-        OruProperties* const node = link.window ? sceneOf(link).find(path) : nullptr;
+        OruScene* const scene = sceneOf(link);
+        OruProperties* const node = scene ? scene->find(path) : nullptr;
         if (node && node != &changed && node->string().defined(key)) {
             node->setValue(key, value);
         }

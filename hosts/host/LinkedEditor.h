@@ -38,29 +38,31 @@ public:
     /// The scenes go on with the editors that they had.
     ~LinkedEditor() override;
 
-    /// Takes in the scene of a window, and each that the window makes anew. To be called behind what installs
-    /// an editor of its own there. `window` is borrowed; it may end first.
+    /// Takes in the scene of a window, and each that the window makes anew; a session that the former one
+    /// left open ends. To be called behind what installs an editor of its own there. `window` is borrowed; it
+    /// may end first, and with it the session that it has open.
     void add(SceneWindow& window);
 
 private:
     class Editor;
 
-    /// A window, and the editor that its scene had before.
+    /// A window, what its scene holds, and the editor that this had before; null as long as there was none.
     struct Link
     {
         QPointer<SceneWindow> window;
+        boost::shared_ptr<Editor> own;
         boost::shared_ptr<IOruVisPropertyEdit> editor;
     };
 
-    OruScene& sceneOf(const Link& link) const { return link.window->host().scene(); }
+    static OruScene* sceneOf(const Link& link);
     void install(const SceneWindow* window);
     Link* linkOf(const OruProperties& node);
     void begin();
     void end();
+    void tellAll(void (IOruVisPropertyEdit::*operation)());
     void edit(OruProperties& node, const QString& key, const QString& value);
     void handOn(const Link& origin, const OruProperties& changed, const QString& path, const QString& key);
 
-    boost::shared_ptr<Editor> editor_;
     std::vector<Link> links_;
     int depth_ = 0;
 };

@@ -20,7 +20,6 @@ namespace {
 
 const char* const magic = "kelvar-recording 1";
 constexpr int mostPixels = 1 << 20;
-constexpr double mostAmount = 1000.0;
 constexpr int mostViewFractions = 1000000;
 constexpr qint64 mostBytes = 256 << 20;
 constexpr QChar quote = QLatin1Char('"');
@@ -289,12 +288,13 @@ private:
     double amount(Kind kind, const QString& text) const
     {
         bool good = false;
-        const double number = text.toDouble(&good);
-        const bool usable = kind == Kind::Pinch ? number > 0.0 : number != 0.0;
-        if (!good || !usable || !(std::abs(number) <= mostAmount)) {
+        InputEvent event;
+        event.kind = kind;
+        event.amount = text.toDouble(&good);
+        if (!good || !event.possible()) {
             fail(QStringLiteral("\"%1\" is not how far a wheel or two fingers turn").arg(text));
         }
-        return number;
+        return event.amount;
     }
 
     int key(const QString& text) const

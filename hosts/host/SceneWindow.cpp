@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QScopedValueRollback>
 #include <QStyleHints>
 #include <QWheelEvent>
 
@@ -36,13 +37,22 @@ QPointF positionOf(const PointerEvent& event)
 /// One step of a common wheel, in the eighths of a degree that Qt counts.
 constexpr double eighthsPerStep = 120.0;
 
-/// A touchpad tells pixels: that many are one step.
-constexpr double pixelsPerStep = 60.0;
-
+/// By the angle alone, which touchpads tell, too: what X11 tells as pixels is none.
 double stepsOf(const QWheelEvent& event)
 {
-    return event.pixelDelta().isNull() ? event.angleDelta().y() / eighthsPerStep
-                                       : event.pixelDelta().y() / pixelsPerStep;
+    return event.angleDelta().y() / eighthsPerStep;
+}
+
+/// Tells on stderr what was thrown; to be called where it is caught.
+void tellThrown(const char* where)
+{
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        std::cerr << where << ": " << error.what() << std::endl;
+    } catch (...) {
+        std::cerr << where << ": something was thrown that says no more" << std::endl;
+    }
 }
 
 } // namespace
@@ -82,30 +92,71 @@ void SceneWindow::setSamples(int samples)
 void SceneWindow::setInputListener(const InputFeed::Listener& listener)
 {
     listener_ = listener;
-    input_->setListener(listener);
+    if (hasScene()) {
+        input_->setListener(listener);
+    }
 }
 
 void SceneWindow::renew()
 {
-    const QByteArray tree = OruPropertiesFile::text(host_->scene());
+    const QScopedValueRollback<bool> renewing(renewing_, true);
+    cancelGesture();
+    if (hasScene()) {
+        tree_ = OruPropertiesFile::text(host_->scene());
+    }
     const bool shown = isVisible();
     dropScene();
     destroy(); // the native window belongs to the format that it was made with
-    makeScene();
-    if (content_) {
-        content_(*host_);
+    std::exception_ptr failure;
+    try {
+        makeScene();
+        restore();
+    } catch (...) {
+        failure = std::current_exception();
     }
-    QString error;
-    if (!OruPropertiesFile::load(host_->scene(), tree, QStringLiteral("the former scene"), &error)) {
-        std::cerr << error.toStdString() << std::endl;
-    }
-    host_->changed();
+    // Whoever holds on to the former scene has to hear of its end.
     Q_EMIT sceneRenewed();
     setVisible(shown);
     requestUpdate();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
 }
 
-/// The context, current, and a scene in it.
+/// Puts content and tree into a scene that is new. What the content leaves out the tree keeps for the next
+/// time.
+void SceneWindow::restore()
+{
+    try {
+        if (content_) {
+            content_(*host_);
+        }
+    } catch (...) {
+        tellThrown("content");
+    }
+    QString error;
+    if (!OruPropertiesFile::load(host_->scene(), tree_, QStringLiteral("the former scene"), &error)) {
+        std::cerr << error.toStdString() << std::endl;
+    }
+    tree_.clear();
+    host_->changed();
+}
+
+/// The edit session of a button that is held has to end in the scene that it began in.
+void SceneWindow::cancelGesture()
+{
+    if (!hasScene()) {
+        return;
+    }
+    try {
+        takeContext();
+        input_->cancel();
+    } catch (...) {
+        tellThrown("event");
+    }
+}
+
+/// The context, current, and a scene in it; all or nothing.
 void SceneWindow::makeScene()
 {
     QSurfaceFormat format = GlPlatform::format();
@@ -113,28 +164,42 @@ void SceneWindow::makeScene()
     format.setOption(QSurfaceFormat::ResetNotification);
     setFormat(format);
     create();
-    context_ = std::make_unique<QOpenGLContext>();
-    context_->setFormat(format);
-    if (!context_->create() || !context_->makeCurrent(this)) {
+    auto context = std::make_unique<QOpenGLContext>();
+    context->setFormat(format);
+    if (!context->create() || !context->makeCurrent(this)) {
         throw std::runtime_error("there is no OpenGL 2.1 on this display");
     }
     hidden_ = std::make_unique<QOffscreenSurface>();
-    hidden_->setFormat(context_->format());
+    hidden_->setFormat(context->format());
     hidden_->create();
-    host_ = std::make_unique<HostScene>(fonts_, images_, user_);
-    input_ = std::make_unique<InputFeed>(*host_);
-    input_->setListener(listener_);
+    auto host = std::make_unique<HostScene>(fonts_, images_, user_);
+    auto input = std::make_unique<InputFeed>(*host);
+    input->setListener(listener_);
+    context_ = std::move(context);
+    host_ = std::move(host);
+    input_ = std::move(input);
     measure();
 }
 
-/// A lost context cannot be made current; OpenGL then drops the calls of the scene's end.
 void SceneWindow::dropScene()
 {
-    context_->makeCurrent(surface());
+    if (!hasScene()) {
+        return;
+    }
+    takeContext();
     input_.reset();
     host_.reset();
     context_->doneCurrent();
     context_.reset();
+}
+
+/// Makes the context current, or none: a lost one cannot be, and OpenGL then drops the calls of the scene's
+/// end, which another window's context would take for its own.
+void SceneWindow::takeContext()
+{
+    if (!context_->makeCurrent(surface()) && QOpenGLContext::currentContext()) {
+        QOpenGLContext::currentContext()->doneCurrent();
+    }
 }
 
 /// A closed window has no surface of its own, and its scene lives on.
@@ -146,7 +211,7 @@ QSurface* SceneWindow::surface()
 /// A context that got lost is replaced.
 void SceneWindow::makeCurrent()
 {
-    if (host_ && !context_->makeCurrent(surface()) && !context_->isValid()) {
+    if (hasScene() && !context_->makeCurrent(surface()) && !context_->isValid() && !renewing_) {
         renew();
     }
 }
@@ -155,7 +220,7 @@ void SceneWindow::run(const std::function<bool(HostScene&)>& action)
 {
     feedMove();
     makeCurrent();
-    if (!host_) {
+    if (!hasScene()) {
         return;
     }
     host_->setSize(framebuffer_);
@@ -168,7 +233,7 @@ void SceneWindow::run(const std::function<bool(HostScene&)>& action)
 
 void SceneWindow::paint()
 {
-    if (!host_ || !isExposed()) {
+    if (!hasScene() || !isExposed()) {
         return;
     }
     try {
@@ -178,8 +243,8 @@ void SceneWindow::paint()
             host_->fitAgain();
         }
         host_->draw();
-    } catch (const std::exception& error) {
-        std::cerr << "draw: " << error.what() << std::endl;
+    } catch (...) {
+        tellThrown("draw");
         return; // the picture that shows is whole, the one that was begun is not
     }
     context_->swapBuffers(this);
@@ -242,7 +307,7 @@ void SceneWindow::mouseDoubleClickEvent(QMouseEvent* event)
 void SceneWindow::mouseMoveEvent(QMouseEvent* event)
 {
     for (const InputNames::Button& row : InputNames::buttons) {
-        if (input_ && input_->held(row.button) && !event->buttons().testFlag(row.qt)) {
+        if (hasScene() && input_->held(row.button) && !event->buttons().testFlag(row.qt)) {
             feed([this] { return input_->cancel(); }); // the release went elsewhere
         }
     }
@@ -271,7 +336,7 @@ void SceneWindow::feedGesture(QNativeGestureEvent* event)
 
 void SceneWindow::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape && input_ && input_->gesture()) {
+    if (event->key() == Qt::Key_Escape && hasScene() && input_->gesture()) {
         feed([this] { return input_->abort(); });
         return;
     }
@@ -301,18 +366,24 @@ void SceneWindow::hideEvent(QHideEvent*)
     feed([this] { return input_->cancel(); });
 }
 
-/// The road of every event: nothing is thrown into the event loop. While the scene is made anew the window
-/// goes and comes, and no scene is there to hear of it.
+bool SceneWindow::runAndTell(const std::function<bool(HostScene&)>& action)
+{
+    try {
+        run(action);
+        return hasScene();
+    } catch (...) {
+        tellThrown("event");
+        requestUpdate();
+        return false;
+    }
+}
+
+/// The road of every event. While the scene is made anew the window goes and comes, and no scene is there to
+/// hear of it.
 void SceneWindow::feed(const std::function<bool()>& action)
 {
-    if (!host_) {
-        return;
-    }
-    try {
-        run([&](HostScene&) { return action(); });
-    } catch (const std::exception& error) {
-        std::cerr << "event: " << error.what() << std::endl;
-        requestUpdate();
+    if (hasScene()) {
+        runAndTell([&](HostScene&) { return action(); });
     }
 }
 

@@ -4,6 +4,7 @@
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/kelvar_host_api.h"
 
+#include <QByteArray>
 #include <QTimer>
 #include <QWindow>
 
@@ -30,8 +31,8 @@ namespace hostkit {
 /// follows a draw: a pick, which clears the frame, never shows.
 ///
 /// What a visualization, handler or editor throws is told on stderr, and the window goes on; where a lost
-/// context cannot be replaced, with the picture that it has and nothing else. GlPlatform has to be prepared
-/// before the application object is made.
+/// context cannot be replaced, without a scene: see hasScene(). GlPlatform has to be prepared before the
+/// application object is made.
 class KELVAR_HOST_API SceneWindow : public QWindow
 {
     Q_OBJECT
@@ -48,21 +49,29 @@ public:
 
     /// Fills the scene, at once, and again whenever it had to be made anew because the OpenGL context got
     /// lost; the values of the tree are then put back behind it. What it throws passes through the first
-    /// time. What it shows by HostScene::showFrom fits the window when that appears, whatever its size then.
+    /// time, and is told on stderr later: the scene is then what it has made until there. What it shows by
+    /// HostScene::showFrom fits the window when that appears, whatever its size then.
     void setContent(const Content& content);
 
     /// Samples of a pixel, 0 for none. Starts as 4 where the renderer is hardware and 0 where it is software.
-    /// The scene is made anew for it, with its content and its tree.
+    /// The scene is made anew for it, as renew() does.
     void setSamples(int samples);
 
-    /// Makes context and scene anew and brings content and tree back: what happens when a context got lost.
-    /// References into the former scene end; sceneRenewed() tells who holds some.
+    /// Makes context and scene anew and brings content and tree back: what happens when a context got lost. A
+    /// gesture that is under way is cancelled first. References into the former scene end; sceneRenewed()
+    /// tells who holds some. Throws std::runtime_error where there is no OpenGL 2.1 any more: the window is
+    /// then without a scene, and the tree waits for the next renew().
     void renew();
 
-    /// The scene. Use run() to change it: the context is then current, and the window repaints.
+    /// False: the scene's OpenGL context got lost, and there is no other. The window shows what it has and
+    /// hears of nothing; run() does nothing.
+    bool hasScene() const { return host_ != nullptr; }
+
+    /// The scene, if there is one: whoever has not got it from run() asks hasScene() first. Use run() to
+    /// change it: the context is then current, and the window repaints.
     HostScene& host() { return *host_; }
 
-    /// What feeds the scene. It belongs to this scene: another one has another.
+    /// What feeds the scene, if there is one. It belongs to this scene: another one has another.
     InputFeed& input() { return *input_; }
 
     /// Hears of every event from now on, also those of a scene that is made anew.
@@ -72,11 +81,15 @@ public:
     /// throws passes through.
     void run(const std::function<bool(HostScene&)>& action);
 
+    /// As run(), for whoever is called by the event loop, which takes no exceptions: what the action throws
+    /// is told on stderr, and the window repaints. False: it threw, or there is no scene.
+    bool runAndTell(const std::function<bool(HostScene&)>& action);
+
 Q_SIGNALS:
     /// A frame was drawn and shown: the moment to catch up with what changed in the tree.
     void frameDrawn();
 
-    /// The scene is another one than before.
+    /// The scene is another one than before, or gone: hasScene() tells.
     void sceneRenewed();
 
 protected:
@@ -105,7 +118,10 @@ private:
     };
 
     void makeScene();
+    void restore();
+    void cancelGesture();
     void dropScene();
+    void takeContext();
     QSurface* surface();
     void makeCurrent();
     void paint();
@@ -123,6 +139,9 @@ private:
     std::optional<int> samples_;
     Content content_;
     InputFeed::Listener listener_;
+    /// That of the former scene, while there is none.
+    QByteArray tree_;
+    bool renewing_ = false;
     /// Takes the window's place where it has no surface.
     std::unique_ptr<QOffscreenSurface> hidden_;
     std::unique_ptr<QOpenGLContext> context_;

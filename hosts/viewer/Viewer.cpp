@@ -179,9 +179,10 @@ Viewer::ExitCode Viewer::makePicture()
     HostScene host;
     host.setSize(options_.size);
     checkSettings(host);
-    fill(host, loadModels());
+    addModels(host, loadModels());
+    arrange(host);
     hostkit::InputFeed input(host);
-    input.setListener(startRecording(host));
+    input.setListener(startRecording([&] { return sizeOf(host); }));
     playGestures(input, options_.size);
     playRecording(host, input);
     saveState(host);
@@ -212,6 +213,7 @@ Viewer::ExitCode Viewer::showWindow()
     const StopSignals stop;
     const QString title = titleOf(options_.models);
     std::exception_ptr failure;
+    std::vector<Model> models;
     bool loaded = false;
 
     ViewerWindow view;
@@ -221,14 +223,6 @@ Viewer::ExitCode Viewer::showWindow()
     hostkit::ImportJob job(options_.models);
     LoadingReport report(title);
     QTimer poll;
-    const auto finish = [&](HostScene& host) {
-        fill(host, takeModels(job));
-        view.setInputListener(startRecording(host));
-        playGestures(view.input(), sizeOf(host));
-        loaded = true;
-        view.setTitle(title);
-        return true;
-    };
     const auto look = [&] {
         try {
             view.run([this](HostScene& host) { return checkSettings(host); });
@@ -237,7 +231,10 @@ Viewer::ExitCode Viewer::showWindow()
                 return;
             }
             poll.stop();
-            view.run(finish);
+            models = takeModels(job);
+            startSession(view, models);
+            loaded = true;
+            view.setTitle(title);
         } catch (...) {
             failure = std::current_exception();
             QCoreApplication::quit();
@@ -260,12 +257,27 @@ Viewer::ExitCode Viewer::showWindow()
     if (!loaded) {
         stopLoading(job);
     }
+    if (!view.hasScene() && !options_.saveStateFile.isEmpty()) {
+        throw Failure(NoOutput, QStringLiteral("the state went with the OpenGL context"));
+    }
     view.run([this](HostScene& host) {
         saveState(host);
         return false;
     });
     checkRecorded();
     return Done;
+}
+
+/// `models` have to live as long as the window, which may fill another scene with them.
+void Viewer::startSession(hostkit::SceneWindow& view, const std::vector<Model>& models)
+{
+    view.setContent([&models](HostScene& host) { addModels(host, models); });
+    view.run([&](HostScene& host) {
+        arrange(host);
+        view.setInputListener(startRecording([&view] { return sizeOf(view.host()); }));
+        playGestures(view.input(), sizeOf(host));
+        return true;
+    });
 }
 
 /// Refuses settings that can be told to be wrong without the models; never asks for a repaint.
@@ -288,7 +300,8 @@ Viewer::Failure Viewer::badSetting(std::size_t index, const QString& reason) con
     return Failure(BadInput, QStringLiteral("%1 %2: %3").arg(origin, options_.settings[index].first, reason));
 }
 
-void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
+/// The content of a scene, also of one that takes the place of another.
+void Viewer::addModels(HostScene& host, const std::vector<Model>& models)
 {
     hostkit::ModelParts parts(host.scene().render.visualizations);
     parts.setDropListener([](const QString& source, const QString& target) {
@@ -300,7 +313,11 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     }
     host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();
+}
 
+/// Sets the scene up as the options ask.
+void Viewer::arrange(HostScene& host) const
+{
     QString error;
     host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
@@ -318,14 +335,15 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     }
 }
 
-/// The listener that records from now on; empty if nothing is to be recorded.
-hostkit::InputFeed::Listener Viewer::startRecording(HostScene& host)
+/// The listener that records from now on; empty if nothing is to be recorded. `size` tells the pixels of the
+/// view, now and at each event.
+hostkit::InputFeed::Listener Viewer::startRecording(const std::function<QSize()>& size)
 {
     if (options_.recordFile.isEmpty()) {
         return {};
     }
     hostkit::Recording head;
-    head.size = sizeOf(host);
+    head.size = size();
     for (const QString& model : options_.models) {
         head.models.append(QFileInfo(model).absoluteFilePath());
     }
@@ -336,10 +354,10 @@ hostkit::InputFeed::Listener Viewer::startRecording(HostScene& host)
     } catch (const hostkit::Recording::Error& error) {
         throw Failure(NoOutput, QString::fromUtf8(error.what()));
     }
-    return [this, &host](const hostkit::InputEvent& event) {
+    return [this, size](const hostkit::InputEvent& event) {
         try {
             if (recordFailure_.isEmpty()) {
-                record_->write(event, sizeOf(host));
+                record_->write(event, size());
             }
         } catch (const hostkit::Recording::Error& error) {
             recordFailure_ = QString::fromUtf8(error.what()); // the session goes on without

@@ -4,9 +4,13 @@
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/Recording.h"
 #include "hosts/host/RecordingWriter.h"
+#include "hosts/host/SceneWindow.h"
 #include "hosts/mesh/Model.h"
 #include "hosts/viewer/ViewerOptions.h"
 
+#include <QSize>
+
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -47,16 +51,18 @@ public:
 private:
     ExitCode makePicture();
     ExitCode showWindow();
+    void startSession(hostkit::SceneWindow& view, const std::vector<hostkit::Model>& models);
     std::vector<hostkit::Model> loadModels() const;
     bool checkSettings(hostkit::HostScene& host) const;
     Failure badSetting(std::size_t index, const QString& reason) const;
-    void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
+    static void addModels(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
+    void arrange(hostkit::HostScene& host) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
     void readRecording();
     void takeOver(const hostkit::Recording& recording);
     void checkRecorded() const;
-    hostkit::InputFeed::Listener startRecording(hostkit::HostScene& host);
+    hostkit::InputFeed::Listener startRecording(const std::function<QSize()>& size);
     void saveState(const hostkit::HostScene& host) const;
     void writePicture(const QImage& picture) const;
 

@@ -117,8 +117,10 @@ void PropertyModel::reset(const QString& words)
     top_ = std::make_unique<PropertyRow>();
     top_->whole = !filter_->active();
     top_->fetched = true;
-    const PropertySubject scene{&window_.host().scene(), QString(), false};
-    top_->rows.push_back(std::make_unique<PropertyRow>(*top_, scene, *filter_));
+    if (window_.hasScene()) {
+        const PropertySubject scene{&window_.host().scene(), QString(), false};
+        top_->rows.push_back(std::make_unique<PropertyRow>(*top_, scene, *filter_));
+    }
     endResetModel();
 }
 
@@ -130,6 +132,9 @@ QString PropertyModel::refusal(const QString& key, const QString& reason)
 QModelIndex PropertyModel::find(const QString& path, const QString& key)
 {
     update();
+    if (top_->rows.empty()) {
+        return {};
+    }
     PropertyRow* row = top_->rows.front().get();
     QStringList names = path.isEmpty() ? QStringList() : path.split(QLatin1Char('/'));
     const int steps = static_cast<int>(names.size());
@@ -149,7 +154,9 @@ QModelIndex PropertyModel::find(const QString& path, const QString& key)
 
 void PropertyModel::update()
 {
-    catchUp(*top_->rows.front(), false);
+    for (const auto& scene : top_->rows) {
+        catchUp(*scene, false);
+    }
 }
 
 /// Brings a row of a node up to date, with all that is made below it. `all`: whatever the revisions say.
@@ -368,15 +375,18 @@ bool PropertyModel::setData(const QModelIndex& index, const QVariant& value, int
         Q_EMIT refused(refusal(key, reason));
         return false;
     }
-    window_.run([&](HostScene& host) { // which may be another scene than before
+    const bool done = window_.runAndTell([&](HostScene& host) { // which may be another scene than before
         OruProperties* const node = host.scene().find(path);
         if (node) {
             host.edit(*node, key, text);
         }
         return node != nullptr;
     });
+    if (!done) {
+        Q_EMIT refused(refusal(key, QStringLiteral("could not be set")));
+    }
     update();
-    return true;
+    return done;
 }
 
 } // namespace hostkit

@@ -91,8 +91,12 @@ void PropertyPanel::tell(const QString& reason)
     status_->setVisible(!reason.isEmpty());
 }
 
+/// A model without rows, because there is no scene, is nothing to remember.
 void PropertyPanel::remember()
 {
+    if (model_->rowCount() == 0) {
+        return;
+    }
     const QModelIndex current = tree_->currentIndex();
     currentPath_ = current.data(PropertyModel::PathRole).toString();
     currentKey_ = current.data(PropertyModel::KeyRole).toString();

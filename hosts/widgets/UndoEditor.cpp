@@ -25,7 +25,7 @@ UndoEditor::UndoEditor(SceneWindow& window, QObject* parent)
 UndoEditor::~UndoEditor()
 {
     recorder_->setListener({});
-    if (window_ && window_->host().scene().render.editor() == recorder_) {
+    if (window_ && window_->hasScene() && window_->host().scene().render.editor() == recorder_) {
         window_->host().scene().render.setCustomEditor({});
     }
 }
@@ -40,6 +40,9 @@ void UndoEditor::clear()
 /// the next one from ending.
 void UndoEditor::install()
 {
+    if (!window_->hasScene()) {
+        return;
+    }
     recorder_ = boost::make_shared<EditRecorder>();
     recorder_->setListener(
         [this](EditRecorder::Subject subject, const EditStep& step) { keep(subject, step); });
@@ -56,7 +59,8 @@ void UndoEditor::keep(EditRecorder::Subject subject, const EditStep& step)
 /// An override that is accepted reaches the scene as a key.
 bool UndoEditor::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && window_ && window_->input().gesture()) {
+    const bool asks = event->type() == QEvent::ShortcutOverride && window_ && window_->hasScene();
+    if (asks && window_->input().gesture()) {
         event->accept();
         return true;
     }

@@ -124,18 +124,33 @@ ViewItem* ViewsPanel::item(int row) const
     return static_cast<ViewItem*>(list_->item(row));
 }
 
-/// The scene is another one.
+/// The scene is another one, or there is none.
 void ViewsPanel::renew()
 {
-    views_ = std::make_unique<SceneViews>(view_.host());
+    views_.reset();
     seen_ = 0;
-    follow();
+    if (view_.window().hasScene()) {
+        views_ = std::make_unique<SceneViews>(view_.host());
+        follow();
+    } else {
+        const QSignalBlocker quiet(list_);
+        list_->clear();
+    }
+}
+
+/// What the panel does to the scene. There may be another one then, or none, and other items.
+void ViewsPanel::run(const std::function<bool()>& action)
+{
+    view_.window().runAndTell([&](HostScene&) { return action(); });
 }
 
 /// Catches up with the tree. O(1) if nothing changed below the list, and a look at each view if no entry came
 /// or went.
 void ViewsPanel::follow()
 {
+    if (!views_) {
+        return;
+    }
     const OruVisList& all = view_.host().scene().render.visualizations;
     if (seen_ == all.subtreeRevision()) {
         return;
@@ -187,36 +202,38 @@ int ViewsPanel::rowOf(const OruProperties* node) const
 
 void ViewsPanel::add()
 {
-    const QString name = views_->freeName();
-    view_.run([&](HostScene&) { return views_->add(name); });
+    bool added = false;
+    run([&] { return added = views_->add(views_->freeName()); });
     follow();
-    list_->setCurrentRow(list_->count() - 1);
-    list_->editItem(list_->currentItem());
+    if (added) {
+        list_->setCurrentRow(list_->count() - 1);
+        list_->editItem(list_->currentItem());
+    }
 }
 
 void ViewsPanel::remove()
 {
     if (const ViewItem* const chosen = item(list_->currentRow())) {
         const QString name = chosen->name();
-        view_.run([&](HostScene&) { return views_->remove(name); });
+        run([&] { return views_->remove(name); });
         follow();
     }
 }
 
 void ViewsPanel::showNext()
 {
-    show(views_->next());
+    show(views_ ? views_->next() : QString());
 }
 
 void ViewsPanel::showPrevious()
 {
-    show(views_->previous());
+    show(views_ ? views_->previous() : QString());
 }
 
 void ViewsPanel::show(const QString& name)
 {
-    view_.run([&](HostScene&) { return views_->show(name); });
-    const int row = rowOf(view_.host().scene().render.visualizations.childByName(name));
+    run([&] { return views_->show(name); });
+    const int row = views_ ? rowOf(view_.host().scene().render.visualizations.childByName(name)) : -1;
     if (row >= 0) {
         list_->setCurrentRow(row);
         item(row)->pictureDue = true;
@@ -224,14 +241,13 @@ void ViewsPanel::show(const QString& name)
     }
 }
 
-/// The window may have renewed its scene, and with it the items, behind each action.
 void ViewsPanel::rename(int row)
 {
     const QString name = item(row)->name();
     const QString text = item(row)->text();
     bool renamed = text == name;
     if (!renamed) {
-        view_.run([&](HostScene&) { return renamed = views_->rename(name, text); });
+        run([&] { return renamed = views_->rename(name, text); });
     }
     tell(renamed ? QString() : refusal(text));
     ViewItem* const shown = item(row);
@@ -256,7 +272,7 @@ void ViewsPanel::takePicture()
     const QString name = item(row)->name();
     item(row)->pictureDue = false;
     QImage picture;
-    view_.run([&](HostScene&) {
+    run([&] {
         picture = views_->picture(name, pictureSize * devicePixelRatio());
         return false;
     });

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 class OruProperties;
@@ -59,6 +60,7 @@ private:
     QLayout* makeButtons();
     void connectList();
     void renew();
+    void run(const std::function<bool()>& action);
     void follow();
     void list(const QStringList& names);
     ViewItem* item(int row) const;
@@ -69,6 +71,7 @@ private:
     void takePicture();
 
     SceneWidget& view_;
+    /// Null: there is no scene.
     std::unique_ptr<SceneViews> views_;
     QListWidget* list_;
     QLabel* status_;

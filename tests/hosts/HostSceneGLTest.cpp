@@ -396,8 +396,12 @@ TEST_F(HostSceneGLTest, WheelAndFingersEnlargeAndTurnWhatLiesUnderThem)
                     row.degrees * 3.14159265 / 180, 1e-3);
         EXPECT_EQ(host->context().center, orbit);
     }
-    EXPECT_FALSE(input.wheel(0, 0, pixel));
-    EXPECT_FALSE(input.pinch(-1, pixel));
+    std::vector<double> heard;
+    input.setListener([&](const InputEvent& event) { heard.push_back(event.amount); });
+    EXPECT_FALSE(input.wheel(0, 0, pixel) || input.wheel(NAN, 0, pixel));
+    EXPECT_FALSE(input.pinch(-1, pixel) || input.turn(INFINITY, pixel));
+    EXPECT_TRUE(input.turn(1e9, pixel));
+    EXPECT_THAT(heard, ElementsAre(InputEvent::mostAmount)) << "what a recording takes";
 }
 
 TEST_F(HostSceneGLTest, EachGestureDoesWhatItsRowSays)
@@ -477,10 +481,17 @@ TEST_F(HostSceneGLTest, AsksTheHoverAnewWhenTheViewMovesAwayUnderThePointer)
     EXPECT_NE(host->context().tooltip, "") << "one cube behind the other";
     EXPECT_TRUE(input.keyPress('Z', 0));
     EXPECT_EQ(host->context().tooltip, "");
-    input.move(0, pixelOf(left));
-    ASSERT_NE(host->context().tooltip, "");
-    EXPECT_TRUE(input.wheel(0.1, 1, pixelOf(left))) << "with a key held nothing is hovered";
-    EXPECT_EQ(host->context().tooltip, "");
+    std::vector<InputEvent::Kind> heard;
+    input.setListener([&](const InputEvent& event) { heard.push_back(event.kind); });
+    for (const bool wheel : {true, false}) {
+        input.move(0, pixelOf(left));
+        ASSERT_NE(host->context().tooltip, "");
+        EXPECT_TRUE(wheel ? input.wheel(0.1, 1, pixelOf(left)) : input.move(1, pixelOf(left)));
+        EXPECT_EQ(host->context().tooltip, "") << "with a key held nothing is hovered";
+    }
+    input.hoverAgain();
+    using Kind = InputEvent::Kind;
+    EXPECT_THAT(heard, ElementsAre(Kind::Move, Kind::Wheel, Kind::Move, Kind::Move, Kind::Move));
 }
 
 TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)
@@ -502,13 +513,52 @@ TEST_F(HostSceneGLTest, EndsAGestureThatTheWindowSystemTookAway)
 TEST_F(HostSceneGLTest, PutsAllDownWhenAReleaseNeverComes)
 {
     part("cube").movable.setValue(true);
-    part("cube").setDropListener([](const QString&, const QString&) { throw std::runtime_error("drop"); });
+    editor->action = [](const std::string& call) {
+        if (call == "edit offset") {
+            throw std::runtime_error(call);
+        }
+    };
     input.press(OruMouse::ButtonPick, 0, pixelOf(left));
     input.move(0, pixelOf(right));
     input.press(OruMouse::ButtonView, 0, pixelOf(right));
     EXPECT_THROW(input.press(OruMouse::ButtonPick, 0, pixelOf(right)), std::runtime_error);
     EXPECT_EQ(count("begin"), count("end"));
     EXPECT_FALSE(input.held(OruMouse::ButtonView)) << "the other button went up, too";
+}
+
+TEST_F(HostSceneGLTest, DropsNothingThatAGestureCarriesWhichIsCalledOff)
+{
+    part("cube").movable.setValue(true);
+    for (bool (InputFeed::*const end)() : {&InputFeed::cancel, &InputFeed::abort}) {
+        part("cube").offset.setValue(Matrix());
+        host->draw();
+        input.press(OruMouse::ButtonPick, 0, pixelOf(left));
+        input.move(0, pixelOf(right));
+        EXPECT_TRUE((input.*end)());
+        EXPECT_THAT(dropped, ElementsAre());
+        EXPECT_EQ(host->context().mouse.curpos(), pixelOf(right));
+        EXPECT_NE(host->context().tooltip, "") << "the pointer hovers where it is";
+    }
+}
+
+TEST_F(HostSceneGLTest, EditsJoinAGestureAndWhatAnEditorThrowsLeavesAllInOrder)
+{
+    const QString path = "render/pickSize";
+    input.press(OruMouse::ButtonContext, 0, QPoint(5, 5));
+    host->setValue(path, "5", nullptr);
+    input.release(OruMouse::ButtonContext, 0, QPoint(5, 90));
+    EXPECT_THAT(editor->calls, ElementsAre("begin", "edit pickSize", "end"));
+
+    editor->action = [](const std::string& call) {
+        if (call != "begin") {
+            throw std::runtime_error(call);
+        }
+    };
+    EXPECT_THROW(host->setValue(path, "6", nullptr), std::runtime_error) << "the edit and the end both throw";
+    host->changed();
+    EXPECT_THROW(host->view(), std::runtime_error);
+    editor->action = nullptr;
+    EXPECT_EQ(colorAt(drawn(), Vector3()), QColor(Qt::black)) << "a frame, where a pick has left white";
 }
 
 TEST_F(HostSceneGLTest, TellsTheNameAgainWhenThePointerComesBack)

@@ -37,6 +37,12 @@ struct LinkedEditorGLTest : testing::Test
         });
     }
 
+    /// A press whose release never comes.
+    static void press(SceneWindow& window)
+    {
+        window.run([&](HostScene&) { return window.input().press(OruMouse::ButtonView, 0, QPoint(9, 9)); });
+    }
+
     /// What the scene of each window has.
     std::vector<QString> values(const char* key)
     {
@@ -76,6 +82,30 @@ TEST_F(LinkedEditorGLTest, EditsOfBothAreMadeInBothKeptInOnePlaceAndTakenBackInB
     front.host().scene().render.editor()->endEdit();
     ASSERT_EQ(steps.size(), 3u);
     EXPECT_EQ(steps[2].changes().size(), 2u);
+}
+
+TEST_F(LinkedEditorGLTest, AWindowThatGoesOrComesInTheMiddleOfAGestureLeavesNoSessionOpen)
+{
+    auto third = std::make_unique<SceneWindow>();
+    linked->add(*third);
+    press(*third);
+    third.reset();
+    edit(front, "marked", "true");
+    EXPECT_EQ(steps.size(), 1u);
+
+    std::vector<InputEvent::Kind> heard;
+    side.setInputListener([&](const InputEvent& event) { heard.push_back(event.kind); });
+    press(side);
+    side.renew();
+    EXPECT_THAT(heard, testing::ElementsAre(InputEvent::Kind::Press, InputEvent::Kind::Cancel));
+    edit(side, "marked", "false");
+    EXPECT_EQ(steps.size(), 2u);
+
+    press(side);
+    side.setSurfaceType(QSurface::RasterSurface); // which takes no context
+    EXPECT_THROW(side.renew(), std::runtime_error);
+    edit(front, "visible", "false");
+    EXPECT_EQ(steps.size(), 3u);
 }
 
 TEST_F(LinkedEditorGLTest, EachHasItsViewAndComesBackWithItsContext)

@@ -24,12 +24,10 @@ headers() {
         $(pkg-config --cflags --libs $(basename -s .pc "$PKG_CONFIG_PATH"/*.pc))
 }
 
-# readme README PREFIX SOURCE BUILD: the page of code is a program that builds like that of the folder SOURCE.
+# readme README SOURCE: the page of code is that source, to the letter.
+# shellcheck disable=SC2016 # expressions of sed
 readme() {
-    rm -rf "$4"
-    cp -r "$3" "$4"
-    sed -n '/^## A page of code/,/^```$/p' "$1" | sed '1,/^```cpp$/d; /^```$/d' >"$4/main.cpp"
-    consume "$2" "$4" "$4/build"
+    diff <(sed -n '/^## A page of code/,/^```$/p' "$1" | sed '1,/^```cpp$/d; /^```$/d') <(sed -n '/^#include/,$p' "$2")
 }
 
 # consume PREFIX SOURCE BUILD [OPTION...]: a project that knows no more than the prefix configures and builds.
@@ -47,6 +45,14 @@ picture() {
     rm -f "$2"
     "${arguments[@]}"
     "$1" "$2" 960x720 "${@:4}"
+}
+
+# refused PROGRAM ARGUMENTS...: a program that cannot do what it is asked to says why in one line and exits with 1.
+refused() {
+    local said code=0
+    said=$(QT_LOGGING_RULES='*=false' "$@" 2>&1 >/dev/null) || code=$? # Qt may have a word on the environment
+    echo "$said"
+    [[ $code == 1 && -n $said && $said != *$'\n'* ]]
 }
 
 # debian BUILD LINTIAN: all packages are made and lintian has no errors for them.

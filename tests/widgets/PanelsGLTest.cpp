@@ -1,6 +1,7 @@
 // The panels in docks beside the view, and a person's hands on them.
 
 #include "contracts/vis/OruVisViewpoint.h"
+#include "hosts/host/EditRecorder.h"
 #include "hosts/host/SceneViews.h"
 #include "hosts/widgets/PropertyPanel.h"
 #include "hosts/widgets/ViewsPanel.h"
@@ -10,10 +11,13 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QDockWidget>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QToolButton>
 #include <QTreeView>
+
+#include <boost/make_shared.hpp>
 
 using namespace hostkit;
 using namespace kelvartest;
@@ -269,4 +273,30 @@ TEST_F(PanelsGL, FollowATreeThatIsLoadedAndASceneThatIsMadeAnew)
     QObject::connect(&view.window(), &SceneWindow::frameDrawn, [&] { ++drawn; });
     act("sleep 0.3");
     EXPECT_EQ(drawn, 0) << "panels at rest ask for no frames";
+}
+
+TEST_F(PanelsGL, OutliveTheSceneAndWhatAnEditorThrows)
+{
+    view.run([](HostScene& host) { return SceneViews(host).add("a"); });
+    properties.tree().setCurrentIndex(properties.model().find("render", "pickSize"));
+    view.window().setSurfaceType(QSurface::RasterSurface); // which takes no context
+    EXPECT_THROW(view.window().renew(), std::runtime_error);
+    EXPECT_EQ(listed(), QStringList());
+    kept.add();
+    kept.showNext();
+    QKeyEvent undo(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+    QCoreApplication::sendEvent(&view.window(), &undo);
+    view.window().setSurfaceType(QSurface::OpenGLSurface);
+    view.window().renew();
+    EXPECT_EQ(listed(), QStringList("a"));
+    EXPECT_EQ(properties.tree().currentIndex().data(PropertyModel::KeyRole), "pickSize");
+
+    const auto throwing = boost::make_shared<EditRecorder>();
+    throwing->setListener([](auto, const EditStep&) { throw std::runtime_error("as the test wants it"); });
+    view.run([](HostScene& host) { return host.setView(Matrix()); });
+    view.host().scene().render.setCustomEditor(throwing);
+    EXPECT_NO_THROW(kept.showNext());
+    const QModelIndex value = properties.tree().currentIndex().siblingAtColumn(PropertyModel::ValueColumn);
+    EXPECT_FALSE(properties.model().setData(value, "7"));
+    EXPECT_EQ(properties.status(), "\"pickSize\" could not be set");
 }

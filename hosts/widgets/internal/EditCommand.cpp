@@ -2,8 +2,6 @@
 
 #include "hosts/host/HostScene.h"
 
-#include <exception>
-#include <iostream>
 #include <utility>
 
 namespace hostkit {
@@ -51,21 +49,15 @@ bool EditCommand::mergeWith(const QUndoCommand* other)
     return true;
 }
 
-/// What lies under the pointer may be another thing then. Nothing is thrown into the event loop.
+/// What lies under the pointer may be another thing then.
 void EditCommand::apply(Way way)
 {
-    if (!window_) {
-        return;
-    }
-    try {
-        window_->run([&](HostScene& host) {
+    if (window_) {
+        window_->runAndTell([&](HostScene& host) {
             (host.*way)(step_);
             window_->input().hoverAgain();
             return true;
         });
-    } catch (const std::exception& error) {
-        std::cerr << "undo: " << error.what() << std::endl;
-        window_->requestUpdate();
     }
 }
 

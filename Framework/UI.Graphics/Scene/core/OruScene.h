@@ -13,6 +13,9 @@
 #include <QImage>
 #include <QString>
 
+#include <functional>
+
+class IOruVisPropertyEdit;
 class OruSceneCaptureTarget;
 class OruSceneEventContext;
 class OruSceneRenderContext;
@@ -74,6 +77,11 @@ public:
     /// the matrix differed and was handed to the editor. False: it was equal, or there is no such viewpoint,
     /// or none any more once the session had begun; nothing changed.
     bool setViewpoint(const QString& name, const Kelvar::Math::Matrix& view);
+
+    /// Runs changes of the host's own in an edit session, so that they are one step, or part of the one that
+    /// a press has opened. `changes` gets the editor in force, which lives as long as the call. What
+    /// `changes` or the editor throws passes through, and the session is closed.
+    void inEditSession(const std::function<void(IOruVisPropertyEdit& editor)>& changes);
 
     /// Hit tracking; the host's own controller goes in by its `reset`.
     OruSceneController& controller() { return controller_; }

@@ -1,4 +1,5 @@
-// The road between the stored viewpoints and the working copy in an event context.
+// The road between the stored viewpoints and the working copy in an event context, and that of a host's own
+// edits.
 
 #include "Scene/core/OruScene.h"
 #include "Scene/core/internal/OruSceneEditGuard.h"
@@ -55,4 +56,12 @@ bool OruScene::setViewpoint(const QString& name, const Matrix& view)
     const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
     editor->editValue(&render.visualizations, target, target->matrix.name(), oru::toString(view));
     return true;
+}
+
+void OruScene::inEditSession(const std::function<void(IOruVisPropertyEdit& editor)>& changes)
+{
+    ORU_SCENE_TRACE();
+    const OruSceneEditGuard guard(render, OruSceneEditGuard::OpensAndCloses, editDepth);
+    const boost::shared_ptr<IOruVisPropertyEdit> editor = render.editor();
+    changes(*editor);
 }
