@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace hostkit {
 
@@ -20,15 +21,18 @@ struct PictureFormat
     const char* suffix;
     const char* format;
     bool hasAlpha;
+    int largestSide;
     int quality;
     int compression;
 };
 
+constexpr int anySide = std::numeric_limits<int>::max();
 constexpr int lzw = 1;
 
 constexpr PictureFormat formats[] = {
-    {"png", "png", true, -1, -1},   {"jpg", "jpeg", false, 92, -1}, {"jpeg", "jpeg", false, 92, -1},
-    {"webp", "webp", true, 92, -1}, {"tif", "tiff", true, -1, lzw}, {"tiff", "tiff", true, -1, lzw},
+    {"png", "png", true, anySide, -1, -1},   {"jpg", "jpeg", false, 65500, 92, -1},
+    {"jpeg", "jpeg", false, 65500, 92, -1},  {"webp", "webp", true, 16383, 92, -1},
+    {"tif", "tiff", true, anySide, -1, lzw}, {"tiff", "tiff", true, anySide, -1, lzw},
 };
 
 /// The row of the file's suffix, or null if there is none that can be written here.
@@ -42,9 +46,16 @@ const PictureFormat* formatOf(const QString& file)
     return found != std::end(formats) && PictureWriter::suffixes().contains(suffix) ? &*found : nullptr;
 }
 
-QString listed(const QStringList& suffixes)
+/// The suffixes that can be written here, or those of them with an alpha channel, for a sentence.
+QString listed(bool withAlpha)
 {
-    return suffixes.join(QStringLiteral(", "));
+    QStringList found = PictureWriter::suffixes();
+    for (const PictureFormat& row : formats) {
+        if (withAlpha && !row.hasAlpha) {
+            found.removeAll(QLatin1String(row.suffix));
+        }
+    }
+    return found.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -65,30 +76,29 @@ QStringList PictureWriter::suffixes()
     return found;
 }
 
-bool PictureWriter::accepts(bool transparent, QString* error) const
+bool PictureWriter::accepts(const QSize& pixels, bool transparent, QString* error) const
 {
     const PictureFormat* const format = formatOf(file_);
+    QString reason;
     if (!format) {
-        *error = QStringLiteral("%1: a picture is written as %2").arg(file_, listed(suffixes()));
-        return false;
+        reason = QStringLiteral("a picture is written as %1").arg(listed(false));
+    } else if (transparent && !format->hasAlpha) {
+        reason = QStringLiteral("nothing is transparent in a %1 file; it is in %2")
+                     .arg(QLatin1String(format->suffix), listed(true));
+    } else if (std::max(pixels.width(), pixels.height()) > format->largestSide) {
+        reason = QStringLiteral("a %1 file can be %2 pixels wide and high at most")
+                     .arg(QLatin1String(format->suffix))
+                     .arg(format->largestSide);
+    } else {
+        return true;
     }
-    if (transparent && !format->hasAlpha) {
-        QStringList others = suffixes();
-        for (const PictureFormat& row : formats) {
-            if (!row.hasAlpha) {
-                others.removeAll(QLatin1String(row.suffix));
-            }
-        }
-        *error = QStringLiteral("%1: nothing is transparent in a %2 file; it is in %3")
-                     .arg(file_, QLatin1String(format->suffix), listed(others));
-        return false;
-    }
-    return true;
+    *error = file_ + QStringLiteral(": ") + reason;
+    return false;
 }
 
 bool PictureWriter::write(QImage picture, QString* error) const
 {
-    if (!accepts(false, error)) {
+    if (!accepts(picture.size(), false, error)) {
         return false;
     }
     const PictureFormat* const format = formatOf(file_);
@@ -107,7 +117,7 @@ bool PictureWriter::write(QImage picture, QString* error) const
         writer.setText(text.key(), text.value());
     }
     if (!writer.write(picture)) {
-        *error = QStringLiteral("%1: %2").arg(file_, writer.errorString());
+        *error = file_ + QStringLiteral(": ") + writer.errorString();
         return false;
     }
     OruFileWriter file(file_);

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QMap>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -14,7 +15,7 @@ namespace hostkit {
 ///
 ///     PictureWriter writer(file);
 ///     writer.setText("Title", "Engine");
-///     if (!writer.accepts(false, &error) || !writer.write(host.picture(size), &error)) { complain(error); }
+///     if (!writer.write(host.picture(size), &error)) { complain(error); }
 ///
 /// A name without a suffix, such as /dev/stdout, means PNG. A file is written whole or stays as it was.
 class KELVAR_HOST_API PictureWriter
@@ -29,9 +30,9 @@ public:
     /// The suffixes that can be written here, in lower case; needs an application object.
     static QStringList suffixes();
 
-    /// Whether write() will find a format for the file, and one with an alpha channel if the picture is to be
-    /// transparent; for asking ahead of all work. False: `error` says what there is instead.
-    bool accepts(bool transparent, QString* error) const;
+    /// Whether write() will find a format for a picture of that size, one with an alpha channel if it is to
+    /// be transparent; for asking ahead of all work. False: `error` says what there is instead.
+    bool accepts(const QSize& pixels, bool transparent, QString* error) const;
 
     /// Something to be told in the file under a key such as "Title". PNG and JPEG carry it, the others drop
     /// it.

@@ -162,7 +162,7 @@ void Viewer::checkPictures() const
     for (const ViewerOptions& one : options_.eachPicture()) {
         QString reason;
         const hostkit::PictureWriter writer(one.outFile);
-        if (!one.outFile.isEmpty() && !writer.accepts(one.transparent, &reason)) {
+        if (!one.outFile.isEmpty() && !writer.accepts(one.size, one.transparent, &reason)) {
             throw ViewerOptions::Error("--out " + reason.toStdString());
         }
     }

@@ -264,11 +264,14 @@ TEST_F(PicturesGLTest, FilesTellWhatTheyCanCarry)
         EXPECT_EQ(read.convertToFormat(kept) == clear.convertToFormat(kept), row.exact) << row.name;
         EXPECT_EQ(read.text("Title") == title, row.texts) << row.name;
         EXPECT_EQ(read.dotsPerMeterX() == 11811, row.resolution) << row.name << read.dotsPerMeterX();
-        const bool seeThrough = writer.accepts(true, &error);
+        const bool seeThrough = writer.accepts(size, true, &error);
         EXPECT_EQ(seeThrough, qAlpha(read.pixel(300, 100)) == 0) << row.name;
         EXPECT_TRUE(seeThrough || error.contains("it is in png, webp, tif, tiff")) << error.toStdString();
     }
     QString error;
+    EXPECT_TRUE(PictureWriter("a.webp").accepts(QSize(1, 16383), true, &error));
+    EXPECT_FALSE(PictureWriter("a.webp").accepts(QSize(1, 16384), true, &error));
+    EXPECT_EQ(error, "a.webp: a webp file can be 16383 pixels wide and high at most");
     EXPECT_FALSE(PictureWriter(folder.filePath("a.xyz")).write(clear, &error));
     EXPECT_THAT(error.toStdString(),
                 HasSubstr("a.xyz: a picture is written as png, jpg, jpeg, webp, tif, tiff"));
