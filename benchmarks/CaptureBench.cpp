@@ -1,5 +1,6 @@
 // A capture at 1920 x 1080 against a bare framebuffer object that is drawn, read back, and drawn once more to
-// the screen, as a capture has to.
+// the screen, as a capture has to. And a picture with smooth edges against as many captures as it has
+// samples.
 
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGl.h"
@@ -16,6 +17,14 @@ using hostkit::HostScene;
 using hostkit::Model;
 
 const QSize pictureSize(1920, 1080);
+constexpr int samples = 8;
+
+void makePicture(HostScene& host, const hostkit::PictureOptions& options = hostkit::PictureOptions())
+{
+    if (host.picture(pictureSize, options).isNull()) {
+        throw std::runtime_error("no picture");
+    }
+}
 
 unsigned int attachStorage(GLenum attachment, GLenum format)
 {
@@ -53,14 +62,29 @@ void compareCaptures(const QString& name, const QString& engineFile)
     bench::show(host, model);
     bench::BareProgram bare;
     bare.add(model);
-    const auto costs = bench::interleave(9, {[&] { bareCapture(bare, host.context()); },
-                                             [&] {
-                                                 if (host.picture(pictureSize).isNull()) {
-                                                     throw std::runtime_error("no capture");
-                                                 }
-                                             }});
+    const auto costs =
+        bench::interleave(9, {[&] { bareCapture(bare, host.context()); }, [&] { makePicture(host); }});
     bench::reportRatios(name + QStringLiteral(": capture of 1920 x 1080"), costs[1], costs[0],
                         QStringLiteral("<= 1.1"));
+}
+
+/// A capture draws twice, a sample once.
+void compareSamples(const QString& name, const QString& engineFile)
+{
+    const Model model = bench::buildModel(bench::makeScene(name, engineFile).arrays);
+    HostScene host{QString(), QString(), QString()};
+    bench::show(host, model);
+    hostkit::PictureOptions smooth;
+    smooth.samples = samples;
+    const auto costs = bench::interleave(5, {[&] {
+                                                 for (int i = 0; i < samples; ++i) {
+                                                     makePicture(host);
+                                                 }
+                                             },
+                                             [&] { makePicture(host, smooth); }});
+    bench::report(name + QStringLiteral(": picture of %1 samples, processor").arg(samples),
+                  bench::medianRatio(costs[1], costs[0], &bench::Cost::processor),
+                  QStringLiteral("of %1 captures").arg(samples), QStringLiteral("<= 1.0"));
 }
 
 } // namespace
@@ -71,6 +95,7 @@ int main(int argc, char** argv)
         const hostkit::OffscreenView view(bench::frameSize());
         for (const QString& name : bench::sceneNames()) {
             compareCaptures(name, arguments.value(0));
+            compareSamples(name, arguments.value(0));
         }
     });
 }

@@ -126,7 +126,8 @@ This package contains the shared library."
         TEXT "Shows models of all common formats, in a window or as a picture in a file:\n\
 parts can be looked at from all sides, told by their names, marked and moved."
         BINARIES
-        NEEDS host runtime)
+        NEEDS host runtime
+        RECOMMENDS qt${KELVAR_QT_MAJOR}-image-formats-plugins)
 endif()
 
 include(CPack)

@@ -9,7 +9,7 @@ if(DOXYGEN)
         CONTENT
             "@INCLUDE = \"@CMAKE_SOURCE_DIR@/docs/Doxyfile\"
 PROJECT_NUMBER = @PROJECT_VERSION@
-INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@/hosts\" \"@CMAKE_SOURCE_DIR@/docs/manual.md\" \"@CMAKE_SOURCE_DIR@/docs/architecture.md\"
+INPUT = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@/hosts\" \"@CMAKE_SOURCE_DIR@/docs/manual.md\" \"@CMAKE_SOURCE_DIR@/docs/architecture.md\" \"@CMAKE_SOURCE_DIR@/docs/pictures.md\"
 STRIP_FROM_PATH = \"@CMAKE_SOURCE_DIR@/Framework/UI.Graphics\" \"@CMAKE_SOURCE_DIR@\"
 EXCLUDE_PATTERNS = */internal/* */hosts/import/reader/* */hosts/viewer/*
 OUTPUT_DIRECTORY = \"@CMAKE_BINARY_DIR@/docs\"

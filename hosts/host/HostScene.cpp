@@ -12,6 +12,7 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglViewport.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
+#include "hosts/host/internal/PictureMaker.h"
 
 #include <QDir>
 #include <QFile>
@@ -55,6 +56,11 @@ Matrix fromAboveFrontRight()
 {
     constexpr float tilt = -54.7356103f; // 90 degrees less atan(1 / sqrt 2)
     return Matrix::rotate(Kelvar::Math::VectorZ, -45.0f) * Matrix::rotate(Kelvar::Math::VectorX, tilt);
+}
+
+bool isOneCapture(const PictureOptions& options)
+{
+    return options.samples == 1 && options.overlayScale == 1.0 && !options.transparent;
 }
 
 /// The folder that is installed with this library.
@@ -154,26 +160,32 @@ void HostScene::draw()
     updateProjection();
 }
 
-QImage HostScene::picture(const QSize& pixels)
+QImage HostScene::picture(const QSize& pixels, const PictureOptions& options)
 {
     catchUp();
-    return capture(context_, pixels);
+    return capture(context_, pixels, options);
 }
 
-QImage HostScene::picture(const QSize& pixels, const Matrix& view)
+QImage HostScene::picture(const QSize& pixels, const Matrix& view, const PictureOptions& options)
 {
     catchUp();
     OruSceneEventContext shot(context_);
     shot.viewpointName.clear(); // the matrix of the context counts then
     shot.modelView = view;
-    return capture(shot, pixels);
+    return capture(shot, pixels, options);
 }
 
-QImage HostScene::capture(OruSceneEventContext shot, const QSize& pixels)
+QImage HostScene::capture(OruSceneEventContext shot, const QSize& pixels, const PictureOptions& options)
 {
     shot.viewport = OruOglViewport(0, 0, pixels.width(), pixels.height());
-    QImage image;
-    return scene_.drawGl(shot, image) ? image : QImage();
+    if (isOneCapture(options) || pixels.isEmpty()) {
+        QImage image;
+        return scene_.drawGl(shot, image) ? image : QImage();
+    }
+    stale_ = true; // until the window is drawn again
+    const QImage image = PictureMaker(scene_, shot).make(options);
+    draw();
+    return image;
 }
 
 /// False: there is no such position, or nothing to see.

@@ -3,6 +3,7 @@
 #include "Scene/core/OruScene.h"
 #include "Scene/core/OruSceneEventContext.h"
 #include "hosts/host/EditStep.h"
+#include "hosts/host/PictureOptions.h"
 #include "hosts/host/kelvar_host_api.h"
 
 #include <QImage>
@@ -62,12 +63,15 @@ public:
     /// Paints one frame into the current draw buffer.
     void draw();
 
-    /// The view as a picture of that size, whatever the size of the window. A null image: the capture could
-    /// not be made; why is on the error stream.
-    QImage picture(const QSize& pixels);
+    /// The view as a picture of that size, whatever the size of the window: RGB, or ARGB if it is to be
+    /// transparent. A null image: the picture could not be made, or the options are out of their ranges; why
+    /// is on the error stream. The tree's values are then as they were. Draws into the window, too, and so
+    /// draw again ahead of a swap.
+    QImage picture(const QSize& pixels, const PictureOptions& options = PictureOptions());
 
     /// The same for another view than the one that is shown.
-    QImage picture(const QSize& pixels, const Kelvar::Math::Matrix& view);
+    QImage picture(const QSize& pixels, const Kelvar::Math::Matrix& view,
+                   const PictureOptions& options = PictureOptions());
 
     /// The tree or the view was changed other than through this class.
     void changed() { stale_ = true; }
@@ -128,7 +132,7 @@ private:
     void refresh();
     void updateProjection();
     void catchUp();
-    QImage capture(OruSceneEventContext shot, const QSize& pixels);
+    QImage capture(OruSceneEventContext shot, const QSize& pixels, const PictureOptions& options);
     Kelvar::Math::Vector3 pointUnder(const QPoint& pixel) const;
 
     OruScene scene_;

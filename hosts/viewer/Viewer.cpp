@@ -1,6 +1,5 @@
 #include "hosts/viewer/Viewer.h"
 
-#include "contracts/core/OruFileWriter.h"
 #include "contracts/ogl/OruOglViewport.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
@@ -8,15 +7,15 @@
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/InputNames.h"
 #include "hosts/host/OffscreenView.h"
+#include "hosts/host/PictureOptions.h"
+#include "hosts/host/PictureWriter.h"
 #include "hosts/host/SceneWindow.h"
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/ModelImporter.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
-#include "hosts/viewer/StopSignals.h"
 
-#include <QBuffer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -30,6 +29,8 @@
 #include <iostream>
 #include <optional>
 
+#include <unistd.h>
+
 using hostkit::HostScene;
 using hostkit::Model;
 
@@ -41,8 +42,13 @@ constexpr int movesPerDrag = 16;
 constexpr int pollMilliseconds = 20;
 constexpr int patienceMilliseconds = 1000;
 
+const char* const loadingStopped = "loading was stopped";
+
 /// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
 const QString backgroundColor = QStringLiteral("#ff38465a");
+
+/// What a person calls the model that is read from there.
+const QString pipedTitle = QStringLiteral("standard input");
 
 /// A hidden window is no larger than this; pictures do not depend on its size.
 const QSize largestHidden(2048, 2048);
@@ -51,7 +57,8 @@ QString titleOf(const QStringList& models)
 {
     QStringList names;
     for (const QString& model : models) {
-        names.append(QFileInfo(model).fileName());
+        names.append(model == QLatin1String(ViewerOptions::standardInput) ? pipedTitle
+                                                                          : QFileInfo(model).fileName());
     }
     return names.join(QStringLiteral(", "));
 }
@@ -72,12 +79,16 @@ protected:
     }
 };
 
-std::vector<Model> takeModels(hostkit::ImportJob& job)
+std::vector<Model> takeModels(hostkit::ImportJob& job, const std::optional<PipedModel>& piped)
 {
     try {
         return job.take();
     } catch (const hostkit::ModelImporter::Error& error) {
-        throw Viewer::Failure(Viewer::BadInput, QString::fromUtf8(error.what()));
+        QString text = QString::fromUtf8(error.what());
+        if (piped) {
+            text.replace(piped->file(), pipedTitle);
+        }
+        throw Viewer::Failure(Viewer::BadInput, text);
     } catch (const std::bad_alloc&) {
         throw Viewer::Failure(Viewer::BadInput, QStringLiteral("the models do not fit into memory"));
     }
@@ -85,18 +96,18 @@ std::vector<Model> takeModels(hostkit::ImportJob& job)
 
 /// Ends the program, at the latest after a moment: the work may hang where nothing reaches it, as on a
 /// network drive that does not answer.
-[[noreturn]] void stopLoading(hostkit::ImportJob& job)
+[[noreturn]] void stopLoading(hostkit::ImportJob& job, std::optional<PipedModel>& piped)
 {
-    const QString text = QStringLiteral("loading was stopped");
     job.cancel();
     for (int waited = 0; !job.finished(); waited += pollMilliseconds) {
         if (waited > patienceMilliseconds) {
-            std::cerr << "view: " << qPrintable(text) << std::endl;
+            piped.reset();
+            std::cerr << "view: " << loadingStopped << std::endl;
             std::_Exit(Viewer::Stopped);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
     }
-    throw Viewer::Failure(Viewer::Stopped, text);
+    throw Viewer::Failure(Viewer::Stopped, QLatin1String(loadingStopped));
 }
 
 void tellLoading(hostkit::SceneWindow& view, LoadingReport& report, const QString& title, float share)
@@ -105,6 +116,15 @@ void tellLoading(hostkit::SceneWindow& view, LoadingReport& report, const QStrin
     if (report.due()) {
         view.setTitle(QStringLiteral("%1 - loading %2 %").arg(title).arg(qRound(share * 100)));
     }
+}
+
+void prepare(hostkit::SceneWindow& view, const ViewerOptions& options)
+{
+    if (options.samples) {
+        view.setSamples(*options.samples);
+    }
+    view.setTitle(titleOf(options.models));
+    view.resize((QSizeF(options.size) / view.devicePixelRatio()).toSize());
 }
 
 QSize sizeOf(HostScene& host)
@@ -133,6 +153,19 @@ Viewer::Viewer(const ViewerOptions& options)
         readRecording();
     }
     options_.checkOutputs();
+    checkPictures();
+}
+
+/// Refuses, ahead of all work, what no picture can be written as.
+void Viewer::checkPictures() const
+{
+    for (const ViewerOptions& one : options_.eachPicture()) {
+        QString reason;
+        const hostkit::PictureWriter writer(one.outFile);
+        if (!one.outFile.isEmpty() && !writer.accepts(one.size, one.transparent, &reason)) {
+            throw ViewerOptions::Error("--out " + reason.toStdString());
+        }
+    }
 }
 
 void Viewer::readRecording()
@@ -165,10 +198,10 @@ void Viewer::takeOver(const hostkit::Recording& recording)
 
 Viewer::ExitCode Viewer::run()
 {
-    return options_.outFile.isEmpty() && !replay_ ? showWindow() : makePicture();
+    return options_.outFile.isEmpty() && !replay_ ? showWindow() : makePictures();
 }
 
-Viewer::ExitCode Viewer::makePicture()
+Viewer::ExitCode Viewer::makePictures()
 {
     hostkit::OffscreenView view(options_.size.boundedTo(largestHidden));
     const int largest = hostkit::GlPlatform::largestPicture();
@@ -176,36 +209,100 @@ Viewer::ExitCode Viewer::makePicture()
         throw Failure(NoOutput,
                       QStringLiteral("a picture can be %1 pixels wide and high at most").arg(largest));
     }
+    HostScene empty;
+    checkSettings(empty);
+    if (options_.onePictureEach()) {
+        return makeEachPicture();
+    }
+    makePicture();
+    return Done;
+}
+
+Viewer::ExitCode Viewer::makeEachPicture()
+{
+    const std::vector<ViewerOptions> each = options_.eachPicture();
+    ExitCode worst = Done;
+    for (std::size_t i = 0; i < each.size(); ++i) {
+        options_ = each[i];
+        std::cerr << i + 1 << " of " << each.size() << ' ' << qPrintable(titleOf(options_.models))
+                  << std::endl;
+        worst = std::max(worst, tryPicture());
+    }
+    return worst;
+}
+
+/// A failure of one picture is told and ends nothing else.
+Viewer::ExitCode Viewer::tryPicture()
+{
+    try {
+        makePicture();
+        return Done;
+    } catch (const Failure& failure) {
+        if (failure.code == Stopped) {
+            throw;
+        }
+        std::cerr << "view: " << failure.what() << std::endl;
+        return failure.code;
+    } catch (const std::exception& error) {
+        std::cerr << "view: " << qPrintable(options_.models.value(0)) << ": " << error.what() << std::endl;
+        return NoOutput;
+    }
+}
+
+void Viewer::makePicture()
+{
     HostScene host;
     host.setSize(options_.size);
-    checkSettings(host);
     addModels(host, loadModels());
     arrange(host);
     hostkit::InputFeed input(host);
+    recordFailure_.clear();
     input.setListener(startRecording([&] { return sizeOf(host); }));
     playGestures(input, options_.size);
     playRecording(host, input);
     saveState(host);
     if (!options_.outFile.isEmpty()) {
-        writePicture(host.picture(options_.size));
+        hostkit::PictureOptions look;
+        look.samples = options_.samples.value_or(ViewerOptions::usualSamples);
+        look.overlayScale = options_.overlayScale;
+        look.transparent = options_.transparent;
+        writePicture(host.picture(options_.size, look));
     }
     checkRecorded();
-    return Done;
+}
+
+/// The files of the models; what comes in on standard input is read here and lies in `piped`.
+QStringList Viewer::modelFiles(std::optional<PipedModel>& piped, const StopSignals& stop) const
+{
+    QStringList files = options_.models;
+    const auto place = files.indexOf(QLatin1String(ViewerOptions::standardInput));
+    if (options_.format.isEmpty() || place < 0) {
+        return files;
+    }
+    piped.emplace(QLatin1String(ViewerOptions::standardInputName), options_.format);
+    QString error;
+    if (!piped->fill(STDIN_FILENO, stop, &error)) {
+        throw stop.raised() ? Failure(Stopped, QLatin1String(loadingStopped))
+                            : Failure(BadInput, pipedTitle + QStringLiteral(": ") + error);
+    }
+    files[place] = piped->file();
+    return files;
 }
 
 std::vector<Model> Viewer::loadModels() const
 {
     const StopSignals stop;
-    hostkit::ImportJob job(options_.models);
+    std::optional<PipedModel> piped;
+    hostkit::ImportJob job(modelFiles(piped, stop));
     LoadingReport report(titleOf(options_.models));
     while (!job.finished() && !stop.raised()) {
         report.tell(job.share());
         std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
     }
     if (stop.raised()) {
-        stopLoading(job);
+        stopLoading(job, piped);
     }
-    return takeModels(job);
+    return takeModels(job, piped);
 }
 
 Viewer::ExitCode Viewer::showWindow()
@@ -215,13 +312,12 @@ Viewer::ExitCode Viewer::showWindow()
     std::exception_ptr failure;
     std::vector<Model> models;
     bool loaded = false;
+    std::optional<PipedModel> piped;
+    hostkit::ImportJob job(modelFiles(piped, stop));
+    LoadingReport report(title);
 
     ViewerWindow view;
-    view.setTitle(title);
-    view.resize((QSizeF(options_.size) / view.devicePixelRatio()).toSize());
-
-    hostkit::ImportJob job(options_.models);
-    LoadingReport report(title);
+    prepare(view, options_);
     QTimer poll;
     const auto look = [&] {
         try {
@@ -231,7 +327,8 @@ Viewer::ExitCode Viewer::showWindow()
                 return;
             }
             poll.stop();
-            models = takeModels(job);
+            models = takeModels(job, piped);
+            piped.reset();
             startSession(view, models);
             loaded = true;
             view.setTitle(title);
@@ -255,7 +352,7 @@ Viewer::ExitCode Viewer::showWindow()
         std::rethrow_exception(failure);
     }
     if (!loaded) {
-        stopLoading(job);
+        stopLoading(job, piped);
     }
     if (!view.hasScene() && !options_.saveStateFile.isEmpty()) {
         throw Failure(NoOutput, QStringLiteral("the state went with the OpenGL context"));
@@ -322,6 +419,10 @@ void Viewer::arrange(HostScene& host) const
     host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
+    }
+    if (!options_.withTriad) {
+        OruVisList& all = host.scene().render.visualizations;
+        all.erase(all.childByName(QStringLiteral("triad")));
     }
     for (std::size_t i = 0; i < options_.settings.size(); ++i) {
         if (!host.setValue(options_.settings[i].first, options_.settings[i].second, &error)) {
@@ -410,11 +511,15 @@ void Viewer::writePicture(const QImage& picture) const
     if (picture.isNull()) {
         throw Failure(NoOutput, QStringLiteral("the picture could not be drawn"));
     }
-    QBuffer content;
-    content.open(QIODevice::WriteOnly);
-    OruFileWriter file(options_.outFile);
-    if (!picture.save(&content, "PNG") || !file.replace(content.data())) {
-        throw Failure(NoOutput, file.error());
+    hostkit::PictureWriter writer(options_.outFile);
+    writer.setText(QStringLiteral("Title"), titleOf(options_.models));
+    writer.setText(QStringLiteral("Software"), QStringLiteral("Kelvar view " KELVAR_VERSION));
+    writer.setDotsPerInch(options_.dotsPerInch > 0
+                              ? options_.dotsPerInch
+                              : hostkit::PictureWriter::usualDotsPerInch * options_.overlayScale);
+    QString error;
+    if (!writer.write(picture, &error)) {
+        throw Failure(NoOutput, error);
     }
     std::cout << qPrintable(QFileInfo(options_.outFile).absoluteFilePath()) << std::endl;
 }

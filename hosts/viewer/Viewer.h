@@ -6,6 +6,8 @@
 #include "hosts/host/RecordingWriter.h"
 #include "hosts/host/SceneWindow.h"
 #include "hosts/mesh/Model.h"
+#include "hosts/viewer/PipedModel.h"
+#include "hosts/viewer/StopSignals.h"
 #include "hosts/viewer/ViewerOptions.h"
 
 #include <QSize>
@@ -41,17 +43,23 @@ public:
         ExitCode code;
     };
 
-    /// Reads the recording that is to be played, if there is one. Throws Failure, or ViewerOptions::Error
-    /// when an output would overwrite an input.
+    /// Reads the recording that is to be played, if there is one. Needs a QGuiApplication. Throws Failure, or
+    /// ViewerOptions::Error when an output would overwrite an input, or a picture can have no such format.
     explicit Viewer(const ViewerOptions& options);
 
-    /// Needs a QGuiApplication that GlPlatform has prepared. Throws Failure.
+    /// Needs a QGuiApplication that GlPlatform has prepared. Of several pictures it tells each failure and
+    /// answers the highest code. Throws Failure.
     ExitCode run();
 
 private:
-    ExitCode makePicture();
+    ExitCode makePictures();
+    ExitCode makeEachPicture();
+    ExitCode tryPicture();
+    void makePicture();
     ExitCode showWindow();
     void startSession(hostkit::SceneWindow& view, const std::vector<hostkit::Model>& models);
+    void checkPictures() const;
+    QStringList modelFiles(std::optional<PipedModel>& piped, const StopSignals& stop) const;
     std::vector<hostkit::Model> loadModels() const;
     bool checkSettings(hostkit::HostScene& host) const;
     Failure badSetting(std::size_t index, const QString& reason) const;

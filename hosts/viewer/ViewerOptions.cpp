@@ -1,21 +1,26 @@
 #include "hosts/viewer/ViewerOptions.h"
 
 #include "hosts/host/HostScene.h"
+#include "hosts/host/PictureOptions.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
 
 using hostkit::InputNames;
+using hostkit::PictureOptions;
 
 namespace {
 
 constexpr int mostPixels = 65536;
 constexpr int mostWheelSteps = 1000;
+constexpr int mostDotsPerInch = 100000;
+constexpr int mostSuffixCharacters = 16;
 
 [[noreturn]] void fail(const QString& text)
 {
@@ -94,9 +99,56 @@ void readSetting(ViewerOptions& options, const QStringList& values)
     options.settings.push_back(*setting);
 }
 
+int readWhole(const QString& text, int most, const char* what)
+{
+    bool good = false;
+    const int number = text.toInt(&good);
+    if (!good || number < 1 || number > most) {
+        fail(QStringLiteral("\"%1\" is not a number of %2 from 1 to %3")
+                 .arg(text, QLatin1String(what))
+                 .arg(most));
+    }
+    return number;
+}
+
+void readSamples(ViewerOptions& options, const QStringList& values)
+{
+    options.samples = readWhole(values[0], PictureOptions::mostSamples, "samples");
+}
+
+void readDotsPerInch(ViewerOptions& options, const QStringList& values)
+{
+    options.dotsPerInch = readWhole(values[0], mostDotsPerInch, "pixels an inch");
+}
+
+void readOverlayScale(ViewerOptions& options, const QStringList& values)
+{
+    constexpr double least = PictureOptions::smallestOverlayScale;
+    constexpr double most = PictureOptions::largestOverlayScale;
+    bool good = false;
+    options.overlayScale = values[0].toDouble(&good);
+    if (!good || !(options.overlayScale >= least && options.overlayScale <= most)) {
+        fail(QStringLiteral("\"%1\" is not a scale from %2 to %3").arg(values[0]).arg(least).arg(most));
+    }
+}
+
+void readFormat(ViewerOptions& options, const QStringList& values)
+{
+    const QString& suffix = values[0];
+    const bool good = suffix.size() <= mostSuffixCharacters &&
+                      std::all_of(suffix.begin(), suffix.end(),
+                                  [](QChar c) { return c.unicode() < 128 && c.isLetterOrNumber(); });
+    if (!good) {
+        fail(QStringLiteral("\"%1\" is not a suffix such as stl").arg(suffix));
+    }
+    options.format = suffix.toLower();
+}
+
 struct Option
 {
     const char* name;
+    /// A second name of one letter; empty: none.
+    const char* letter;
     /// How many values follow, and what the help calls them.
     int count;
     const char* values;
@@ -104,29 +156,41 @@ struct Option
     void (*read)(ViewerOptions&, const QStringList&);
 };
 
-const std::array<Option, 13> optionTable = {{
-    {"--size", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
-    {"--position", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit", readPosition},
-    {"--drag", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
+const Option optionTable[] = {
+    {"--size", "", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
+    {"--position", "", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit",
+     readPosition},
+    {"--drag", "", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
      "drag with {buttons}, and {modifiers}; pixels from the upper left", readDrag},
-    {"--wheel", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
-    {"--state", 1, "FILE", "load settings and view from a file",
+    {"--wheel", "", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
+    {"--state", "", 1, "FILE", "load settings and view from a file",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
-    {"--save-state", 1, "FILE", "save settings and view to a file at the end",
+    {"--save-state", "", 1, "FILE", "save settings and view to a file at the end",
      [](ViewerOptions& o, const QStringList& v) { o.saveStateFile = v[0]; }},
-    {"--set", 1, "PATH/KEY=VALUE", "set a property, such as render/textInfo=true", readSetting},
-    {"--out", 1, "PNG", "write a picture instead of opening a window",
+    {"--set", "", 1, "PATH/KEY=VALUE", "set a property, such as render/textInfo=true", readSetting},
+    {"--no-triad", "", 0, "", "leave the axes in the corner out",
+     [](ViewerOptions& o, const QStringList&) { o.withTriad = false; }},
+    {"--out", "", 1, "FILE", "write a PNG, JPEG, WebP or TIFF picture instead of opening a window",
      [](ViewerOptions& o, const QStringList& v) { o.outFile = v[0]; }},
-    {"--record", 1, "FILE", "record what is done to the view, one event a line",
+    {"--samples", "", 1, "N", "samples of a pixel, which smooth edges; 8 in a picture unless given",
+     readSamples},
+    {"--transparent", "", 0, "", "leave the background of the picture out",
+     [](ViewerOptions& o, const QStringList&) { o.transparent = true; }},
+    {"--overlay-scale", "", 1, "N", "draw triad and images of the picture N times their size",
+     readOverlayScale},
+    {"--dpi", "", 1, "N", "pixels an inch that the picture tells, 96 times the scale unless given",
+     readDotsPerInch},
+    {"--format", "", 1, "SUFFIX", "format of the MODEL - , such as stl", readFormat},
+    {"--record", "", 1, "FILE", "record what is done to the view, one event a line",
      [](ViewerOptions& o, const QStringList& v) { o.recordFile = v[0]; }},
-    {"--replay", 1, "FILE", "play a recording in a hidden window; --size may differ from its own",
+    {"--replay", "", 1, "FILE", "play a recording in a hidden window; --size may differ from its own",
      [](ViewerOptions& o, const QStringList& v) { o.replayFile = v[0]; }},
-    {"--default-model", 1, "FILE", "the model to show when no MODEL is named",
+    {"--default-model", "", 1, "FILE", "the model to show when no MODEL is named",
      [](ViewerOptions& o, const QStringList& v) { o.defaultModel = v[0]; }},
-    {"--help", 0, "", "tell this", [](ViewerOptions& o, const QStringList&) { o.showHelp = true; }},
-    {"--version", 0, "", "tell the version",
+    {"--help", "-h", 0, "", "tell this", [](ViewerOptions& o, const QStringList&) { o.showHelp = true; }},
+    {"--version", "", 0, "", "tell the version",
      [](ViewerOptions& o, const QStringList&) { o.showVersion = true; }},
-}};
+};
 
 /// Takes the option at the head of `rest`, and its values, off the list.
 void readOption(ViewerOptions& options, QStringList& rest)
@@ -137,9 +201,10 @@ void readOption(ViewerOptions& options, QStringList& rest)
         name = joined->first;
         values.append(joined->second);
     }
-    const auto option = std::find_if(optionTable.begin(), optionTable.end(),
-                                     [&](const Option& row) { return name == QLatin1String(row.name); });
-    if (option == optionTable.end()) {
+    const auto option = std::find_if(std::begin(optionTable), std::end(optionTable), [&](const Option& row) {
+        return name == QLatin1String(row.name) || name == QLatin1String(row.letter);
+    });
+    if (option == std::end(optionTable)) {
         fail(QStringLiteral("there is no option %1").arg(name));
     }
     while (values.size() < option->count && !rest.isEmpty()) {
@@ -160,6 +225,70 @@ QString identity(const QString& file)
         return info.isFile() ? info.canonicalFilePath() : QString();
     }
     return file.isEmpty() ? QString() : QDir::cleanPath(info.absoluteFilePath());
+}
+
+/// The name of the model's file, without folder and suffix; all of it where there is nothing before the
+/// suffix.
+QString nameOf(const QString& model)
+{
+    if (model == QLatin1String(ViewerOptions::standardInput)) {
+        return QLatin1String(ViewerOptions::standardInputName);
+    }
+    const QFileInfo info(model);
+    return info.completeBaseName().isEmpty() ? info.fileName() : info.completeBaseName();
+}
+
+/// The files that are read and written, each once.
+class TakenFiles
+{
+public:
+    void read(const QString& file) { takers_.insert(identity(file), QString()); }
+
+    /// `model` is what it is written for. Throws ViewerOptions::Error if the file is taken.
+    void write(const char* option, const QString& file, const QString& model)
+    {
+        const QString name = identity(file);
+        if (name.isEmpty()) {
+            return;
+        }
+        const QString output = QLatin1String(option) + QLatin1Char(' ') + file;
+        const auto taker = takers_.constFind(name);
+        if (taker != takers_.constEnd() && !taker->isNull() && *taker != model) {
+            fail(QStringLiteral("%1 would be written for %2 and for %3").arg(output, *taker, model));
+        }
+        if (taker != takers_.constEnd()) {
+            fail(output + QStringLiteral(" would overwrite a file that is named as something else, too"));
+        }
+        takers_.insert(name, model);
+    }
+
+private:
+    /// The model that a file is written for, by the file's identity; a null text: it is read.
+    QHash<QString, QString> takers_;
+};
+
+/// Throws ViewerOptions::Error where options do not go together.
+void checkTogether(const ViewerOptions& options)
+{
+    const auto piped = options.models.count(QLatin1String(ViewerOptions::standardInput));
+    const struct
+    {
+        bool wrong;
+        const char* reason;
+    } rows[] = {
+        {options.transparent && options.outFile.isEmpty(), "--transparent needs --out"},
+        {options.overlayScale != 1.0 && options.outFile.isEmpty(), "--overlay-scale needs --out"},
+        {options.dotsPerInch != 0 && options.outFile.isEmpty(), "--dpi needs --out"},
+        {piped > 0 && options.format.isEmpty(), "the MODEL - needs --format, such as --format stl"},
+        {piped == 0 && !options.format.isEmpty(), "--format needs the MODEL -"},
+        {piped > 1, "the MODEL - can be read once only"},
+        {piped > 0 && !options.recordFile.isEmpty(), "--record cannot tell where the MODEL - is"},
+    };
+    for (const auto& row : rows) {
+        if (row.wrong) {
+            fail(QLatin1String(row.reason));
+        }
+    }
 }
 
 /// What there is to write or do, and behind it, or on a line of its own below, what it is for.
@@ -195,35 +324,58 @@ ViewerOptions ViewerOptions::parse(const QStringList& arguments)
         !options.showVersion) {
         fail(QStringLiteral("no MODEL is named"));
     }
+    checkTogether(options);
     return options;
+}
+
+bool ViewerOptions::onePictureEach() const
+{
+    return outFile.contains(QLatin1String(namePattern));
+}
+
+std::vector<ViewerOptions> ViewerOptions::eachPicture() const
+{
+    if (!onePictureEach()) {
+        return {*this};
+    }
+    std::vector<ViewerOptions> each;
+    for (const QString& model : models) {
+        ViewerOptions one = *this;
+        one.models = QStringList(model);
+        for (QString* const file : {&one.outFile, &one.saveStateFile, &one.recordFile}) {
+            file->replace(QLatin1String(namePattern), nameOf(model));
+        }
+        each.push_back(one);
+    }
+    return each;
 }
 
 void ViewerOptions::checkOutputs() const
 {
-    QStringList taken;
+    TakenFiles taken;
     for (const QString& input : models + QStringList{stateFile, replayFile}) {
-        taken.append(identity(input));
+        taken.read(input);
     }
-    const std::pair<const char*, QString> outputs[] = {
-        {"--save-state", saveStateFile}, {"--out", outFile}, {"--record", recordFile}};
-    for (const auto& [option, file] : outputs) {
-        const QString name = identity(file);
-        if (!name.isEmpty() && taken.contains(name)) {
-            fail(QStringLiteral("%1 %2 would overwrite a file that is named as something else, too")
-                     .arg(QLatin1String(option), file));
+    for (const ViewerOptions& one : eachPicture()) {
+        const std::pair<const char*, QString> outputs[] = {
+            {"--save-state", one.saveStateFile}, {"--out", one.outFile}, {"--record", one.recordFile}};
+        for (const auto& [option, file] : outputs) {
+            taken.write(option, file, one.models.value(0));
         }
-        taken.append(name);
     }
 }
 
 QString ViewerOptions::help()
 {
     QString text = QStringLiteral("Usage: view MODEL... [options]\n\n"
-                                  "Shows models of any format that assimp reads.\n\n");
+                                  "Shows models of any format that assimp reads; the MODEL - is read from\n"
+                                  "standard input.\n\n");
     for (const Option& option : optionTable) {
-        text +=
-            helpLine(QStringLiteral("%1 %2").arg(QLatin1String(option.name), QLatin1String(option.values)),
-                     option.help);
+        const QString letter =
+            *option.letter ? QStringLiteral("%1, ").arg(QLatin1String(option.letter)) : QString();
+        text += helpLine(
+            letter + QStringLiteral("%1 %2").arg(QLatin1String(option.name), QLatin1String(option.values)),
+            option.help);
     }
     const QString word = QStringLiteral("or");
     text.replace(QStringLiteral("{buttons}"), InputNames::buttonList(word));
@@ -231,10 +383,14 @@ QString ViewerOptions::help()
     text += QStringLiteral(
         "\nState and settings come first, then the position, then drags and turns of the wheel in\n"
         "their order, then a recording. A recording says itself which models it shows, unless MODEL does.\n\n"
-        "What is read must be a regular file. What is written may be a pipe or a device, too, but no\n"
-        "file that is also read; a file that cannot be written whole stays as it was. Reading a model\n"
-        "may take 3 seconds of processor time and 30 by the clock, and one more of each for each\n"
-        "megabyte; half of the memory that is available, and its parts an eighth of it.\n\n"
+        "All models are in one picture, unless --out holds {name}, as in --out thumbs/{name}.png: then\n"
+        "each model gets a picture of its own, named after its file, and --save-state and --record may hold\n"
+        "{name}, too. A model that cannot be shown is told, and the others go on.\n\n"
+        "What is read must be a regular file; standard input may bring 1 GiB. What is written may be a\n"
+        "pipe or a device, too, but no file that is also read; a file that cannot be written whole stays\n"
+        "as it was. Reading a model may take 3 seconds of processor time and 30 by the clock, and one\n"
+        "more of each for each megabyte; half of the memory that is available, and its parts an eighth\n"
+        "of it.\n\n"
         "In the window:\n");
     for (const InputNames::Gesture& gesture : InputNames::gestures) {
         text += helpLine(InputNames::text(gesture), gesture.effect);
@@ -244,6 +400,6 @@ QString ViewerOptions::help()
     }
     text += QStringLiteral(
         "\nExit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
-        "display or the output cannot be written, 130 stopped.\n");
+        "display or the output cannot be written, 130 stopped. Of several pictures the highest one.\n");
     return text;
 }

@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -42,9 +43,26 @@ struct ViewerOptions
     /// Reads the arguments behind the program's name. Throws Error.
     static ViewerOptions parse(const QStringList& arguments);
 
-    /// Throws Error when a file would be written that is also read, or two outputs would be one file. What is
-    /// no regular file, such as /dev/null, may be named any number of times.
+    /// Throws Error when a file would be written that is also read, or two outputs would be one file, be it
+    /// those of two models. What is no regular file, such as /dev/null, may be named any number of times.
     void checkOutputs() const;
+
+    /// Whether each model gets a picture of its own: --out holds namePattern.
+    bool onePictureEach() const;
+
+    /// What is to be done for each model on its own if each gets a picture, with its name in the outputs;
+    /// else these options alone.
+    std::vector<ViewerOptions> eachPicture() const;
+
+    /// A model that comes in on standard input, and the name that it has there.
+    static constexpr const char* standardInput = "-";
+    static constexpr const char* standardInputName = "stdin";
+
+    /// In the name of a picture: the name of the model's file, without folder and suffix.
+    static constexpr const char* namePattern = "{name}";
+
+    /// Samples of a picture's pixel, unless a number is given.
+    static constexpr int usualSamples = 8;
 
     /// The text for --help.
     static QString help();
@@ -62,6 +80,15 @@ struct ViewerOptions
     QString stateFile;
     QString saveStateFile;
     QString outFile;
+    /// Nothing: usualSamples in a picture, in a window what the machine draws without effort.
+    std::optional<int> samples;
+    bool transparent = false;
+    double overlayScale = 1.0;
+    /// Resolution of a picture in pixels an inch; 0: not given.
+    int dotsPerInch = 0;
+    /// Suffix that tells the format of what comes in on standard input; empty: not given.
+    QString format;
+    bool withTriad = true;
     /// Where the session is recorded to, and the recording that is played; empty: none.
     QString recordFile;
     QString replayFile;

@@ -21,6 +21,7 @@ TEST(ViewerOptions, ReadsEveryOption)
     EXPECT_EQ(parse("--default-model d.glb m.stl").models, QStringList("m.stl"));
     EXPECT_EQ(parse("--default-model d.glb --replay r").models, QStringList()) << "it names its own";
     EXPECT_TRUE(parse("--help").showHelp);
+    EXPECT_TRUE(parse("-h").showHelp);
     EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =
         parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
@@ -42,6 +43,50 @@ TEST(ViewerOptions, ReadsEveryOption)
     ASSERT_EQ(options.settings.size(), 2u);
     EXPECT_EQ(options.settings[1], std::make_pair(QStringLiteral("zpr/zoomMove"), QStringLiteral("a=b")));
     EXPECT_EQ(options.outFile, "p.png");
+    EXPECT_FALSE(options.samples || options.transparent || !options.withTriad || options.dotsPerInch > 0);
+    const ViewerOptions picture = parse("- --format STL --out p.png --samples 64 --transparent --no-triad "
+                                        "--overlay-scale 2.5 --dpi 300");
+    EXPECT_EQ(picture.models, QStringList("-"));
+    EXPECT_EQ(picture.format, "stl");
+    EXPECT_EQ(picture.samples, 64);
+    EXPECT_TRUE(picture.transparent && !picture.withTriad);
+    EXPECT_EQ(picture.overlayScale, 2.5);
+    EXPECT_EQ(picture.dotsPerInch, 300);
+}
+
+TEST(ViewerOptions, NamesThePictureOfEachModel)
+{
+    const auto each =
+        parse("a/x.v2.stl .glb - --format ply --out o/{name}.png --save-state {name}").eachPicture();
+    const char* const names[] = {"x.v2", ".glb", "stdin"};
+    ASSERT_EQ(each.size(), 3u);
+    for (std::size_t i = 0; i < each.size(); ++i) {
+        EXPECT_EQ(each[i].models.size(), 1);
+        EXPECT_EQ(each[i].outFile, QStringLiteral("o/%1.png").arg(names[i]));
+        EXPECT_EQ(each[i].saveStateFile, names[i]);
+    }
+    EXPECT_EQ(parse("a b --out p.png --save-state {name}").eachPicture().size(), 1u);
+    const struct
+    {
+        const char* line;
+        const char* reason;
+    } rows[] = {
+        {"a/x.stl b/x.obj --out {name}.png", "--out x.png would be written for a/x.stl and for b/x.obj"},
+        {"x.stl x.stl --out {name}.png", "--out x.png would overwrite"},
+        {"a b --out {name}.png --save-state s", "--save-state s would be written for a and for b"},
+        {"a b --out {name}.png --record ./a.png", "--record ./a.png would overwrite"},
+        {"a a.png --out {name}.png", "--out a.png would overwrite"},
+        {"a b --out {name}.png --save-state /dev/null", ""},
+    };
+    for (const auto& row : rows) {
+        try {
+            parse(row.line).checkOutputs();
+            EXPECT_STREQ(row.reason, "") << row.line;
+        } catch (const ViewerOptions::Error& error) {
+            EXPECT_THAT(error.what(), testing::StartsWith(row.reason)) << row.line;
+            EXPECT_STRNE(row.reason, "") << error.what();
+        }
+    }
 }
 
 TEST(ViewerOptions, HelpAndManualTellEveryGesture)
@@ -84,6 +129,19 @@ TEST(ViewerOptions, SaysWhatIsWrong)
         {"m --set a/b", "path/key=value"},
         {"m --set =b", "path/key=value"},
         {"--help=1", "--help takes no value"},
+        {"m --out p --samples 0", "\"0\" is not a number of samples from 1 to 64"},
+        {"m --out p --samples 65", "samples from 1 to 64"},
+        {"m --out p --dpi x", "pixels an inch from 1 to"},
+        {"m --out p --overlay-scale 15", "is not a scale from 0.5 to 14"},
+        {"m --out p --overlay-scale nan", "is not a scale"},
+        {"m --overlay-scale 2", "--overlay-scale needs --out"},
+        {"m --transparent", "--transparent needs --out"},
+        {"m --dpi 9", "--dpi needs --out"},
+        {"-", "the MODEL - needs --format"},
+        {"m --format stl", "--format needs the MODEL -"},
+        {"- --format ../x", "is not a suffix"},
+        {"- - --format stl", "can be read once only"},
+        {"- --format stl --record r", "--record cannot tell"},
     };
     for (const auto& row : rows) {
         try {

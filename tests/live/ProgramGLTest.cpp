@@ -49,7 +49,7 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
         int code;
         const char* reason;
     } rows[] = {
-        {"$V model.stl --out ''", 1, "--out needs PNG"},
+        {"$V model.stl --out ''", 1, "--out needs FILE"},
         {"$V model.stl --out ./link", 1, "--out ./link would overwrite"},
         {"$V --replay session --save-state session", 1, "--save-state session would overwrite"},
         {"$V --replay session --record model.stl", 1, "--record model.stl would overwrite"},
@@ -64,6 +64,10 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
         {"(ulimit -f 1; trap '' XFSZ; $V model.stl --drag left 0,0 99,99 --drag left 0,0 99,99 --record half"
          " --out >(cat >/dev/null)); code=$?; $V --replay half && exit $code",
          3, "recording has stopped: half: File too large"},
+        {"$V missing.stl --out new.xyz", 1, "new.xyz: a picture is written as png, jpg"},
+        {"$V missing.stl --out new.jpg --transparent", 1, "nothing is transparent in a jpg file"},
+        {"$V - --format stl --out new <&-", 2, "view: standard input: the file is empty"},
+        {"TMPDIR=. $V - --format stl --out new <$M && test -s new && ! ls -d kelvar-view-* 2>&1", 0, ""},
         {"DISPLAY=:4711 $V model.stl --out new", 3, "the display \":4711\" cannot be reached"},
         {"$V model.stl --out new >&-; code=$?; test -s new && exit $code", 0, ""},
         {"cat pipe >got & $V model.stl --out pipe && wait && test -p pipe && grep -q PNG got", 0, ""},
@@ -75,8 +79,37 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
     }
 }
 
+TEST_F(Program, AModelThatFailsLosesNoOther)
+{
+    ASSERT_EQ(run("cp $M a.stl; cp $M c.stl; cp $M d.stl; printf junk >b.stl; mkdir d.png;"
+                  "$V a.stl b.stl c.stl d.stl --out {name}.png --save-state {name}.json --size 99x80"),
+              3)
+        << said;
+    EXPECT_THAT(said, testing::ContainsRegex("1 of 4 a.stl\n2 of 4 b.stl\nview: b.stl: .*\n3 of 4 c.stl\n"
+                                             "4 of 4 d.stl\nview: d.png: "));
+    EXPECT_EQ(
+        run("$V b.stl c.stl --out {name}.png && exit 9; test $? = 2 && test -s a.png && test -s c.png &&"
+            "test -s c.json && ! test -e b.png"),
+        0);
+}
+
+TEST_F(Program, LeavesTheTriadOut)
+{
+    ASSERT_EQ(run("$V $M --out a.png --save-state a.json && $V $M --out b.png --state a.json --no-triad"
+                  " --save-state b.json"),
+              0);
+    EXPECT_EQ(run("grep -q vis.triad a.json && ! grep -q vis.triad b.json && ! cmp -s a.png b.png"), 0);
+}
+
 TEST_F(Program, StopsLoadingAtTheFirstSignal)
 {
+    EXPECT_EQ(
+        run("mkdir tmp; mkfifo open; exec 3<>open; export TMPDIR=tmp; $V - --format stl --out new <open &"
+            "until ls tmp/*/stdin.stl >/dev/null 2>&1; do sleep 0.1; done; kill -TERM $!; wait $!; code=$?;"
+            "ls tmp/*/* >&2; exit $code"),
+        130);
+    EXPECT_THAT(said, HasSubstr("loading was stopped"));
+    EXPECT_THAT(said, testing::Not(HasSubstr("stdin")));
     // So long that reading it would take 33 seconds until it is given up.
     EXPECT_EQ(
         run("(printf 'ply\\nformat ascii 1.0\\nelement vertex 9\\n'; printf '%30000000s' ' ') >endless.ply;"

@@ -8,11 +8,28 @@ namespace {
 using Kelvar::Math::Vector3;
 
 /// Pixels between the end of an axis and its label, and between the triad and the isometric label.
-constexpr float gap = 3.0f;
+constexpr double usualGap = 3.0;
 
 /// What a label's box has around its text, in pixels.
-constexpr int sidePadding = 4;
-constexpr int edgePadding = 1;
+constexpr double sidePadding = 4.0;
+constexpr double edgePadding = 1.0;
+
+/// The distances are for texts up to that height in pixels; they grow with larger ones.
+constexpr int usualTextHeight = 17;
+
+double growthFor(const std::array<QSize, OruVisTriadLayout::labelCount>& texts)
+{
+    int height = usualTextHeight;
+    for (const QSize& text : texts) {
+        height = std::max(height, text.height());
+    }
+    return static_cast<double>(height) / usualTextHeight;
+}
+
+int grown(double pixels, double growth)
+{
+    return static_cast<int>(std::lround(pixels * growth));
+}
 
 /// Twice the extent from the center of a box in a direction of any length but 0.
 double reachOf(const QSize& box, double x, double y)
@@ -40,6 +57,7 @@ double middle(double extent, double available, double margin, bool low, bool hig
 } // namespace
 
 OruVisTriadLayout::OruVisTriadLayout(const Request& request)
+    : growth_(growthFor(request.texts))
 {
     const Vector3 units[] = {Kelvar::Math::VectorX, Kelvar::Math::VectorY, Kelvar::Math::VectorZ};
     std::transform(std::begin(units), std::end(units), axes_.begin(),
@@ -52,13 +70,13 @@ OruVisTriadLayout::OruVisTriadLayout(const Request& request)
     hideCovered();
 }
 
-QSize OruVisTriadLayout::boxSize(const QSize& text)
+QSize OruVisTriadLayout::boxSize(const QSize& text) const
 {
     if (text.isEmpty()) {
         return QSize(0, 0);
     }
-    const int height = text.height() + 2 * edgePadding;
-    return QSize(std::max(height, text.width() + 2 * sidePadding), height);
+    const int height = text.height() + 2 * grown(edgePadding, growth_);
+    return QSize(std::max(height, text.width() + 2 * grown(sidePadding, growth_)), height);
 }
 
 bool OruVisTriadLayout::place(const Request& request)
@@ -68,6 +86,7 @@ bool OruVisTriadLayout::place(const Request& request)
         largest = largest.expandedTo(boxSize(request.texts[static_cast<std::size_t>(i)]));
     }
     const QSize isometric = boxSize(request.texts[Isometric]);
+    const double gap = usualGap * growth_;
     const double below = isometric.isEmpty() ? 0.0 : isometric.height() + gap;
     // What lies around the tips of the axes, a pixel for rounding included, and so the longest axis for half
     // of the viewport.
@@ -99,7 +118,7 @@ void OruVisTriadLayout::addAxisLabels(const Request& request)
         const float sign = i < 3 ? 1.0f : -1.0f;
         const Vector3 direction = sign * axis(i % 3);
         const QSize size = boxSize(request.texts[static_cast<std::size_t>(i)]);
-        const double radius = length_ + gap + reachOf(size, direction.x, direction.y) / 2.0;
+        const double radius = length_ + usualGap * growth_ + reachOf(size, direction.x, direction.y) / 2.0;
         const QRect box = boxAt(center_.x() + radius * direction.x, center_.y() + radius * direction.y, size);
         labels_.push_back({i, box, direction.z, !size.isEmpty()});
     }

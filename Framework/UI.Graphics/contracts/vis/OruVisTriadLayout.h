@@ -63,12 +63,14 @@ public:
     const std::vector<Label>& labels() const { return labels_; }
 
 private:
-    static QSize boxSize(const QSize& text);
+    QSize boxSize(const QSize& text) const;
     bool place(const Request& request);
     void addAxisLabels(const Request& request);
     void addIsometric(const Request& request);
     void hideCovered();
 
+    /// Of the distances around the texts.
+    double growth_;
     float length_ = 0.0f;
     QPointF center_;
     double lowestRow_ = 0.0;
