@@ -183,7 +183,7 @@ QImage HostScene::capture(OruSceneEventContext shot, const QSize& pixels, const 
         return scene_.drawGl(shot, image) ? image : QImage();
     }
     stale_ = true; // until the window is drawn again
-    const QImage image = PictureMaker(scene_, shot).make(options);
+    QImage image = PictureMaker(scene_, shot).make(options);
     draw();
     return image;
 }

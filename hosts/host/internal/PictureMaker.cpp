@@ -73,6 +73,7 @@ std::vector<QPointF> PictureMaker::positions(int samples)
     std::sort(columns.begin(), columns.end(), [&](int a, int b) { return multiple(a) < multiple(b); });
     const auto middle = [&](int cell) { return (cell + 0.5) / samples - 0.5; };
     std::vector<QPointF> found;
+    found.reserve(columns.size());
     for (int row = 0; row < samples; ++row) {
         found.emplace_back(middle(columns[static_cast<std::size_t>(row)]), middle(row));
     }
