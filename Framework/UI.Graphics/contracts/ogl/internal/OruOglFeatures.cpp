@@ -24,6 +24,9 @@ constexpr int never = 1000;
 constexpr Feature samplerObjects{"GL_ARB_sampler_objects", 33, 0};
 constexpr Feature programPipelines{"GL_ARB_separate_shader_objects", 41, 0};
 
+constexpr Feature anisotropicFilter{"GL_EXT_texture_filter_anisotropic", 46,
+                                    GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT};
+
 constexpr Feature textureTargets[] = {
     {"", 0, GL_TEXTURE_1D},
     {"", 0, GL_TEXTURE_2D},
@@ -95,6 +98,9 @@ OruOglFeatures featuresToldBy(const Texts& texts)
     features.capabilities = present(capabilities, texts);
     features.textureUnits = std::max(number(GL_MAX_TEXTURE_UNITS), 1);
     features.clipPlanes = number(GL_MAX_CLIP_PLANES);
+    if (texts.tell(anisotropicFilter)) {
+        glGetFloatv(anisotropicFilter.capability, &features.anisotropy);
+    }
     return features;
 }
 
