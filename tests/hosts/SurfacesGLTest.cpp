@@ -243,6 +243,19 @@ TEST_F(SurfacesGLTest, DrawsGlassFromBackToFrontOverAllThatIsSolid)
     EXPECT_TRUE(alike(middle(host.picture(gl.size())), wanted)) << "a capture";
 }
 
+TEST_F(SurfacesGLTest, ShowsTheInsideOfWhatIsCutOpen)
+{
+    MeshSource source = cubeSource();
+    source.material.alpha = Alpha::CutOut;
+    for (const Vector3& position : source.positions) {
+        source.colors.push_back(bytesOf(position.y > 0.0f ? QColor(Qt::blue) : QColor(255, 0, 0, 0)));
+    }
+    MeshVisualization& part = add(source);
+    ASSERT_TRUE(part.mesh().closed);
+    EXPECT_EQ(middle(shownFrom("-y")), QColor(Qt::blue));
+    EXPECT_EQ(hitAt(200, 150), &part);
+}
+
 TEST_F(SurfacesGLTest, PicksThroughHolesJustWhereTheyShow)
 {
     QImage holes(8, 8, QImage::Format_ARGB32);
@@ -286,16 +299,19 @@ TEST_F(SurfacesGLTest, SharesATextureAmongPartsAndLetsItGo)
         shownFrom("-y");
         return GlRecorder::instance().liveObjects();
     };
-    add(cardSource(Qt::white));
+    add(cardSource(Qt::white), Matrix::translate(Vector3(0, 1, 0)));
     const int before = objects();
     MeshSource source = cardSource(Qt::white);
-    source.material.texture = plainTexture(Qt::blue);
-    const Matrix nearer = Matrix::translate(Vector3(0, -1, 0));
+    source.material.texture = plainTexture(QColor(60, 60, 120));
+    const Matrix nearer = Matrix::translate(Vector3(0.5f, -1, 0));
     MeshVisualization* const parts[] = {&add(source, nearer), &add(source)};
     EXPECT_EQ(objects(), before + 3) << "two meshes and a texture";
+    list()["lights"]->setValue("visible", "true");
+    const QImage plain = shownFrom("-y");
     parts[0]->marked.setValue(true);
-    const QColor marked = middle(shownFrom("-y"));
-    EXPECT_GT(marked.red(), marked.blue()) << "a mark shows through";
+    const QImage marked = shownFrom("-y");
+    EXPECT_GT(middle(marked).red(), 100) << "a mark shows through";
+    EXPECT_EQ(marked.pixelColor(70, 150), plain.pixelColor(70, 150)) << "the other part, drawn after it";
     for (MeshVisualization* const part : parts) {
         list().erase(part);
     }
