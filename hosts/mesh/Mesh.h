@@ -15,7 +15,7 @@ struct Mesh : Shape
 {
     uint32_t triangleCount() const { return static_cast<uint32_t>(indices.size() / 3); }
 
-    /// One for each position, or none where the material has no texture.
+    /// One for each position, all finite, and the material has a texture; or none: it is not textured.
     std::vector<TexturePoint> texturePoints;
 
     /// Three a triangle, counter-clockwise seen from outside; all below the number of positions.

@@ -44,6 +44,11 @@ bool hasBadNormal(const std::vector<Vector3>& normals)
                        [](const Vector3& normal) { return unit(normal) == Vector3(); });
 }
 
+bool isBroken(const TexturePoint& point)
+{
+    return !std::isfinite(point.s) || !std::isfinite(point.t);
+}
+
 /// One mesh in the making.
 class MeshWork
 {
@@ -82,6 +87,10 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
 {
     mesh_->name = source_.name;
     mesh_->material = source_.material;
+    if (!mesh_->material.texture || source_.texturePoints.size() != source_.positions.size()) {
+        source_.texturePoints.clear();
+    }
+    std::replace_if(source_.texturePoints.begin(), source_.texturePoints.end(), isBroken, TexturePoint());
 }
 
 std::shared_ptr<const Mesh> MeshWork::run()
@@ -180,11 +189,13 @@ uint32_t MeshWork::vertexFor(uint32_t corner, const Vector3& normal, std::size_t
 {
     const uint32_t old = source_.indices[corner];
     const bool colored = !source_.colors.empty();
+    const bool textured = !source_.texturePoints.empty();
     std::size_t vertex = mesh_->positions.size();
     const std::size_t last = vertex > mostComparedVertices ? vertex - mostComparedVertices : 0;
     while (vertex > std::max(firstAtPoint, last)) {
         --vertex;
-        if (mesh_->normals[vertex] == normal && (!colored || mesh_->colors[vertex] == source_.colors[old])) {
+        if (mesh_->normals[vertex] == normal && (!colored || mesh_->colors[vertex] == source_.colors[old]) &&
+            (!textured || mesh_->texturePoints[vertex] == source_.texturePoints[old])) {
             return static_cast<uint32_t>(vertex);
         }
     }
@@ -192,6 +203,9 @@ uint32_t MeshWork::vertexFor(uint32_t corner, const Vector3& normal, std::size_t
     mesh_->normals.push_back(normal);
     if (colored) {
         mesh_->colors.push_back(source_.colors[old]);
+    }
+    if (textured) {
+        mesh_->texturePoints.push_back(source_.texturePoints[old]);
     }
     mesh_->bounds.add(source_.positions[old]);
     return static_cast<uint32_t>(mesh_->positions.size() - 1);

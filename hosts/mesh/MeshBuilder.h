@@ -12,6 +12,9 @@ namespace hostkit {
 /// Makes a Mesh from what a file gives: joins equal vertices, works out missing normals, finds out whether
 /// the surface is closed and builds the hierarchy for picking.
 ///
+/// Texture points are kept where the material has a texture and there is one for each position; one that is
+/// not finite becomes (0, 0).
+///
 /// Two million triangles that share nothing take about a second. Triangles with two equal corners are
 /// dropped.
 class KELVAR_MESH_API MeshBuilder

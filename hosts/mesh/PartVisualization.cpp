@@ -1,6 +1,7 @@
 #include "hosts/mesh/PartVisualization.h"
 
 #include "contracts/core/OruDebugLogger.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
 #include "contracts/debug/logger.h"
 #include "contracts/math/BoundingBox.h"
@@ -8,16 +9,19 @@
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/OruOglTransparency.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
 #include "contracts/vis/OruVisHitProperty.h"
 #include "contracts/vis/OruVisHitRecord.h"
 #include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
+#include "hosts/mesh/internal/PartBlending.h"
 #include "hosts/mesh/internal/PartEventHandler.h"
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace hostkit {
@@ -32,19 +36,66 @@ const QColor markColor(255, 140, 0);
 /// Added to what the lights give, so that a mark shows on parts with colors of their own, too.
 constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
 
+/// By hand: when the attribute stack puts materials back, some drivers miss it until the next change of them.
+class MarkGlow
+{
+public:
+    MarkGlow()
+    {
+        for (std::size_t i = 0; i < 2; ++i) {
+            glGetMaterialfv(faces[i], GL_EMISSION, before_[i]);
+        }
+        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
+    }
+    ~MarkGlow()
+    {
+        for (std::size_t i = 0; i < 2; ++i) {
+            glMaterialfv(faces[i], GL_EMISSION, before_[i]);
+        }
+    }
+    MarkGlow(const MarkGlow&) = delete;
+    MarkGlow& operator=(const MarkGlow&) = delete;
+
+private:
+    static constexpr GLenum faces[2] = {GL_FRONT, GL_BACK};
+
+    float before_[2][4] = {};
+};
+
+constexpr OruPropertyKind shares = OruPropertyKind::of<float>().from(0.0).to(1.0);
+
+float firstOpacity(const Material& material)
+{
+    return material.alpha == Material::Alpha::Blend ? static_cast<float>(material.color.alphaF()) : 1.0f;
+}
+
+bool hasAlpha(const Shape& shape)
+{
+    const auto isTransparent = [](uint32_t color) {
+        return reinterpret_cast<const uint8_t*>(&color)[3] < 255;
+    };
+    const Material& material = shape.material;
+    return material.alpha == Material::Alpha::Blend &&
+           ((material.texture && material.texture->image.hasAlphaChannel()) ||
+            std::any_of(shape.colors.begin(), shape.colors.end(), isTransparent));
+}
+
 } // namespace
 
 PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QString& type,
                                      std::shared_ptr<const Shape> shape)
     : OruVisualization(modifiedGroup, type)
     , color(*this, QStringLiteral("color"), shape->material.color, QString())
+    , opacity(*this, QStringLiteral("opacity"), firstOpacity(shape->material), QString())
     , marked(*this, QStringLiteral("marked"), false, QString())
     , movable(*this, QStringLiteral("movable"), false, QString())
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , shape_(std::move(shape))
+    , hasAlpha_(hasAlpha(*shape_))
     , handler_(boost::make_shared<PartEventHandler>(*this))
 {
     rename(shape_->name);
+    opacity.setKind(shares);
     setReach(Reach::WhenInView);
     hitProperties.insert(hitName_.value(), OruVisHitProperty(this, {}));
 }
@@ -60,13 +111,32 @@ void PartVisualization::setPlacement(const Matrix& placement)
 void PartVisualization::draw3d(const DrawContext& context)
 {
     view_ = View{context.modelView, context.projection, context.viewport};
+    if (!look().seeThrough) {
+        drawPart(context);
+    } else if (look().opacity > 0.0f && !context.defer(*this)) {
+        const OruOglTransparency state;
+        drawPart(context);
+    }
+}
+
+void PartVisualization::drawTransparent3d(const DrawContext& context)
+{
+    drawPart(context);
+}
+
+void PartVisualization::drawPart(const DrawContext& context)
+{
     if (!ready(context.geometry)) {
         return;
     }
     const Look& shown = look();
+    std::optional<PartBlending> blending;
+    if (shown.seeThrough) {
+        blending.emplace(*shape_, shown.opacity, context.cache);
+    }
+    std::optional<MarkGlow> glow;
     if (shown.marked) {
-        glPushAttrib(GL_LIGHTING_BIT);
-        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
+        glow.emplace();
     }
     if (shown.placed) {
         glPushMatrix();
@@ -78,16 +148,13 @@ void PartVisualization::draw3d(const DrawContext& context)
     if (shown.placed) {
         glPopMatrix();
     }
-    if (shown.marked) {
-        glPopAttrib();
-    }
 }
 
 OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
 {
     view_ = View{context.modelView, context.projection, context.viewport};
-    if (dragged_ != Vector3()) {
-        // It hangs on the pointer; what it is dropped on lies below.
+    if (dragged_ != Vector3() || look().opacity < leastPickedOpacity) {
+        // What is dragged hangs on the pointer; what it is dropped on lies below.
         return {};
     }
     SelectContext own(context.geometry, context.cache, context.resource, context.viewport, context.text,
@@ -132,7 +199,11 @@ const PartVisualization::Look& PartVisualization::look() const
     if (look_.revision != revision()) {
         look_.revision = revision();
         look_.marked = marked.value();
+        look_.opacity = std::max(0.0f, std::min(1.0f, opacity.value()));
+        look_.seeThrough = look_.opacity < 1.0f || hasAlpha_;
         look_.color = look_.marked ? markColor : color.value();
+        const bool blends = shape_->material.alpha == Material::Alpha::Blend;
+        look_.color.setAlphaF(blends ? look_.opacity : 1.0f);
         look_.place = placement_ * offset.value() * Matrix::translate(dragged_);
         look_.placed = look_.place != Matrix();
     }

@@ -36,8 +36,13 @@ public:
 
     ~PartVisualization() override;
 
-    /// The color where the shape has none for each vertex; key "color".
+    /// The color where the shape has none for each vertex; key "color". Its alpha plays no part.
     OruPropertyAdaptor<QColor> color;
+
+    /// How much it hides of what lies behind, 0 to 1; key "opacity". At first the alpha of a material that
+    /// blends, whose vertices and texture count besides, and 1 otherwise. Below leastPickedOpacity it cannot
+    /// be picked.
+    OruPropertyAdaptor<float> opacity;
 
     /// Shown as chosen; key "marked".
     OruPropertyAdaptor<bool> marked;
@@ -47,6 +52,9 @@ public:
 
     /// From where the model has the part to where it is shown; key "offset".
     OruPropertyAdaptor<Kelvar::Math::Matrix> offset;
+
+    /// What hides less, as a whole or at a pixel, lets a pick through to what lies behind.
+    static constexpr float leastPickedOpacity = 0.05f;
 
     const Shape& shape() const { return *shape_; }
     unsigned int hitName() const { return hitName_.value(); }
@@ -78,6 +86,7 @@ public:
     virtual Content content() const = 0;
 
     void draw3d(const DrawContext& context) override;
+    void drawTransparent3d(const DrawContext& context) override;
     OruVisHitRecordList select3d(const SelectContext& context) override;
     Kelvar::Math::BoundingBox bounds() const override;
 
@@ -97,6 +106,22 @@ protected:
         double centerDistance; ///< pixels between the hit pixel and the center of the pick window
     };
 
+    /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
+    /// the draw of a small mesh.
+    struct Look
+    {
+        std::uint64_t revision = 0;
+        bool marked = false;
+        /// It does not stand in the frame of its shape.
+        bool placed = false;
+        /// Something shines through: drawn behind all that is solid.
+        bool seeThrough = false;
+        float opacity = 1.0f;
+        /// Its alpha is what the material makes of the opacity.
+        QColor color;
+        Kelvar::Math::Matrix place;
+    };
+
     /// Named as the shape is. The shape is shared and not null.
     PartVisualization(OruModifiedGroup& modifiedGroup, const QString& type,
                       std::shared_ptr<const Shape> shape);
@@ -104,12 +129,14 @@ protected:
     /// Fills the empty buffer at the first draw. False: the GL has no room.
     virtual bool upload(OruOglMeshBuffer& buffer) = 0;
 
-    /// Draws the filled buffer; frame of the shape, color and mark are set. Leaves all state but the color as
-    /// it was.
+    /// Draws the filled buffer; frame of the shape, color, mark and, if something shines through, blending
+    /// are set. Leaves all state but the color as it was.
     virtual void drawShape(const OruOglMeshBuffer& buffer) = 0;
 
     /// Takes the frame of the shape to the window.
     View shapeView() const { return View{place() * view_.modelView, view_.projection, view_.viewport}; }
+
+    const Look& look() const;
 
     /// What of the shape lies in the pick window, in the frame of the shape.
     virtual std::optional<Hit> pickShape(const OruVisPickVolume& volume) const = 0;
@@ -125,25 +152,15 @@ private:
         QPointF way;
     };
 
-    /// What a draw needs of the properties, gathered in one place: reading them one by one costs more than
-    /// the draw of a small mesh.
-    struct Look
-    {
-        std::uint64_t revision = 0;
-        bool marked = false;
-        /// It does not stand in the frame of its shape.
-        bool placed = false;
-        QColor color;
-        Kelvar::Math::Matrix place;
-    };
-
     Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
     bool ready(OruOglGeometry& geometry);
-    const Look& look() const;
+    void drawPart(const DrawContext& context);
     const Kelvar::Math::Matrix& place() const { return look().place; }
 
     std::shared_ptr<const Shape> shape_;
     Kelvar::Math::Matrix placement_;
+    /// The material blends, and vertices or texture have alpha.
+    const bool hasAlpha_;
     OruVisHitName hitName_;
     boost::shared_ptr<PartEventHandler> handler_;
     DropListener dropListener_;

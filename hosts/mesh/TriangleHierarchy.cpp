@@ -14,6 +14,7 @@ namespace hostkit {
 namespace {
 
 using Box = TriangleHierarchy::Box;
+using Filter = TriangleHierarchy::Filter;
 using Hit = TriangleHierarchy::Hit;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
@@ -165,8 +166,10 @@ bool straddles(double a, double b, double c)
 class Query
 {
 public:
-    explicit Query(const OruVisPickVolume& volume)
+    /// `filter` may be null.
+    Query(const OruVisPickVolume& volume, const Filter* filter)
         : volume_(volume)
+        , filter_(filter)
         , columns_(windowColumns(volume))
         , sides_{above(x(), 0.0), above(y(), 0.0), below(x(), volume.width() - 1.0),
                  below(y(), volume.height() - 1.0), HalfSpace(z(), absolute(z()))}
@@ -266,17 +269,28 @@ private:
         }
         const double depth = (ofA * a.z + ofB * b.z + ofC * c.z) / sum;
         if (depth >= 0.0 && depth <= 1.0) {
-            offer(depth, column, row, triangle);
+            offer(depth, column, row, triangle, {ofA, ofB, ofC});
         }
     }
 
-    void offer(double exactDepth, int column, int row, uint32_t triangle)
+    /// The model point is the sum of the corners with those factors, divided by their sum.
+    bool isTaken(uint32_t triangle, const std::array<double, 3>& factors) const
+    {
+        if (!filter_) {
+            return true;
+        }
+        const double sum = factors[0] + factors[1] + factors[2];
+        return (*filter_)(triangle, {factors[0] / sum, factors[1] / sum, factors[2] / sum});
+    }
+
+    void offer(double exactDepth, int column, int row, uint32_t triangle,
+               const std::array<double, 3>& factors)
     {
         const double step = std::floor(exactDepth * depthSteps + 0.5);
         const Hit hit{static_cast<float>(step / depthSteps),
                       volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
                       triangle};
-        if (best_ && !isBetter(hit, *best_)) {
+        if ((best_ && !isBetter(hit, *best_)) || !isTaken(triangle, factors)) {
             return;
         }
         if (!best_ || hit.depth < best_->depth) {
@@ -297,6 +311,7 @@ private:
     }
 
     const OruVisPickVolume& volume_;
+    const Filter* filter_;
     Columns columns_;
     std::array<HalfSpace, 5> sides_;
     HalfSpace depthLimit_;
@@ -479,10 +494,20 @@ TriangleHierarchy TriangleHierarchy::build(const std::vector<Vector3>& positions
 
 std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
 {
+    return nearest(volume, nullptr);
+}
+
+std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume, const Filter& takes) const
+{
+    return nearest(volume, &takes);
+}
+
+std::optional<Hit> TriangleHierarchy::nearest(const OruVisPickVolume& volume, const Filter* filter) const
+{
     if (triangles_.empty() || volume.empty()) {
         return std::nullopt;
     }
-    Query query(volume);
+    Query query(volume, filter);
     const auto testLeaf = [&](std::size_t leaf) {
         const std::size_t last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
         for (std::size_t i = leaf * trianglesPerLeaf; i < last; ++i) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -49,6 +50,13 @@ public:
     /// then the triangle that comes first in `indices`.
     std::optional<Hit> pick(const OruVisPickVolume& volume) const;
 
+    /// Whether a triangle can be hit at a point, told by its three corners' weights, which add up to 1. What
+    /// is not taken lets the pick through.
+    using Filter = std::function<bool(uint32_t triangle, const std::array<double, 3>& weights)>;
+
+    /// The same among what `takes` takes. It is asked only where the answer would change the result.
+    std::optional<Hit> pick(const OruVisPickVolume& volume, const Filter& takes) const;
+
     /// Triangles that can be hit.
     std::size_t triangleCount() const { return triangles_.size(); }
 
@@ -60,6 +68,8 @@ public:
 
 private:
     class Builder;
+
+    std::optional<Hit> nearest(const OruVisPickVolume& volume, const Filter* filter) const;
 
     const Kelvar::Math::Vector3* positions_ = nullptr;
     const uint32_t* indices_ = nullptr;

@@ -90,7 +90,7 @@ TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
     EXPECT_EQ(round->positions.size(), 5002u) << "no creases, so one vertex a place";
 }
 
-TEST(MeshBuilder, SplitsVerticesByGivenNormalsAndColors)
+TEST(MeshBuilder, SplitsVerticesByWhatIsGivenForThem)
 {
     MeshSource source = cubeSource();
     source.normals.assign(36, Vector3(0, 0, 3));
@@ -100,6 +100,17 @@ TEST(MeshBuilder, SplitsVerticesByGivenNormalsAndColors)
     source.colors.assign(36, 0xFF0000FFu);
     source.colors[0] = 0xFFFF0000u;
     EXPECT_EQ(built(source)->positions.size(), 9u) << "one corner of another color";
+
+    source.texturePoints.resize(36);
+    source.texturePoints[1] = {1, 0};
+    EXPECT_EQ(built(source)->texturePoints.size(), 0u) << "no texture";
+    source.material.texture = std::make_shared<hostkit::Texture>();
+    EXPECT_EQ(built(source)->positions.size(), 10u);
+    EXPECT_EQ(built(source)->texturePoints.size(), 10u);
+    source.texturePoints[1].s = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(built(source)->positions.size(), 9u) << "not finite, so like the others";
+    source.texturePoints.resize(35);
+    EXPECT_EQ(built(source)->texturePoints.size(), 0u) << "one too few";
 
     source.normals[7] = Vector3();
     EXPECT_EQ(built(source)->normals[0].length(), 1.0f) << "broken normals are worked out anew";

@@ -44,7 +44,8 @@ constexpr Names drawing = {GL_CURRENT_COLOR,   GL_EDGE_FLAG,
                            GL_BLEND_EQUATION,  GL_LOGIC_OP_MODE,
                            GL_CULL_FACE_MODE,  GL_DEPTH_FUNC,
                            GL_CURRENT_PROGRAM, GL_PROGRAM_PIPELINE_BINDING,
-                           GL_ACTIVE_TEXTURE};
+                           GL_ACTIVE_TEXTURE,  GL_DEPTH_WRITEMASK,
+                           GL_BLEND_COLOR,     GL_ALPHA_TEST_REF};
 constexpr Names depthsAndBindings = {GL_ATTRIB_STACK_DEPTH,        GL_CLIENT_ATTRIB_STACK_DEPTH,
                                      GL_MODELVIEW_STACK_DEPTH,     GL_PROJECTION_STACK_DEPTH,
                                      GL_ARRAY_BUFFER_BINDING,      GL_ELEMENT_ARRAY_BUFFER_BINDING,

@@ -1,4 +1,7 @@
+#include "contracts/core/OruResource.h"
+#include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglGeometry.h"
+#include "contracts/ogl/OruOglTextureStages.h"
 
 #include "tests/ogl/OglFixture.h"
 
@@ -115,6 +118,55 @@ TEST_F(OruOglMeshBufferGLTest, ArraysAndBindingsOfTheHostStay)
     EXPECT_EQ(pixel(context.grab(), 15, 15), QColor(Qt::green)) << "not the host's color array";
     glColor4f(1, 1, 1, 1);
     EXPECT_EQ(glStateText(), before);
+}
+
+TEST_F(OruOglMeshBufferGLTest, TexturesOfImagesInMemoryLieOnSurfacesAndAreReleased)
+{
+    using Wrap = OruOglCache::Wrap;
+    const OruResource resource{QString(), QString(), QString()};
+    OruOglCache cache(resource);
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    image.setPixelColor(0, 0, Qt::red);
+    const float points[] = {0, 0, 1, 0, 1, 1, 0, 1};
+    OruOglMeshArrays arrays = square.arrays();
+    arrays.texturePoints = points;
+    const auto mesh = geometry.makeMesh();
+    ASSERT_TRUE(mesh->upload(arrays));
+    EXPECT_EQ(mesh->byteCount(), 4 * 32U + 6 * 2U);
+
+    auto texture = cache.texture(image, Wrap::Clamp, Wrap::Clamp, "picture");
+    EXPECT_EQ(cache.texture(QImage(image), Wrap::Clamp, Wrap::Clamp, "the same"), texture);
+    EXPECT_NE(cache.texture(image, Wrap::Clamp, Wrap::Repeat, "another"), texture);
+    glActiveTexture(GL_TEXTURE1);
+    glClientActiveTexture(GL_TEXTURE1);
+    const std::string before = glStateText();
+    glColor(QColor(0, 255, 255));
+    const QImage picture = drawn([&] {
+        const OruOglTextureStages stages;
+        stages.mix(*texture, 0.3f);
+        stages.scaleAlpha(0.5f, cache.blank());
+        stages.multiply(*texture);
+        mesh->draw();
+    });
+    EXPECT_EQ(pixel(picture, 10, 19), QColor(Qt::black)) << "red at the upper left";
+    EXPECT_EQ(pixel(picture, 19, 10), QColor(0, 255, 255));
+    glColor4f(1, 1, 1, 1);
+    EXPECT_EQ(glStateText(), before);
+    glClientActiveTexture(GL_TEXTURE0);
+
+    EXPECT_EQ(cache.textureCount(), 3U);
+    cache.releaseUnused();
+    EXPECT_EQ(cache.textureCount(), 2U) << "one that is held, and the blank one";
+    cache.clear();
+    EXPECT_EQ(texture->name, 0U);
+    texture = cache.texture(image, Wrap::Clamp, Wrap::Clamp, "picture");
+    EXPECT_NE(texture->name, 0U);
+    const QImage refused[] = {QImage(), QImage(OruOglCache::largestSide + 1, 1, QImage::Format_RGB32)};
+    for (const QImage& each : refused) {
+        EXPECT_EQ(cache.texture(each, Wrap::Clamp, Wrap::Clamp, "refused"), nullptr);
+        cache.releaseUnused();
+    }
 }
 
 TEST_F(OruOglMeshBufferGLTest, BuffersGoWithTheirOwners)

@@ -37,7 +37,66 @@ int depth(unsigned int stack)
     return value;
 }
 
+/// Draws a list in a frame of its own.
+struct Group : OruVisualization
+{
+    explicit Group(OruModifiedGroup& sharedGroup)
+        : OruVisualization(sharedGroup, "group")
+    {}
+
+    void draw3d(const DrawContext& context) override
+    {
+        DrawContext own = context;
+        own.modelView = Matrix::translate({0.5f, 0, 0}) * context.modelView;
+        if (keepInside) {
+            own.keepDeferredInside();
+        }
+        glPushMatrix();
+        glLoadMatrix(own.modelView);
+        list.draw3d(own);
+        glPopMatrix();
+        drawnWhole = true;
+    }
+
+    OruVisList list{group, "list"};
+    bool keepInside = false;
+    bool drawnWhole = false;
+};
+
 } // namespace
+
+TEST_F(OruVisGLTest, finds_transparent_objects_their_frame_and_state)
+{
+    OruVisList list(stage.group, "list");
+    Group moved(stage.group);
+    Probe glass(stage.group, "glass", log);
+    Probe still(stage.group, "still", log);
+    list.insert(&moved, true);
+    list.insert(&still, true);
+    moved.list.insert(&glass, true);
+    glass.transparent = still.transparent = true;
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    const std::string before = glStateText();
+    for (const bool inside : {false, true}) {
+        moved.keepInside = inside;
+        moved.drawnWhole = false;
+        log.clear();
+        glass.action = [&] {
+            const bool second = log.back() == "transparent glass";
+            EXPECT_EQ(glGetModelViewMatrix(), Matrix::translate({0.5f, 0, 0}));
+            EXPECT_EQ(glIsEnabled(GL_BLEND), second);
+            EXPECT_EQ(depth(GL_DEPTH_WRITEMASK), !second);
+            EXPECT_EQ(moved.drawnWhole, second && !inside);
+        };
+        still.action = [] { EXPECT_EQ(glGetModelViewMatrix(), Matrix()); };
+        list.draw3d(stage.draw());
+        EXPECT_EQ(log.size(), 4U);
+        EXPECT_EQ(glStateText(), before);
+    }
+}
 
 TEST_F(OruVisGLTest, takes_stacks_back_when_an_entry_throws_out_of_any_operation)
 {

@@ -209,6 +209,107 @@ TEST_F(OruVisListTest, draws_the_group_in_view_nearest_first_between_the_others)
                                      "draw3d near", "draw3d unknown"));
 }
 
+TEST_F(OruVisListTest, draws_transparent_entries_of_all_lists_behind_solid_ones_farthest_first)
+{
+    OruVisList inner(stage.group, "inner");
+    Probe innerGlass(stage.group, "inner glass", log, Reach::WhenInView);
+    Probe innerSolid(stage.group, "inner solid", log);
+    add("nowhere").transparent = true;
+    add("near").setBox(boxAt(0, 0, 0.5f));
+    list.insert(&inner, true);
+    inner.insert(&innerGlass, true);
+    inner.insert(&innerSolid, true);
+    add("far").setBox(boxAt(0, 0, -0.5f));
+    add("solid");
+    for (Probe* probe : {entries[1].get(), entries[2].get(), &innerGlass}) {
+        probe->transparent = true;
+    }
+    innerGlass.setBox(boxAt(0, 0, 0.1f));
+    const auto transparentOf = [&](const Matrix& view) {
+        const Probe::Log calls = drawn(view);
+        return Probe::Log(calls.end() - 4, calls.end());
+    };
+    EXPECT_THAT(transparentOf(Matrix()), ElementsAre("transparent nowhere", "transparent far",
+                                                     "transparent inner glass", "transparent near"));
+    EXPECT_THAT(
+        transparentOf(Matrix::rotate(Kelvar::Math::VectorY, 180.0f)),
+        ElementsAre("transparent nowhere", "transparent near", "transparent inner glass", "transparent far"));
+    EXPECT_EQ(log.size(), 10U) << "all were asked to draw first";
+    innerGlass.draw3d(stage.draw());
+    EXPECT_FALSE(innerGlass.deferred) << "a context without a list";
+}
+
+TEST_F(OruVisListTest, passes_over_transparent_entries_that_went_while_they_waited)
+{
+    struct Row
+    {
+        const char* name;
+        /// True: by an entry behind in the list; false: by a transparent one that lies farther away.
+        bool bySolid;
+        std::function<void()> change;
+        std::size_t left;
+    };
+    std::unique_ptr<OruVisList> outer, inner, elsewhere;
+    std::unique_ptr<Probe> glass;
+    const Row rows[] = {
+        {"nothing", true, [] {}, 1},
+        {"the entry dies", true, [&] { glass.reset(); }, 0},
+        {"the entry is hidden", true, [&] { glass->visible.setValue(false); }, 0},
+        {"its list is hidden", false, [&] { inner->visible.setValue(false); }, 0},
+        {"the entry is taken out", true, [&] { inner->remove(glass.get()); }, 0},
+        {"its list is taken out", false, [&] { outer->remove(inner.get()); }, 0},
+        {"its list dies", true, [&] { inner.reset(); }, 0},
+        {"the outer list dies", true, [&] { outer.reset(); }, 0},
+        {"the outer list dies", false, [&] { outer.reset(); }, 0},
+        {"it comes anew", true, [&] { inner->remove(glass.get()), elsewhere->insert(glass.get(), true); }, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        Probe solid(stage.group, "solid", log);
+        Probe farther(stage.group, "farther", log);
+        glass = std::make_unique<Probe>(stage.group, "glass", log);
+        inner = std::make_unique<OruVisList>(stage.group, "inner");
+        elsewhere = std::make_unique<OruVisList>(stage.group, "elsewhere");
+        outer = std::make_unique<OruVisList>(stage.group, "outer");
+        outer->insert(inner.get(), true);
+        outer->insert(elsewhere.get(), true);
+        outer->insert(&farther, true);
+        outer->insert(&solid, true);
+        inner->insert(glass.get(), true);
+        glass->setBox(boxAt(0, 0, 0));
+        farther.setBox(boxAt(0, 0, -0.5f));
+        glass->transparent = farther.transparent = true;
+        (row.bySolid ? solid : farther).action = [&] {
+            if (row.bySolid || log.back() == "transparent farther") {
+                row.change();
+            }
+        };
+        log.clear();
+        outer->draw3d(stage.draw());
+        EXPECT_EQ(std::count(log.begin(), log.end(), "transparent glass"), row.left);
+    }
+}
+
+TEST_F(OruVisListTest, forgets_who_waited_when_an_entry_throws)
+{
+    add("glass").transparent = true;
+    Probe& thrower = add("thrower");
+    const OruVisualization::DrawContext context = stage.draw();
+    for (const bool second : {false, true}) {
+        thrower.transparent = second;
+        thrower.action = [&] {
+            if (!second || log.back() == "transparent thrower") {
+                throw std::runtime_error("on purpose");
+            }
+        };
+        EXPECT_THROW(list.draw3d(context), std::runtime_error);
+        thrower.action = [] {};
+        log.clear();
+        list.draw3d(context);
+        EXPECT_EQ(std::count(log.begin(), log.end(), "transparent glass"), 1);
+    }
+}
+
 TEST_F(OruVisListTest, goes_on_over_what_is_left_when_an_entry_takes_others_out)
 {
     auto inner = std::make_unique<OruVisList>(stage.group, "inner");

@@ -72,12 +72,20 @@ public:
 
     using OruVisualization::setReach;
     int order = 0;
+    /// It asks for a second call, and is told whether it gets one.
+    bool transparent = false;
+    bool deferred = false;
     std::function<void()> action = [] {};
     mutable int asked = 0;
 
     void update(const DrawContext&) override { reached("update"); }
     void resize(const DrawContext&) override { reached("resize"); }
-    void draw3d(const DrawContext&) override { reached("draw3d"); }
+    void draw3d(const DrawContext& context) override
+    {
+        reached("draw3d");
+        deferred = transparent && context.defer(*this);
+    }
+    void drawTransparent3d(const DrawContext&) override { reached("transparent"); }
     void draw2d(const DrawContext&) override { reached("draw2d"); }
     OruVisHitRecordList select3d(const SelectContext&) override { return reached("select3d"); }
     OruVisHitRecordList select2d(const SelectContext&) override { return reached("select2d"); }

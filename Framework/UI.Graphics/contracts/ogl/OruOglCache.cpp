@@ -6,6 +6,7 @@
 #include "contracts/debug/logger.h"
 #include "contracts/ogl/OruOglFont.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/ogl/internal/OruOglFeatures.h"
 #include "contracts/ogl/internal/OruOglGlyphAtlas.h"
 #include "contracts/ogl/internal/OruOglPixelTransfer.h"
 
@@ -27,11 +28,30 @@ constexpr unsigned int colorBits = 0x00ffffff;
 
 constexpr std::size_t rememberedSizes = 1000;
 
+/// Sharp enough on a floor that is seen from low above it; more costs time and is hard to see.
+constexpr float mostAnisotropy = 8.0f;
+
 void refuse(const QString& path, const QString& reason)
 {
     const kelvardebug::dbgostream stream = oru::debug_logger::debuglogger().derr(std::string());
     stream.buffer() << "image \"" << path.toStdString() << "\" is refused: " << reason.toStdString();
     stream << std::endl;
+}
+
+/// False, and a line: empty, or more than largestSide.
+bool fits(const QSize& size, const QString& name)
+{
+    if (size.isEmpty()) {
+        refuse(name, QLatin1String("no pixels"));
+        return false;
+    }
+    const int largest = OruOglCache::largestSide;
+    if (size.boundedTo(QSize(largest, largest)) != size) {
+        refuse(name, QString::asprintf("%d x %d pixels, more than %d on a side", size.width(), size.height(),
+                                       largest));
+        return false;
+    }
+    return true;
 }
 
 /// Puts a reader of the image file to work; false for a file that is missing, and a line for one that is not
@@ -52,13 +72,7 @@ bool openImage(const QString& path, QImageReader& reader)
         refuse(path, reader.errorString());
         return false;
     }
-    const int largest = OruOglCache::largestSide;
-    if (size.boundedTo(QSize(largest, largest)) != size) {
-        refuse(path, QString::asprintf("%d x %d pixels, more than %d on a side", size.width(), size.height(),
-                                       largest));
-        return false;
-    }
-    return true;
+    return fits(size, path);
 }
 
 QSize readImageSize(const QString& path)
@@ -120,7 +134,23 @@ QImage textureImage(const QImage& source, unsigned int key)
     return image.mirrored();
 }
 
-unsigned int uploadTexture(const QImage& image)
+GLint wrapMode(OruOglCache::Wrap wrap)
+{
+    // In the order of the enumerators.
+    constexpr GLint modes[] = {GL_REPEAT, GL_MIRRORED_REPEAT, GL_CLAMP_TO_EDGE};
+    return modes[static_cast<std::size_t>(wrap)];
+}
+
+/// How a texture is looked at.
+struct Sampling
+{
+    OruOglCache::Wrap s = OruOglCache::Wrap::Clamp;
+    OruOglCache::Wrap t = OruOglCache::Wrap::Clamp;
+    /// Texels that are looked at along the slant of a surface; 1: none but those of the pixel.
+    float anisotropy = 1.0f;
+};
+
+unsigned int uploadTexture(const QImage& image, const Sampling& sampling)
 {
     GLuint name = 0;
     glPushAttrib(GL_TEXTURE_BIT);
@@ -128,8 +158,11 @@ unsigned int uploadTexture(const QImage& image)
     glBindTexture(GL_TEXTURE_2D, name);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, wrapMode(sampling.s));
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, wrapMode(sampling.t));
+    if (sampling.anisotropy > 1.0f) {
+        glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_ANISOTROPY_EXT, sampling.anisotropy);
+    }
     glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, GL_TRUE);
     {
         const OruOglPixelTransfer transfer(4);
@@ -138,6 +171,21 @@ unsigned int uploadTexture(const QImage& image)
     }
     glPopAttrib();
     return name;
+}
+
+std::shared_ptr<OruOglTexture> makeTexture(const QImage& source, unsigned int key, const Sampling& sampling)
+{
+    auto texture = std::make_shared<OruOglTexture>();
+    texture->size = source.size();
+    texture->name = uploadTexture(textureImage(source, key), sampling);
+    return texture;
+}
+
+/// The name names nothing any more.
+void release(OruOglTexture& texture)
+{
+    glDeleteTextures(1, &texture.name);
+    texture.name = 0;
 }
 
 } // namespace
@@ -162,13 +210,37 @@ std::shared_ptr<const OruOglTexture> OruOglCache::image(const QString& file, con
             return nullptr;
         }
         releaseUnused();
-        auto texture = std::make_shared<OruOglTexture>();
-        texture->size = source.size();
-        texture->name = uploadTexture(textureImage(source, key.second));
-        entry = images_.emplace(key, Image{texture, 0}).first;
+        entry = images_.emplace(key, Image{makeTexture(source, key.second, Sampling()), 0}).first;
     }
     entry->second.lastUse = ++uses_;
     return entry->second.texture;
+}
+
+std::shared_ptr<const OruOglTexture> OruOglCache::texture(const QImage& image, Wrap s, Wrap t,
+                                                          const QString& name)
+{
+    const TextureKey key(image.cacheKey(), s, t);
+    auto entry = textures_.find(key);
+    if (entry == textures_.end()) {
+        releaseUnusedTextures();
+        entry = textures_.emplace(key, nullptr).first;
+        if (!fits(image.size(), name)) {
+            return nullptr;
+        }
+        const float anisotropy = std::min(mostAnisotropy, OruOglFeatures::ofContext().anisotropy);
+        entry->second = makeTexture(image, noColor, Sampling{s, t, anisotropy});
+    }
+    return entry->second;
+}
+
+const OruOglTexture& OruOglCache::blank()
+{
+    if (!blank_) {
+        QImage white(1, 1, QImage::Format_ARGB32);
+        white.fill(Qt::white);
+        blank_ = makeTexture(white, noColor, Sampling());
+    }
+    return *blank_;
 }
 
 QSize OruOglCache::imageSize(const QString& file)
@@ -191,8 +263,20 @@ void OruOglCache::lookAgain(const QString& file)
     }
 }
 
+void OruOglCache::releaseUnusedTextures()
+{
+    for (auto entry = textures_.begin(); entry != textures_.end();) {
+        const bool unused = entry->second.use_count() == 1;
+        if (unused) {
+            release(*entry->second);
+        }
+        entry = unused ? textures_.erase(entry) : std::next(entry);
+    }
+}
+
 void OruOglCache::releaseUnused()
 {
+    releaseUnusedTextures();
     std::vector<std::map<ImageKey, Image>::iterator> unused;
     for (auto image = images_.begin(); image != images_.end(); ++image) {
         if (image->second.texture.use_count() == 1) {
@@ -205,7 +289,7 @@ void OruOglCache::releaseUnused()
     std::sort(unused.begin(), unused.end(),
               [](const auto& a, const auto& b) { return a->second.lastUse > b->second.lastUse; });
     for (std::size_t i = spareImages; i < unused.size(); ++i) {
-        glDeleteTextures(1, &unused[i]->second.texture->name);
+        release(*unused[i]->second.texture);
         images_.erase(unused[i]);
     }
 }
@@ -238,18 +322,29 @@ OruOglGlyphAtlas& OruOglCache::glyphs(const std::shared_ptr<const OruOglFont>& f
 void OruOglCache::clear()
 {
     for (const auto& image : images_) {
-        OruOglTexture& texture = *image.second.texture;
-        glDeleteTextures(1, &texture.name);
-        texture.name = 0;
+        release(*image.second.texture);
     }
     images_.clear();
+    for (const auto& texture : textures_) {
+        if (texture.second) {
+            release(*texture.second);
+        }
+    }
+    textures_.clear();
+    if (blank_) {
+        release(*blank_);
+        blank_.reset();
+    }
     sizes_.clear();
     atlases_.clear();
 }
 
 std::size_t OruOglCache::textureCount() const
 {
-    std::size_t count = images_.size();
+    std::size_t count = images_.size() + (blank_ ? 1 : 0);
+    for (const auto& texture : textures_) {
+        count += texture.second ? 1 : 0;
+    }
     for (const auto& atlas : atlases_) {
         count += atlas.second->pageCount();
     }

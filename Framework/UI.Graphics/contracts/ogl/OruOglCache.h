@@ -10,14 +10,16 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 class OruOglFont;
 class OruOglGlyphAtlas;
 class OruResource;
+class QImage;
 
-/// The textures of one scene: images by file, glyphs by font. It owns their GL names and releases them when
-/// it goes; needs the GL context for that unless nothing was ever uploaded.
+/// The textures of one scene: images by file, images in memory, glyphs by font. It owns their GL names and
+/// releases them when it goes; needs the GL context for that unless nothing was ever uploaded.
 class KELVAR_OGL_API OruOglCache
 {
 public:
@@ -53,8 +55,26 @@ public:
     /// Forgets that `file` was missing or refused.
     void lookAgain(const QString& file);
 
-    /// Releases the textures of images that nobody holds, but for the last spareImages of them. To be called
-    /// once a frame; needs the context where there are that many.
+    /// What shows beyond the edges of a texture.
+    enum class Wrap
+    {
+        Repeat,
+        Mirror,
+        Clamp
+    };
+
+    /// The texture of an image in memory for surfaces: one for all that ask with the same pixels
+    /// (QImage::cacheKey) and wraps to the right (`s`) and upwards (`t`). As with image(), but it is released
+    /// as soon as nobody holds it, its filter follows the slant of a surface where OpenGL can, and null is
+    /// given for an image that is empty or larger than largestSide: a line on the error stream, the first
+    /// time, that calls the image `name`.
+    std::shared_ptr<const OruOglTexture> texture(const QImage& image, Wrap s, Wrap t, const QString& name);
+
+    /// A texture of one white texel; the cache's own.
+    const OruOglTexture& blank();
+
+    /// Releases the textures of images that nobody holds, but for the last spareImages of those of files. To
+    /// be called once a frame; needs the context where there are any.
     void releaseUnused();
 
     /// The font that `face` names at this size, see OruOglText: one for all who ask as long as somebody holds
@@ -78,8 +98,15 @@ private:
         std::uint64_t lastUse;
     };
 
+    /// Pixels and wraps.
+    using TextureKey = std::tuple<std::int64_t, Wrap, Wrap>;
+
+    void releaseUnusedTextures();
+
     const OruResource& resource_;
     std::map<ImageKey, Image> images_;
+    std::map<TextureKey, std::shared_ptr<OruOglTexture>> textures_; // null: refused
+    std::shared_ptr<OruOglTexture> blank_;                          // null until asked for
     std::uint64_t uses_ = 0;
     std::map<QString, QSize> sizes_; // empty: missing or refused
     std::map<std::pair<QString, unsigned int>, std::weak_ptr<const OruOglFont>> fontsByFace_;

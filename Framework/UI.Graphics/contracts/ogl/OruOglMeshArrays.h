@@ -15,6 +15,7 @@ struct OruOglMeshArrays
     const float* positions = nullptr;       ///< x, y, z of each vertex.
     const float* normals = nullptr;         ///< x, y, z of each vertex, or null: none.
     const std::uint8_t* colors = nullptr;   ///< red, green, blue, alpha of each vertex, or null: none.
+    const float* texturePoints = nullptr;   ///< s, t of each vertex for texture unit 0, or null: none.
     std::size_t vertexCount = 0;            ///< Vertices in each of the arrays above.
     const std::uint32_t* indices = nullptr; ///< Below vertexCount; three a triangle, two a line.
     std::size_t indexCount = 0;

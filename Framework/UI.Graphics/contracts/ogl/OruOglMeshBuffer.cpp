@@ -134,6 +134,7 @@ bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
     lines_ = arrays.primitive == OruOglMeshArrays::Primitive::Lines;
     normals_ = arrays.normals != nullptr;
     colors_ = arrays.colors != nullptr;
+    texturePoints_ = arrays.texturePoints != nullptr;
     shortIndices_ = arrays.vertexCount <= shortIndexVertices;
 
     const ArrayBufferBinding binding(buffer_);
@@ -146,6 +147,9 @@ bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
     }
     if (colors_) {
         ::store(colorOffset(), vertexCount_ * 4, arrays.colors);
+    }
+    if (texturePoints_) {
+        ::store(texturePointOffset(), vertexCount_ * 8, arrays.texturePoints);
     }
     if (shortIndices_) {
         const std::vector<std::uint16_t> narrow(arrays.indices, arrays.indices + indexCount_);
@@ -179,6 +183,11 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
     if (colors_) {
         glEnableClientState(GL_COLOR_ARRAY);
         glColorPointer(4, GL_UNSIGNED_BYTE, 0, bufferOffset(colorOffset()));
+    }
+    if (texturePoints_) {
+        glClientActiveTexture(GL_TEXTURE0);
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        glTexCoordPointer(2, GL_FLOAT, 0, bufferOffset(texturePointOffset()));
     }
     glDrawElements(lines_ ? GL_LINES : GL_TRIANGLES, static_cast<GLsizei>(drawn),
                    shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,

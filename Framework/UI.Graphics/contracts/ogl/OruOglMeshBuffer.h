@@ -30,7 +30,8 @@ public:
 
     /// Draws the whole mesh in the current state and matrices, or `count` indices from the index `first` on;
     /// what lies beyond the end is left out. A mesh without colors takes the current color; one with
-    /// colors leaves the current color undefined. Client array state and buffer bindings of the caller are
+    /// colors leaves the current color undefined, one with texture points the current texture coordinates of
+    /// unit 0. Client array state and buffer bindings of the caller are
     /// neither used nor changed.
     void draw() const;
     void draw(std::size_t first, std::size_t count) const;
@@ -55,14 +56,16 @@ private:
     std::size_t indexSize() const { return shortIndices_ ? 2 : 4; }
     std::size_t normalOffset() const { return vertexCount_ * 12; }
     std::size_t colorOffset() const { return vertexCount_ * (normals_ ? 24 : 12); }
-    std::size_t indexOffset() const { return colorOffset() + (colors_ ? vertexCount_ * 4 : 0); }
+    std::size_t texturePointOffset() const { return colorOffset() + (colors_ ? vertexCount_ * 4 : 0); }
+    std::size_t indexOffset() const { return texturePointOffset() + (texturePoints_ ? vertexCount_ * 8 : 0); }
 
     std::weak_ptr<OruOglBufferStore> store_;
     std::size_t vertexCount_ = 0;
     std::size_t indexCount_ = 0;
-    unsigned int buffer_ = 0; // positions, normals, colors, indices, one after the other
+    unsigned int buffer_ = 0; // positions, normals, colors, texture points, indices, one after the other
     bool lines_ = false;
     bool normals_ = false;
     bool colors_ = false;
+    bool texturePoints_ = false;
     bool shortIndices_ = false;
 };

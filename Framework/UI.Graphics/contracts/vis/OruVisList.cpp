@@ -11,6 +11,7 @@
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "contracts/vis/OruVisViewpoint.h"
+#include "contracts/vis/internal/OruVisDeferred.h"
 #include "contracts/vis/internal/OruVisReached.h"
 #include "contracts/vis/internal/OruVisWalk.h"
 
@@ -117,6 +118,27 @@ bool OruVisList::inPass() const
     return false;
 }
 
+/// Passes of this list, and of the lists below it on the way, come to `object`: all of them are shown, and
+/// none is a newcomer.
+bool OruVisList::reaches(const OruVisualization& object) const
+{
+    const OruProperties* node = &object;
+    while (node && node != this) {
+        const auto* const shown = dynamic_cast<const OruVisualization*>(node);
+        const auto* const list = dynamic_cast<const OruVisList*>(node->parent());
+        if ((shown && !shown->visible.value()) || (list && list->hasNewcomer(node))) {
+            return false;
+        }
+        node = node->parent();
+    }
+    return node;
+}
+
+bool OruVisList::hasNewcomer(const OruProperties* child) const
+{
+    return std::find(newcomers_.begin(), newcomers_.end(), child) != newcomers_.end();
+}
+
 OruVisList::Objects OruVisList::takeInNewcomers()
 {
     Objects takenIn = std::exchange(newcomers_, {});
@@ -203,8 +225,15 @@ void OruVisList::draw3d(const DrawContext& context)
     }
     guarded([&] {
         drawn_ = OruVisViewVolume::ofView(context.modelView, context.projection, context.viewport);
-        forEach(reached_->inScene(drawn_, context.modelView),
-                [&](OruVisualization& entry) { entry.draw3d(context); });
+        OruVisWalk walk(walk_, reached_->inScene(drawn_, context.modelView));
+        const auto isReached = [&](const OruVisualization& object) {
+            return walk.listLives() && reaches(object);
+        };
+        const std::shared_ptr<OruVisDeferred> deferred = OruVisDeferred::opened(context, isReached);
+        walk.run([&](OruVisualization& entry) { entry.draw3d(context); });
+        if (deferred) {
+            deferred->draw();
+        }
     });
 }
 

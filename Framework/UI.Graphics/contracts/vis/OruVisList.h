@@ -21,6 +21,11 @@ class OruVisWalk;
 /// one group at the place of the first of them, nearest first. 2D: drawOrder(), then list order. The group in
 /// 2D is found by the matrices of the 3D pass before it, and whole if there was none.
 ///
+/// Transparent objects. Entries that ask for it in the 3D pass (DrawContext::defer) are called once more
+/// behind all entries of the outermost list that draws with that context: farthest first by the centers of
+/// their bounds, in the order of asking where these are equally far, and ahead of all where they are
+/// undefined. Who was destroyed, hidden or taken out in the meantime, or whose list was, is passed over.
+///
 /// Cost. Looking up a name is O(1). Bounds and hierarchy are remembered until something below the list has
 /// changed; a pass then looks at the entries that the hierarchy gives and at those reached always.
 ///
@@ -75,6 +80,8 @@ private:
     using Objects = std::vector<OruVisualization*>;
 
     bool inPass() const;
+    bool hasNewcomer(const OruProperties* child) const;
+    bool reaches(const OruVisualization& object) const;
     Objects takeInNewcomers();
     Objects inFront(OruVisViewVolume& volume) const;
     template <typename Operation>

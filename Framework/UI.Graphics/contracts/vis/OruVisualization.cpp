@@ -6,6 +6,7 @@
 #include "contracts/ogl/OruOglGeometry.h"
 #include "contracts/ogl/OruOglText.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
+#include "contracts/vis/internal/OruVisDeferred.h"
 
 #include <utility>
 
@@ -24,6 +25,12 @@ OruVisualization::DrawContext::DrawContext(OruOglGeometry& geometryStore, OruOgl
 {}
 
 OruVisualization::DrawContext::~DrawContext() = default;
+
+bool OruVisualization::DrawContext::defer(OruVisualization& object) const
+{
+    const std::shared_ptr<OruVisDeferred> deferred = deferred_.lock();
+    return deferred && deferred->add(object, *this);
+}
 
 OruVisualization::SelectContext::SelectContext(OruOglGeometry& geometryStore, OruOglCache& glCache,
                                                const OruResource& resources, const OruOglViewport& pixels,
@@ -86,6 +93,8 @@ int OruVisualization::drawOrder() const
 {
     return 0;
 }
+
+void OruVisualization::drawTransparent3d(const DrawContext& /*context*/) {}
 
 void OruVisualization::setReach(Reach reach)
 {

@@ -17,11 +17,14 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <memory>
+
 class IOruVisPropertyEdit;
 class OruOglCache;
 class OruOglGeometry;
 class OruOglText;
 class OruResource;
+class OruVisDeferred;
 
 /// A node of the property tree that can be drawn and picked.
 ///
@@ -57,6 +60,22 @@ public:
         /// Both are the identity until the caller writes them.
         Kelvar::Math::Matrix modelView;
         Kelvar::Math::Matrix projection;
+
+        /// For draw3d: asks for drawTransparent3d() of `object`, later in this pass. False: nobody will call
+        /// it, since no list is at its 3D pass with this context, or that is already at the transparent
+        /// objects; the object may draw at once then.
+        bool defer(OruVisualization& object) const;
+
+        /// Makes each list that draws in 3D with this context, a copy for that, call what is deferred in it
+        /// before its own draw3d() ends. For an object that draws others in a state of its own, such as clip
+        /// planes or another viewport, which is gone when the outermost list is done.
+        void keepDeferredInside() { deferred_.reset(); }
+
+    private:
+        friend class OruVisDeferred;
+
+        /// Of the list that is at its 3D pass; dead or empty otherwise.
+        mutable std::weak_ptr<OruVisDeferred> deferred_;
     };
 
     /// What the passes that pick get. Everything referred to belongs to the caller and outlives the pass.
@@ -90,9 +109,10 @@ public:
     {
         /// In every pass.
         Always,
-        /// Only when the entry's bounds meet the view, or the pick window under a pick. For opaque objects
-        /// that draw in 3D and keep what they may draw in 2D within their bounds as seen on the screen. Such
-        /// entries are drawn nearest first. While its bounds are undefined an entry is reached always.
+        /// Only when the entry's bounds meet the view, or the pick window under a pick. For objects that draw
+        /// in 3D, opaque or deferred, and keep what they may draw in 2D within their bounds as seen on the
+        /// screen. Such entries are drawn nearest first. While its bounds are undefined an entry is reached
+        /// always.
         WhenInView
     };
 
@@ -139,6 +159,12 @@ public:
     /// Place in the stack of 2D objects of a list: larger is drawn later, over the others. Objects of one
     /// order are drawn in list order.
     virtual int drawOrder() const;
+
+    /// Draws what lets something shine through, if draw3d() has asked for it by DrawContext::defer(): once
+    /// all solid objects of the frame are drawn, those of other lists included, and the transparent ones that
+    /// lie farther away by the centers of their bounds. The state is that of the 3D pass and of an
+    /// OruOglTransparency. The context holds the matrices of the one that was asked, loaded in OpenGL.
+    virtual void drawTransparent3d(const DrawContext& context);
 
 protected:
     /// Takes effect with the list's next pass.

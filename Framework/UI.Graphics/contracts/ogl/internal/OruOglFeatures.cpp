@@ -24,6 +24,9 @@ constexpr int never = 1000;
 constexpr Feature samplerObjects{"GL_ARB_sampler_objects", 33, 0};
 constexpr Feature programPipelines{"GL_ARB_separate_shader_objects", 41, 0};
 
+constexpr Feature anisotropicFilter{"GL_EXT_texture_filter_anisotropic", 46,
+                                    GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT};
+
 constexpr Feature textureTargets[] = {
     {"", 0, GL_TEXTURE_1D},
     {"", 0, GL_TEXTURE_2D},
@@ -86,6 +89,20 @@ int number(GLenum name)
     return value;
 }
 
+/// Mesa's software renderers have the filter, too: they take three times as long with it, and textures that
+/// mirror come out shifted.
+float anisotropyToldBy(const Texts& texts)
+{
+    const std::string renderer = text(GL_RENDERER);
+    const bool software =
+        renderer.find("llvmpipe") != std::string::npos || renderer.find("softpipe") != std::string::npos;
+    GLfloat most = 1.0f;
+    if (!software && texts.tell(anisotropicFilter)) {
+        glGetFloatv(anisotropicFilter.capability, &most);
+    }
+    return most;
+}
+
 OruOglFeatures featuresToldBy(const Texts& texts)
 {
     OruOglFeatures features;
@@ -95,6 +112,7 @@ OruOglFeatures featuresToldBy(const Texts& texts)
     features.capabilities = present(capabilities, texts);
     features.textureUnits = std::max(number(GL_MAX_TEXTURE_UNITS), 1);
     features.clipPlanes = number(GL_MAX_CLIP_PLANES);
+    features.anisotropy = anisotropyToldBy(texts);
     return features;
 }
 

@@ -16,6 +16,7 @@ struct OruOglFeatures
 
     int textureUnits = 1; ///< Those of the fixed pipeline.
     int clipPlanes = 0;
+    float anisotropy = 1.0f; ///< The most that a texture's filter should have; 1: none.
 
     /// Those of the context that is current in this thread; the reference is good until the next call. Raises
     /// no GL error.
