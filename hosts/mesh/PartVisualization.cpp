@@ -4,6 +4,7 @@
 #include "contracts/core/OruText.h"
 #include "contracts/debug/logger.h"
 #include "contracts/math/BoundingBox.h"
+#include "contracts/math/DoubleMatrix.h"
 #include "contracts/math/Matrix.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGeometry.h"
@@ -14,6 +15,7 @@
 #include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
+#include "hosts/mesh/internal/PartBuffer.h"
 #include "hosts/mesh/internal/PartEventHandler.h"
 
 #include <boost/make_shared.hpp>
@@ -23,6 +25,7 @@
 namespace hostkit {
 
 using Kelvar::Math::BoundingBox;
+using Kelvar::Math::DoubleMatrix;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
@@ -31,6 +34,30 @@ namespace {
 const QColor markColor(255, 140, 0);
 /// Added to what the lights give, so that a mark shows on parts with colors of their own, too.
 constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
+
+/// Under a mirror, what was counter-clockwise is clockwise.
+class FrontFaces
+{
+public:
+    explicit FrontFaces(bool mirrored)
+        : mirrored_(mirrored)
+    {
+        if (mirrored_) {
+            glFrontFace(GL_CW);
+        }
+    }
+    ~FrontFaces()
+    {
+        if (mirrored_) {
+            glFrontFace(GL_CCW);
+        }
+    }
+    FrontFaces(const FrontFaces&) = delete;
+    FrontFaces& operator=(const FrontFaces&) = delete;
+
+private:
+    bool mirrored_;
+};
 
 } // namespace
 
@@ -43,6 +70,7 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , shape_(std::move(shape))
     , handler_(boost::make_shared<PartEventHandler>(*this))
+    , buffer_(std::make_shared<PartBuffer>())
 {
     rename(shape_->name);
     setReach(Reach::WhenInView);
@@ -60,10 +88,12 @@ void PartVisualization::setPlacement(const Matrix& placement)
 void PartVisualization::draw3d(const DrawContext& context)
 {
     view_ = View{context.modelView, context.projection, context.viewport};
-    if (!ready(context.geometry)) {
+    const OruOglMeshBuffer* const buffer = ready(context.geometry);
+    if (!buffer) {
         return;
     }
     const Look& shown = look();
+    const FrontFaces faces(shown.mirrored);
     if (shown.marked) {
         glPushAttrib(GL_LIGHTING_BIT);
         glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
@@ -74,7 +104,7 @@ void PartVisualization::draw3d(const DrawContext& context)
     }
     // Not put back: some drivers then miss that the tracked material has to follow the current color.
     glColor(shown.color);
-    drawShape(*buffer_);
+    drawShape(*buffer);
     if (shown.placed) {
         glPopMatrix();
     }
@@ -115,16 +145,16 @@ BoundingBox PartVisualization::bounds() const
     return box;
 }
 
-/// False, and told once: the GL has no room for the shape.
-bool PartVisualization::ready(OruOglGeometry& geometry)
+/// Null, and told once: the GL has no room for the shape.
+const OruOglMeshBuffer* PartVisualization::ready(OruOglGeometry& geometry)
 {
-    if (buffer_ && buffer_->belongsTo(geometry)) {
-        return !buffer_->empty();
+    std::unique_ptr<OruOglMeshBuffer>& mesh = buffer_->mesh;
+    if (!mesh || !mesh->belongsTo(geometry)) {
+        mesh = geometry.makeMesh();
+        const bool done = upload(*mesh);
+        oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
     }
-    buffer_ = geometry.makeMesh();
-    const bool done = upload(*buffer_);
-    oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
-    return done;
+    return mesh->empty() ? nullptr : mesh.get();
 }
 
 const PartVisualization::Look& PartVisualization::look() const
@@ -135,6 +165,7 @@ const PartVisualization::Look& PartVisualization::look() const
         look_.color = look_.marked ? markColor : color.value();
         look_.place = placement_ * offset.value() * Matrix::translate(dragged_);
         look_.placed = look_.place != Matrix();
+        look_.mirrored = look_.placed && DoubleMatrix(look_.place).determinant3x3() < 0.0;
     }
     return look_;
 }
