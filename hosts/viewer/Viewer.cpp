@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruFileWriter.h"
 #include "contracts/ogl/OruOglViewport.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputEvent.h"
@@ -25,6 +26,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -72,10 +74,22 @@ protected:
     }
 };
 
-std::vector<Model> takeModels(hostkit::ImportJob& job)
+void tellNotes(const QStringList& files, const std::vector<Model>& models)
+{
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        for (const QString& note : models[i].notes) {
+            std::cerr << "view: " << qPrintable(files[static_cast<int>(i)]) << ": " << qPrintable(note)
+                      << std::endl;
+        }
+    }
+}
+
+std::vector<Model> takeModels(hostkit::ImportJob& job, const QStringList& files)
 {
     try {
-        return job.take();
+        std::vector<Model> models = job.take();
+        tellNotes(files, models);
+        return models;
     } catch (const hostkit::ModelImporter::Error& error) {
         throw Viewer::Failure(Viewer::BadInput, QString::fromUtf8(error.what()));
     } catch (const std::bad_alloc&) {
@@ -204,7 +218,8 @@ std::vector<Model> Viewer::loadModels() const
     if (stop.raised()) {
         stopLoading(job);
     }
-    return takeModels(job);
+    report.clear();
+    return takeModels(job, options_.models);
 }
 
 Viewer::ExitCode Viewer::showWindow()
@@ -222,7 +237,8 @@ Viewer::ExitCode Viewer::showWindow()
     LoadingReport report(title);
     QTimer poll;
     const auto finish = [&](HostScene& host) {
-        fill(host, takeModels(job));
+        report.clear();
+        fill(host, takeModels(job, options_.models));
         view.setInputListener(startRecording(host));
         playGestures(view.input(), sizeOf(host));
         loaded = true;
@@ -288,7 +304,17 @@ Viewer::Failure Viewer::badSetting(std::size_t index, const QString& reason) con
     return Failure(BadInput, QStringLiteral("%1 %2: %3").arg(origin, options_.settings[index].first, reason));
 }
 
-void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
+/// --up comes behind what a recording sets and ahead of --set, and into a recording that is made.
+void Viewer::turnUp(const OruVisList& model)
+{
+    if (!options_.up.isEmpty()) {
+        const std::size_t recorded = replay_ ? replay_->settings.size() : 0;
+        options_.settings.emplace(options_.settings.begin() + static_cast<std::ptrdiff_t>(recorded),
+                                  model.path() + QStringLiteral("/up"), options_.up);
+    }
+}
+
+void Viewer::fill(HostScene& host, const std::vector<Model>& models)
 {
     hostkit::ModelParts parts(host.scene().render.visualizations);
     parts.setDropListener([](const QString& source, const QString& target) {
@@ -296,7 +322,7 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
                   << std::endl;
     });
     for (const Model& model : models) {
-        parts.add(model);
+        turnUp(parts.add(model));
     }
     host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();

@@ -12,6 +12,8 @@
 #include <stdexcept>
 #include <vector>
 
+class OruVisList;
+
 /// The program: loads the models, sets the scene up as the options ask and shows it, in a window or as a
 /// picture.
 class Viewer
@@ -50,7 +52,8 @@ private:
     std::vector<hostkit::Model> loadModels() const;
     bool checkSettings(hostkit::HostScene& host) const;
     Failure badSetting(std::size_t index, const QString& reason) const;
-    void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models) const;
+    void fill(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
+    void turnUp(const OruVisList& model);
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
     void readRecording();
