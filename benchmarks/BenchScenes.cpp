@@ -56,8 +56,16 @@ Arrays arraysOf(const Model& model)
     Arrays arrays;
     model.visitParts([&](const hostkit::ModelPart& part) {
         const hostkit::Mesh& mesh = *part.mesh;
-        arrays.push_back({mesh.name, mesh.material, mesh.positions, mesh.normals, mesh.colors,
-                          mesh.texturePoints, mesh.indices});
+        MeshSource source{mesh.name,   mesh.material,      mesh.positions, mesh.normals,
+                          mesh.colors, mesh.texturePoints, mesh.indices};
+        for (Vector3& position : source.positions) {
+            position = part.placement.transform(position);
+        }
+        const Matrix turn = part.placement.orientation();
+        for (Vector3& normal : source.normals) {
+            normal = turn.transformDirection(normal);
+        }
+        arrays.push_back(std::move(source));
     });
     return arrays;
 }

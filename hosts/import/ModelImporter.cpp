@@ -2,14 +2,19 @@
 
 #include "contracts/core/OruFileReader.h"
 #include "hosts/import/internal/IsolatedReader.h"
+#include "hosts/import/internal/ModelSource.h"
 #include "hosts/mesh/Mesh.h"
 #include "hosts/mesh/MeshBuilder.h"
 #include "hosts/mesh/MeshSource.h"
+#include "hosts/mesh/Primitive.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -62,7 +67,22 @@ ReportShare within(Progress& progress, float from, float to)
     return [&progress, from, to](float share) { progress.report(from + (to - from) * share); };
 }
 
-std::vector<MeshSource> readParts(const QString& file, Progress& progress)
+/// Formats of surfaces and solids that are no meshes yet.
+constexpr std::array<const char*, 5> exactFormats = {"step", "stp", "iges", "igs", "brep"};
+
+/// What to tell of a file that reading it came to nothing.
+QString refusalOf(const QString& file, const QString& reason)
+{
+    const QFileInfo info(file);
+    const QString suffix = info.suffix().toLower();
+    const bool exact = std::any_of(exactFormats.begin(), exactFormats.end(),
+                                   [&](const char* known) { return suffix == QLatin1String(known); });
+    return exact ? QStringLiteral("not a mesh format; \"gmsh %1 -2 -o %2.stl\" makes a mesh of it")
+                       .arg(info.fileName(), info.completeBaseName())
+                 : reason;
+}
+
+ModelSource readSource(const QString& file, Progress& progress)
 {
     try {
         return IsolatedReader(IsolatedReader::limitsFor(file))
@@ -70,11 +90,11 @@ std::vector<MeshSource> readParts(const QString& file, Progress& progress)
     } catch (const Progress::Cancelled&) {
         throw;
     } catch (const std::runtime_error& error) {
-        throw ModelImporter::Error(file, QString::fromUtf8(error.what()));
+        throw ModelImporter::Error(file, refusalOf(file, QString::fromUtf8(error.what())));
     }
 }
 
-std::shared_ptr<const Mesh> buildPart(const QString& file, MeshSource source, const ReportShare& report)
+std::shared_ptr<const Mesh> buildMesh(const QString& file, MeshSource source, const ReportShare& report)
 {
     const QString name = source.name;
     try {
@@ -86,6 +106,68 @@ std::shared_ptr<const Mesh> buildPart(const QString& file, MeshSource source, co
     }
 }
 
+/// What parts show, in the order of the sources; null where nothing is left of one.
+std::vector<std::shared_ptr<const Mesh>> buildShapes(const QString& file, std::vector<MeshSource> sources,
+                                                     const QString& modelName, Progress& progress)
+{
+    std::vector<std::shared_ptr<const Mesh>> shapes;
+    shapes.reserve(sources.size());
+    const float step = (1.0f - readingShare) / static_cast<float>(sources.size() + 1);
+    float done = readingShare;
+    for (MeshSource& source : sources) {
+        if (source.name.isEmpty()) {
+            source.name = modelName;
+        }
+        // Lines and points have no shapes of their own yet.
+        const bool surface = source.primitive == Primitive::Triangles;
+        shapes.push_back(surface ? buildMesh(file, std::move(source), within(progress, done, done + step))
+                                 : nullptr);
+        done += step;
+    }
+    return shapes;
+}
+
+/// The nodes of a source as a tree. A node without parts is left out.
+class NodeTree
+{
+public:
+    NodeTree(const ModelSource& source, const std::vector<std::shared_ptr<const Mesh>>& shapes)
+        : nodes_(source.nodes.size())
+        , children_(source.nodes.size())
+    {
+        for (std::size_t i = 0; i < source.nodes.size(); ++i) {
+            nodes_[i].name = source.nodes[i].name;
+            if (i > 0) {
+                children_[source.nodes[i].parent].push_back(i);
+            }
+        }
+        for (const ModelSource::Use& use : source.uses) {
+            if (shapes[use.mesh]) {
+                nodes_[use.node].parts.emplace_back(shapes[use.mesh], use.placement, use.name);
+            }
+        }
+    }
+
+    /// To be called once.
+    ModelNode root() { return take(0); }
+
+private:
+    ModelNode take(std::size_t index)
+    {
+        ModelNode node = std::move(nodes_[index]);
+        for (const std::size_t child : children_[index]) {
+            ModelNode below = take(child);
+            if (!below.parts.empty() || !below.children.empty()) {
+                node.children.push_back(std::move(below));
+            }
+        }
+        return node;
+    }
+
+    std::vector<ModelNode> nodes_;
+    std::vector<std::vector<std::size_t>> children_;
+};
+
 } // namespace
 
 ModelImporter::Error::Error(const QString& file, const QString& reason)
@@ -95,22 +177,19 @@ ModelImporter::Error::Error(const QString& file, const QString& reason)
 Model ModelImporter::load(const QString& file, Progress& progress)
 {
     checkFile(file);
-    std::vector<MeshSource> sources = readParts(file, progress);
+    ModelSource source = readSource(file, progress);
+    const QString name = QFileInfo(file).completeBaseName();
+    const auto shapes = buildShapes(file, std::move(source.meshes), name, progress);
     Model model;
-    model.name = QFileInfo(file).completeBaseName();
-    const float step = (1.0f - readingShare) / static_cast<float>(sources.size() + 1);
-    float done = readingShare;
-    for (MeshSource& source : sources) {
-        if (source.name.isEmpty()) {
-            source.name = model.name;
-        }
-        if (const auto part = buildPart(file, std::move(source), within(progress, done, done + step))) {
-            model.parts.emplace_back(part);
-        }
-        done += step;
-    }
-    if (model.parts.empty()) {
-        throw Error(file, QStringLiteral("there are no triangles"));
+    static_cast<ModelNode&>(model) = NodeTree(source, shapes).root();
+    model.name = name;
+    model.up = source.up;
+    model.origin = source.origin;
+    model.properties = std::move(source.properties);
+    std::transform(source.notes.begin(), source.notes.end(), std::back_inserter(model.notes), readable);
+    if (model.parts.empty() && model.children.empty()) {
+        const QString why = model.notes.isEmpty() ? QString() : QStringLiteral(": ") + model.notes.first();
+        throw Error(file, QStringLiteral("there are no triangles") + why);
     }
     return model;
 }

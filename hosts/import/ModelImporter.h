@@ -13,10 +13,15 @@ namespace hostkit {
 /// Reads a model from a file of any format that the assimp library knows: glTF, STL, OBJ, PLY, COLLADA and
 /// more.
 ///
-/// Each use of a mesh in the file becomes a part of its own with the place baked in. The result's Z axis
-/// points up: a model of a format that defines Y as up (glTF, COLLADA, X3D, VRML) is turned, any other stays
-/// as it is. Normals are those of the file, or worked out where it has none and for STL, whose facets have no
-/// others than flat ones. Materials give a color; textures, lines and points are left out.
+/// The nodes of the file that hold parts are those of the model. Each use of a mesh becomes a part; uses of
+/// one mesh share it. The result's Z axis points up: the model is turned from the axis that the file names,
+/// or else the one that programs use which write its format, see Model::up. A model that lies far from 0 is
+/// brought near to it, see Model::origin.
+///
+/// Normals are those of the file, or worked out where it has none and for STL, whose facets have no others
+/// than flat ones. Materials give a color, what alpha means and a texture, whose picture is read from the
+/// model or from a file near it: PNG, JPEG, BMP, TGA and others that Qt's plugins read. What is missing or
+/// damaged and not needed is left out and told in Model::notes. Lines and points are left out.
 class KELVAR_IMPORT_API ModelImporter
 {
 public:

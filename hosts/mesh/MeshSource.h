@@ -2,6 +2,7 @@
 
 #include "contracts/math/Vector3.h"
 #include "hosts/mesh/Material.h"
+#include "hosts/mesh/Primitive.h"
 #include "hosts/mesh/TexturePoint.h"
 
 #include <QString>
@@ -29,8 +30,10 @@ struct MeshSource
     /// As many as positions, or none.
     std::vector<TexturePoint> texturePoints;
 
-    /// Three a triangle, each below the number of positions.
+    /// Three a triangle, two a line, one a point; each below the number of positions.
     std::vector<uint32_t> indices;
+
+    Primitive primitive = Primitive::Triangles;
 };
 
 } // namespace hostkit

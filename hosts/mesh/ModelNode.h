@@ -32,7 +32,7 @@ struct ModelNode
         return count;
     }
 
-    /// Without '/'; empty where the file gives none.
+    /// Without '/'. Empty: it is no list of its own in a scene, its content goes to the list above.
     QString name;
 
     /// In the order of the file.

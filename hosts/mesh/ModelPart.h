@@ -3,6 +3,8 @@
 #include "contracts/math/Matrix.h"
 #include "hosts/mesh/Mesh.h"
 
+#include <QString>
+
 #include <memory>
 #include <utility>
 
@@ -12,12 +14,17 @@ namespace hostkit {
 struct ModelPart
 {
     /// `usedMesh` is not null.
-    ModelPart(std::shared_ptr<const Mesh> usedMesh, const Kelvar::Math::Matrix& place = {})
-        : mesh(std::move(usedMesh))
+    ModelPart(std::shared_ptr<const Mesh> usedMesh, const Kelvar::Math::Matrix& place = {},
+              const QString& partName = {})
+        : name(partName)
+        , mesh(std::move(usedMesh))
         , placement(place)
     {}
 
     const Shape& shape() const { return *mesh; }
+
+    /// Without '/'; empty: it is called as its shape is.
+    QString name;
 
     std::shared_ptr<const Mesh> mesh;
 

@@ -1,35 +1,98 @@
 #include "hosts/mesh/ModelParts.h"
 
 #include "contracts/vis/OruVisList.h"
+#include "hosts/mesh/ModelList.h"
+#include "hosts/mesh/PartList.h"
 
 #include <memory>
 
 namespace hostkit {
 
-ModelParts::ModelParts(OruVisList& list)
-    : list_(list)
-{}
+namespace {
 
-void ModelParts::add(const Model& model)
+/// Gives an entry to a list, which owns it from then on.
+void give(OruVisList& list, std::unique_ptr<OruVisualization> entry)
 {
-    model.visitParts([&](const ModelPart& use) {
-        auto part = std::make_unique<MeshVisualization>(list_.group, use.mesh);
-        part->rename(freeName(use.shape().name));
-        part->setPlacement(use.placement);
-        part->setDropListener(dropListener_);
-        if (list_.insert(part.get(), false)) {
-            static_cast<void>(part.release()); // the tree's from now on
-        }
-    });
+    if (list.insert(entry.get(), false)) {
+        static_cast<void>(entry.release());
+    }
 }
 
-QString ModelParts::freeName(const QString& name)
+} // namespace
+
+ModelParts::ModelParts(OruVisList& list)
+    : list_(list)
+    , names_(list)
+{}
+
+ModelParts::~ModelParts() = default;
+
+OruVisList& ModelParts::add(const Model& model)
 {
-    QString free = name;
-    while (list_.childByName(free)) {
-        free = QStringLiteral("%1.%2").arg(name).arg(++nameUses_[name] + 1);
+    if (model.name.isEmpty()) {
+        fill(list_, names_, model);
+        return list_;
     }
-    return free;
+    auto made = std::make_unique<ModelList>(list_.group, model, sceneOrigin(model));
+    ModelList& top = *made;
+    top.rename(names_.free(model.name));
+    Names names(top);
+    fill(top, names, model);
+    give(list_, std::move(made));
+    return top;
+}
+
+/// That of the models which are there; `first` decides where there is none.
+const Origin& ModelParts::sceneOrigin(const Model& first) const
+{
+    for (unsigned int i = 0; i < list_.size(); ++i) {
+        if (const auto* const present = dynamic_cast<const ModelList*>(list_.at(i))) {
+            return present->sceneOrigin();
+        }
+    }
+    return first.origin;
+}
+
+void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
+{
+    for (const ModelPart& use : node.parts) {
+        auto part = made(list, use);
+        part->rename(names.free(use.name.isEmpty() ? use.shape().name : use.name));
+        give(list, std::move(part));
+    }
+    for (const ModelNode& child : node.children) {
+        if (child.name.isEmpty()) {
+            fill(list, names, child);
+            continue;
+        }
+        auto below = std::make_unique<PartList>(list.group, names.free(child.name));
+        Names namesBelow(*below);
+        fill(*below, namesBelow, child);
+        give(list, std::move(below));
+    }
+}
+
+std::unique_ptr<MeshVisualization> ModelParts::made(OruVisList& list, const ModelPart& use)
+{
+    auto part = std::make_unique<MeshVisualization>(list.group, use.mesh);
+    part->setPlacement(use.placement);
+    part->setDropListener(dropListener_);
+    std::weak_ptr<PartBuffer>& known = buffers_[use.mesh.get()];
+    if (const std::shared_ptr<PartBuffer> shared = known.lock()) {
+        part->setBuffer(shared);
+    } else {
+        known = part->buffer();
+    }
+    return part;
+}
+
+QString ModelParts::Names::free(const QString& wanted)
+{
+    QString name = wanted;
+    while (list_.childByName(name)) {
+        name = QStringLiteral("%1.%2").arg(wanted).arg(++numbers_[wanted] + 1);
+    }
+    return name;
 }
 
 } // namespace hostkit

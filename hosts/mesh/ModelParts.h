@@ -7,35 +7,68 @@
 #include <QHash>
 #include <QString>
 
+#include <memory>
+#include <unordered_map>
+
 class OruVisList;
 
 namespace hostkit {
 
-/// Puts the parts of models into a list of visualizations, each under a name of its own.
+class PartBuffer;
+
+/// Puts models into a list of visualizations: each as a ModelList of its own, the nodes of its file as lists
+/// in that one, and the parts in these.
 ///
 ///     ModelParts parts(host.scene().render.visualizations);
-///     parts.add(ModelImporter::load(file, progress));
+///     parts.add(ModelImporter::load("car.glb", progress));
 ///     host.changed();
+///     host.setValue("render/visualization/car/wheels/visible", "false", &error);
+///
+/// Names are unique within their list: one that is taken gets a number, as in "bolt", "bolt.2". Parts that
+/// use one mesh share it, and what it is drawn from, too.
 class KELVAR_MESH_API ModelParts
 {
 public:
     /// `list` is borrowed.
     explicit ModelParts(OruVisList& list);
+    ~ModelParts();
 
-    /// Adds a part for each mesh of the model; the list owns the parts, the meshes are shared. A part whose
-    /// name is taken gets a number: "body", "body.2".
-    void add(const Model& model);
+    /// Adds the model and returns its list, which the tree owns like all that is in it. The first model of a
+    /// list decides what all of them take off their coordinates.
+    ///
+    /// A model without a name gets no list of its own: its content goes straight into the list that models
+    /// are put into, which is returned, and no origin is looked at.
+    OruVisList& add(const Model& model);
 
     /// Who hears of parts that are dropped on others; for parts that are added from now on.
     void setDropListener(const MeshVisualization::DropListener& listener) { dropListener_ = listener; }
 
 private:
-    QString freeName(const QString& name);
+    /// The names of one list.
+    class Names
+    {
+    public:
+        explicit Names(OruVisList& list)
+            : list_(list)
+        {}
+
+        /// `wanted`, or with a number behind it where that is taken.
+        QString free(const QString& wanted);
+
+    private:
+        OruVisList& list_;
+        /// For each name that was taken, the last number behind it.
+        QHash<QString, int> numbers_;
+    };
+
+    const Origin& sceneOrigin(const Model& first) const;
+    void fill(OruVisList& list, Names& names, const ModelNode& node);
+    std::unique_ptr<MeshVisualization> made(OruVisList& list, const ModelPart& use);
 
     OruVisList& list_;
+    Names names_;
     MeshVisualization::DropListener dropListener_;
-    /// For each name that was wanted, how often.
-    QHash<QString, int> nameUses_;
+    std::unordered_map<const Shape*, std::weak_ptr<PartBuffer>> buffers_;
 };
 
 } // namespace hostkit

@@ -5,6 +5,7 @@
 #include "contracts/core/OruText.h"
 #include "contracts/debug/logger.h"
 #include "contracts/math/BoundingBox.h"
+#include "contracts/math/DoubleMatrix.h"
 #include "contracts/math/Matrix.h"
 #include "contracts/ogl/OruOglFunctions.h"
 #include "contracts/ogl/OruOglGeometry.h"
@@ -17,6 +18,7 @@
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "hosts/mesh/internal/PartBlending.h"
+#include "hosts/mesh/internal/PartBuffer.h"
 #include "hosts/mesh/internal/PartEventHandler.h"
 
 #include <boost/make_shared.hpp>
@@ -27,6 +29,7 @@
 namespace hostkit {
 
 using Kelvar::Math::BoundingBox;
+using Kelvar::Math::DoubleMatrix;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
@@ -80,6 +83,30 @@ bool hasAlpha(const Shape& shape)
             std::any_of(shape.colors.begin(), shape.colors.end(), isTransparent));
 }
 
+/// Under a mirror, what was counter-clockwise is clockwise.
+class FrontFaces
+{
+public:
+    explicit FrontFaces(bool mirrored)
+        : mirrored_(mirrored)
+    {
+        if (mirrored_) {
+            glFrontFace(GL_CW);
+        }
+    }
+    ~FrontFaces()
+    {
+        if (mirrored_) {
+            glFrontFace(GL_CCW);
+        }
+    }
+    FrontFaces(const FrontFaces&) = delete;
+    FrontFaces& operator=(const FrontFaces&) = delete;
+
+private:
+    bool mirrored_;
+};
+
 } // namespace
 
 PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QString& type,
@@ -93,6 +120,7 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
     , shape_(std::move(shape))
     , hasAlpha_(hasAlpha(*shape_))
     , handler_(boost::make_shared<PartEventHandler>(*this))
+    , buffer_(std::make_shared<PartBuffer>())
 {
     rename(shape_->name);
     opacity.setKind(shares);
@@ -126,10 +154,12 @@ void PartVisualization::drawTransparent3d(const DrawContext& context)
 
 void PartVisualization::drawPart(const DrawContext& context)
 {
-    if (!ready(context.geometry)) {
+    const OruOglMeshBuffer* const buffer = ready(context.geometry);
+    if (!buffer) {
         return;
     }
     const Look& shown = look();
+    const FrontFaces faces(shown.mirrored);
     std::optional<PartBlending> blending;
     if (shown.seeThrough) {
         blending.emplace(*shape_, shown.opacity, context.cache);
@@ -144,7 +174,7 @@ void PartVisualization::drawPart(const DrawContext& context)
     }
     // Not put back: some drivers then miss that the tracked material has to follow the current color.
     glColor(shown.color);
-    drawShape(*buffer_);
+    drawShape(*buffer);
     if (shown.placed) {
         glPopMatrix();
     }
@@ -182,16 +212,16 @@ BoundingBox PartVisualization::bounds() const
     return box;
 }
 
-/// False, and told once: the GL has no room for the shape.
-bool PartVisualization::ready(OruOglGeometry& geometry)
+/// Null, and told once: the GL has no room for the shape.
+const OruOglMeshBuffer* PartVisualization::ready(OruOglGeometry& geometry)
 {
-    if (buffer_ && buffer_->belongsTo(geometry)) {
-        return !buffer_->empty();
+    std::unique_ptr<OruOglMeshBuffer>& mesh = buffer_->mesh;
+    if (!mesh || !mesh->belongsTo(geometry)) {
+        mesh = geometry.makeMesh();
+        const bool done = upload(*mesh);
+        oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
     }
-    buffer_ = geometry.makeMesh();
-    const bool done = upload(*buffer_);
-    oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
-    return done;
+    return mesh->empty() ? nullptr : mesh.get();
 }
 
 const PartVisualization::Look& PartVisualization::look() const
@@ -206,6 +236,7 @@ const PartVisualization::Look& PartVisualization::look() const
         look_.color.setAlphaF(blends ? look_.opacity : 1.0f);
         look_.place = placement_ * offset.value() * Matrix::translate(dragged_);
         look_.placed = look_.place != Matrix();
+        look_.mirrored = look_.placed && DoubleMatrix(look_.place).determinant3x3() < 0.0;
     }
     return look_;
 }

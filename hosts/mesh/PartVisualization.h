@@ -19,6 +19,7 @@ class OruVisPickVolume;
 
 namespace hostkit {
 
+class PartBuffer;
 class PartEventHandler;
 
 /// A part of a model in a scene: one use of a shape, drawn, picked by what it shows, and alive under the
@@ -62,6 +63,11 @@ public:
     /// From the frame of the shape to where the model has the part; the identity at first.
     const Kelvar::Math::Matrix& placement() const { return placement_; }
     void setPlacement(const Kelvar::Math::Matrix& placement);
+
+    /// What the shape is drawn from; never null. Parts of one scene that show the same shape may share it:
+    /// set it ahead of the first draw.
+    const std::shared_ptr<PartBuffer>& buffer() const { return buffer_; }
+    void setBuffer(const std::shared_ptr<PartBuffer>& buffer) { buffer_ = buffer; }
 
     void setDropListener(const DropListener& listener) { dropListener_ = listener; }
     const DropListener& dropListener() const { return dropListener_; }
@@ -114,6 +120,8 @@ protected:
         bool marked = false;
         /// It does not stand in the frame of its shape.
         bool placed = false;
+        /// Its place turns triangles round.
+        bool mirrored = false;
         /// Something shines through: drawn behind all that is solid.
         bool seeThrough = false;
         float opacity = 1.0f;
@@ -153,7 +161,7 @@ private:
     };
 
     Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
-    bool ready(OruOglGeometry& geometry);
+    const OruOglMeshBuffer* ready(OruOglGeometry& geometry);
     void drawPart(const DrawContext& context);
     const Kelvar::Math::Matrix& place() const { return look().place; }
 
@@ -164,7 +172,7 @@ private:
     OruVisHitName hitName_;
     boost::shared_ptr<PartEventHandler> handler_;
     DropListener dropListener_;
-    std::unique_ptr<OruOglMeshBuffer> buffer_;
+    std::shared_ptr<PartBuffer> buffer_;
     /// As of its revision of this node.
     mutable Look look_;
     View view_;

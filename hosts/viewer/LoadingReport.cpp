@@ -13,9 +13,15 @@ LoadingReport::LoadingReport(const QString& what)
 
 LoadingReport::~LoadingReport()
 {
+    clear();
+}
+
+void LoadingReport::clear()
+{
     if (told_ && terminal_) {
         std::cerr << "\r\033[K" << std::flush;
     }
+    told_ = false;
 }
 
 void LoadingReport::tell(float share)

@@ -11,13 +11,15 @@ public:
     /// `what` is what is being loaded.
     explicit LoadingReport(const QString& what);
 
-    /// Takes the line off the terminal.
     ~LoadingReport();
     LoadingReport(const LoadingReport&) = delete;
     LoadingReport& operator=(const LoadingReport&) = delete;
 
     /// `share` is 0 to 1. To be called now and then.
     void tell(float share);
+
+    /// Takes the line off the terminal; to be called when loading has ended.
+    void clear();
 
     /// It takes long enough to tell.
     bool due() const { return clock_.elapsed() >= 500; }

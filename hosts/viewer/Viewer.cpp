@@ -1,6 +1,7 @@
 #include "hosts/viewer/Viewer.h"
 
 #include "contracts/ogl/OruOglViewport.h"
+#include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputEvent.h"
@@ -13,6 +14,7 @@
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
 
@@ -24,6 +26,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -79,10 +82,23 @@ protected:
     }
 };
 
-std::vector<Model> takeModels(hostkit::ImportJob& job, const std::optional<PipedModel>& piped)
+void tellNotes(const QStringList& files, const std::vector<Model>& models)
+{
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        for (const QString& note : models[i].notes) {
+            std::cerr << "view: " << qPrintable(files[static_cast<int>(i)]) << ": " << qPrintable(note)
+                      << std::endl;
+        }
+    }
+}
+
+std::vector<Model> takeModels(hostkit::ImportJob& job, const QStringList& files,
+                              const std::optional<PipedModel>& piped)
 {
     try {
-        return job.take();
+        std::vector<Model> models = job.take();
+        tellNotes(files, models);
+        return models;
     } catch (const hostkit::ModelImporter::Error& error) {
         QString text = QString::fromUtf8(error.what());
         if (piped) {
@@ -254,6 +270,7 @@ void Viewer::makePicture()
     HostScene host;
     host.setSize(options_.size);
     addModels(host, loadModels());
+    turnUp(host);
     arrange(host);
     hostkit::InputFeed input(host);
     recordFailure_.clear();
@@ -302,7 +319,8 @@ std::vector<Model> Viewer::loadModels() const
     if (stop.raised()) {
         stopLoading(job, piped);
     }
-    return takeModels(job, piped);
+    report.clear();
+    return takeModels(job, options_.models, piped);
 }
 
 Viewer::ExitCode Viewer::showWindow()
@@ -327,7 +345,8 @@ Viewer::ExitCode Viewer::showWindow()
                 return;
             }
             poll.stop();
-            models = takeModels(job, piped);
+            report.clear();
+            models = takeModels(job, options_.models, piped);
             piped.reset();
             startSession(view, models);
             loaded = true;
@@ -370,6 +389,7 @@ void Viewer::startSession(hostkit::SceneWindow& view, const std::vector<Model>& 
 {
     view.setContent([&models](HostScene& host) { addModels(host, models); });
     view.run([&](HostScene& host) {
+        turnUp(host);
         arrange(host);
         view.setInputListener(startRecording([&view] { return sizeOf(view.host()); }));
         playGestures(view.input(), sizeOf(host));
@@ -395,6 +415,22 @@ Viewer::Failure Viewer::badSetting(std::size_t index, const QString& reason) con
     const bool recorded = replay_ && index < replay_->settings.size();
     const QString origin = recorded ? options_.replayFile + QStringLiteral(": set") : QStringLiteral("--set");
     return Failure(BadInput, QStringLiteral("%1 %2: %3").arg(origin, options_.settings[index].first, reason));
+}
+
+/// --up comes behind what a recording sets and ahead of --set, and into a recording that is made.
+void Viewer::turnUp(HostScene& host)
+{
+    if (options_.up.isEmpty()) {
+        return;
+    }
+    const std::size_t recorded = replay_ ? replay_->settings.size() : 0;
+    const OruVisList& all = host.scene().render.visualizations;
+    for (unsigned int i = 0; i < all.size(); ++i) {
+        if (all.at(i)->type() == hostkit::ModelList::typeString) {
+            options_.settings.emplace(options_.settings.begin() + static_cast<std::ptrdiff_t>(recorded),
+                                      all.at(i)->path() + QStringLiteral("/up"), options_.up);
+        }
+    }
 }
 
 /// The content of a scene, also of one that takes the place of another.

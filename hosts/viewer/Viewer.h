@@ -18,6 +18,8 @@
 #include <stdexcept>
 #include <vector>
 
+class OruVisList;
+
 /// The program: loads the models, sets the scene up as the options ask and shows it, in a window or as a
 /// picture.
 class Viewer
@@ -64,6 +66,7 @@ private:
     bool checkSettings(hostkit::HostScene& host) const;
     Failure badSetting(std::size_t index, const QString& reason) const;
     static void addModels(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
+    void turnUp(hostkit::HostScene& host);
     void arrange(hostkit::HostScene& host) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;

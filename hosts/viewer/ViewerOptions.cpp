@@ -2,6 +2,7 @@
 
 #include "hosts/host/HostScene.h"
 #include "hosts/host/PictureOptions.h"
+#include "hosts/mesh/UpAxis.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -54,6 +55,15 @@ void readPosition(ViewerOptions& options, const QStringList& values)
                  .arg(values[0], known.join(QStringLiteral(", "))));
     }
     options.position = values[0];
+}
+
+void readUp(ViewerOptions& options, const QStringList& values)
+{
+    QString reason;
+    if (!hostkit::UpAxis::kind.accepts(values[0], &reason)) {
+        fail(QStringLiteral("--up %1").arg(reason));
+    }
+    options.up = values[0];
 }
 
 void readDrag(ViewerOptions& options, const QStringList& values)
@@ -160,6 +170,8 @@ const Option optionTable[] = {
     {"--size", "", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
     {"--position", "", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit",
      readPosition},
+    {"--up", "", 1, "AXIS", "x, -x, y, -y, z or -z points up in the models, whatever their files say",
+     readUp},
     {"--drag", "", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
      "drag with {buttons}, and {modifiers}; pixels from the upper left", readDrag},
     {"--wheel", "", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},

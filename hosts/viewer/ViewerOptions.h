@@ -73,6 +73,8 @@ struct ViewerOptions
     bool sizeNamed = false;
     /// A name that HostScene::showFrom knows; empty: not given.
     QString position;
+    /// The axis that points up in all models, a name that UpAxis knows; empty: as their files have it.
+    QString up;
     /// In the order of the command line.
     std::vector<Gesture> gestures;
     /// Path and value of each property to set.

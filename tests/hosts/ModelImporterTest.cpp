@@ -42,6 +42,12 @@ QString writtenFile(const QTemporaryDir& folder, const char* name, const QByteAr
     return file.fileName();
 }
 
+Kelvar::Math::BoundingBox shownBounds(const hostkit::ModelPart& part)
+{
+    Kelvar::Math::BoundingBox box = part.shape().bounds;
+    return box *= part.placement;
+}
+
 } // namespace
 
 TEST(ModelImporter, TellsTheFileAndTheReason)
@@ -67,11 +73,11 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
         {"crash.ply", contentOf("/usr/share/assimp/models/PLY/cube_binary.ply").left(300), "damaged"},
         {"model.unknown", "something", "not a model of a known format"},
         {"noname", "something", "not a model of a known format"},
-        {"nan.stl", broken, "vertex 0 is not a finite position"},
+        {"nan.stl", broken, "there are no triangles: dropped 1 of 1 triangles"},
         {"text.stl",
          "solid s\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 nan 0\nvertex 0 1 0\nendloop\n"
          "endfacet\nendsolid s\n",
-         "vertex 1 is not a finite position"},
+         "there are no triangles: dropped 1 of 1 triangles"},
         {"pipe.bin", QByteArray(), "is not a regular file"},
         {"names.obj", "mtllib pipe.bin\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n",
          "pipe.bin is not a regular file"},
@@ -202,20 +208,23 @@ TEST(ModelImporter, KeepsNormalsUprightUnderAnUnevenScale)
     EXPECT_GT(dot(upright, mesh.normals[mesh.indices[0]].normalized()), 0.999f);
 }
 
-TEST(ModelImporter, BakesEachUseOfAMeshInPlaceWithZUp)
+TEST(ModelImporter, PutsEachUseOfAMeshInPlaceWithZUp)
 {
     const Model engine = load(kelvartest::engineFile());
     EXPECT_EQ(engine.parts.size(), 115u);
     EXPECT_EQ(engine.triangleCount(), 110336u);
     Kelvar::Math::BoundingBox box;
     std::set<QString> names;
+    std::set<std::shared_ptr<const hostkit::Mesh>> meshes;
     int closed = 0;
     for (const auto& part : engine.parts) {
-        box.add(part.shape().bounds);
-        names.insert(part.shape().name);
+        box.add(shownBounds(part));
+        names.insert(part.name);
+        meshes.insert(part.mesh);
         closed += part.mesh->closed;
     }
     EXPECT_EQ(names.size(), 34u);
+    EXPECT_EQ(meshes.size(), 34u) << "uses share a mesh";
     EXPECT_TRUE(names.count("Piston_123-844_0_Parts_1-0"));
     EXPECT_GT(closed, 20);
     // The cylinders lie along x, the sump hangs below: the file has it towards -y.
@@ -243,8 +252,8 @@ TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
         EXPECT_TRUE(part.mesh->closed) << part.shape().name.toStdString();
     }
     // x = 5 - 0..1; the file's z = 7..8 points towards -y, its y upwards.
-    EXPECT_EQ(model.parts[1].mesh->bounds.min(), Vector3(4, -8, 0));
-    EXPECT_EQ(model.parts[1].mesh->bounds.max(), Vector3(5, -7, 1));
+    EXPECT_EQ(shownBounds(model.parts[1]).min(), Vector3(4, -8, 0));
+    EXPECT_EQ(shownBounds(model.parts[1]).max(), Vector3(5, -7, 1));
 }
 
 TEST(ImportJob, LoadsOnItsOwnThreadAndCarriesErrorsOver)

@@ -127,12 +127,7 @@ struct PickTruthGLTest : ::testing::Test
         OruScene::setViewing(OruSceneRenderContext(context()));
         glEnable(GL_DEPTH_TEST);
         glEnableClientState(GL_VERTEX_ARRAY);
-        for (unsigned int i = 0; i < list().size(); ++i) {
-            const auto* part = dynamic_cast<const MeshVisualization*>(list().at(i));
-            if (part && part->visible.value() && (only == nobody || only == part->hitName())) {
-                drawName(*part);
-            }
-        }
+        drawNamesBelow(list(), only);
         glDisableClientState(GL_VERTEX_ARRAY);
         glPopAttrib();
         Picture picture(gl.size());
@@ -143,12 +138,23 @@ struct PickTruthGLTest : ::testing::Test
         return picture;
     }
 
+    void drawNamesBelow(const OruProperties& node, unsigned int only)
+    {
+        for (unsigned int i = 0; i < node.size(); ++i) {
+            const auto* part = dynamic_cast<const MeshVisualization*>(node.at(i));
+            if (part && part->visible.value() && (only == nobody || only == part->hitName())) {
+                drawName(*part);
+            }
+            drawNamesBelow(*node.at(i), only);
+        }
+    }
+
     void drawName(const MeshVisualization& part)
     {
         const unsigned int name = part.hitName();
         glColor3ub(name >> 16 & 0xff, name >> 8 & 0xff, name & 0xff);
         glPushMatrix();
-        glMultMatrixf(part.offset.value().data());
+        glMultMatrixf((part.placement() * part.offset.value()).data());
         glVertexPointer(3, GL_FLOAT, sizeof(Vector3), part.mesh().positions.data());
         glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(part.mesh().indices.size()), GL_UNSIGNED_INT,
                        part.mesh().indices.data());

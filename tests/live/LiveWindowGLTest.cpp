@@ -69,7 +69,8 @@ void expectSamePixel(const Vector3& pixel, const Vector3& expected, double toler
 
 hostkit::MeshVisualization& part(LiveViewer& viewer, const char* name)
 {
-    OruProperties* const node = viewer.scene().scene().render.visualizations.childByName(QLatin1String(name));
+    OruProperties* const node = viewer.scene().scene().render.visualizations.find(
+        QStringLiteral("2CylinderEngine/") + QLatin1String(name));
     return dynamic_cast<hostkit::MeshVisualization&>(*node);
 }
 
@@ -125,7 +126,7 @@ TEST(LiveWindow, TakesKeysAndClosesAtOne)
 
 TEST(LiveWindow, TellsMarksAndMovesParts)
 {
-    LiveViewer viewer("1", {"--set", "render/visualization/body_2/movable=true"});
+    LiveViewer viewer("1", {"--set", "render/visualization/2CylinderEngine/body_2/movable=true"});
     const QRect beside(320, 260, 100, 50);
     const QImage untold = viewer.screen().copy(beside);
     viewer.act("mousemove 330 260");

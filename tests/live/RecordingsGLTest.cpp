@@ -26,12 +26,11 @@ struct Outcome
     QImage picture;
     QByteArray printed;
 
-    /// A value of a visualization, as text.
-    QString value(const QString& visualization, const char* key) const
+    /// A value of a visualization, by its path below the scene's, as text.
+    QString value(const QString& path, const char* key) const
     {
         QJsonObject node = QJsonDocument::fromJson(tree)["tree"].toObject();
-        for (const QString& name :
-             {QStringLiteral("render"), QStringLiteral("visualization"), visualization}) {
+        for (const QString& name : ("render/visualization/" + path).split('/')) {
             const QJsonArray children = node["children"].toArray();
             node = QJsonObject();
             for (const QJsonValue& child : children) {
@@ -104,7 +103,11 @@ TEST(Recordings, EndAlikeEachTimeAndAsTheyShould)
         {"turn-and-zoom", 0.7487f, {0.2804f, -0.7156f, 0.6397f}, {}, "\n"},
         {"box", 4.0f, iso, {}, "\n"},
         {"keys", 1.1404f, {0, 0, -1}, {}, "\n"},
-        {"hover-click-drop", 1.0f, iso, {"body_1", "body_2"}, "dropped \"body_2\" on \"body_1\"\n\n"},
+        {"hover-click-drop",
+         1.0f,
+         iso,
+         {"2CylinderEngine/body_1", "2CylinderEngine/body_2"},
+         "dropped \"body_2\" on \"body_1\"\n\n"},
         {"triad", 1.1404f, {0, 0, 1}, {}, "\n"},
     };
     const Outcome start = viewed({"--size", "640x480"});
@@ -152,8 +155,8 @@ TEST(Recordings, AndTheCommandLineSetNothingWrong)
 TEST(Recordings, GiveWayToTheCommandLineAndAStateKeepsItsView)
 {
     const Outcome still =
-        replayed("hover-click-drop", {"--set", "render/visualization/body_2/movable=false"});
-    EXPECT_EQ(still.value("body_2", "movable"), "false");
+        replayed("hover-click-drop", {"--set", "render/visualization/2CylinderEngine/body_2/movable=false"});
+    EXPECT_EQ(still.value("2CylinderEngine/body_2", "movable"), "false");
     EXPECT_EQ(still.printed, "\n") << "nothing was dropped: the drag turned the view";
 
     const QTemporaryDir folder;

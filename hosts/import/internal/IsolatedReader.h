@@ -1,13 +1,12 @@
 #pragma once
 
+#include "hosts/import/internal/ModelSource.h"
 #include "hosts/import/kelvar_import_api.h"
-#include "hosts/mesh/MeshSource.h"
 #include "hosts/mesh/Progress.h"
 
 #include <QString>
 
 #include <cstdint>
-#include <vector>
 
 namespace hostkit {
 
@@ -40,10 +39,9 @@ public:
     /// `program` is a file that talks as ReaderProtocol tells.
     explicit IsolatedReader(const Limits& limits, const QString& program = ownReader());
 
-    /// The parts as ModelReader gives them. Throws std::runtime_error with the reason, and
+    /// The model as ModelReader gives it. Throws std::runtime_error with the reason, and
     /// Progress::Cancelled at once when `progress` was cancelled; `report` is told how far it is.
-    std::vector<MeshSource> read(const QString& file, const Progress& progress,
-                                 const ReportShare& report) const;
+    ModelSource read(const QString& file, const Progress& progress, const ReportShare& report) const;
 
 private:
     Limits limits_;

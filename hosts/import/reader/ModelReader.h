@@ -1,13 +1,12 @@
 #pragma once
 
-#include "hosts/mesh/MeshSource.h"
-#include "hosts/mesh/Progress.h"
-
 #include <QString>
 
-#include <functional>
+#include <cstdint>
 
 namespace hostkit {
+
+class ModelWriter;
 
 /// Reads a model file by the assimp library.
 ///
@@ -15,11 +14,9 @@ namespace hostkit {
 class ModelReader
 {
 public:
-    using TakePart = std::function<void(MeshSource)>;
-
-    /// Hands out each use of a mesh as a part of its own, the place baked in, the Z axis up: see
-    /// ModelImporter. A part without a name has an empty one. Throws std::runtime_error with the reason.
-    static void read(const QString& file, const ReportShare& report, const TakePart& take);
+    /// Writes what ModelSource holds, all but the end. `mostTextureBytes` is what the pictures of the model
+    /// may take; 0: no limit. Throws std::runtime_error with the reason.
+    static void read(const QString& file, std::uint64_t mostTextureBytes, ModelWriter& out);
 };
 
 } // namespace hostkit

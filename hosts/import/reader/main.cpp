@@ -1,14 +1,14 @@
-// Reads one model file and writes its parts to the standard output: see ReaderProtocol.
+// Reads one model file and writes it to the standard output: see ReaderProtocol.
 
 #include "hosts/import/internal/ReaderProtocol.h"
 #include "hosts/import/reader/ModelReader.h"
-#include "hosts/import/reader/PartWriter.h"
-#include "hosts/mesh/MeshSource.h"
+#include "hosts/import/reader/ModelWriter.h"
 
 #include <QFile>
 
 #include <clocale>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <new>
@@ -27,8 +27,8 @@ void limit(__rlimit_resource resource, rlim_t soft, rlim_t hard)
 
 void keepTo(rlim_t seconds, rlim_t bytes)
 {
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // it ends with the thread that waits for it
-    limit(RLIMIT_CPU, seconds, seconds + 1);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);        // it ends with the thread that waits for it
+    limit(RLIMIT_CPU, seconds, RLIM_INFINITY); // more is allowed for each file that the model names
     limit(RLIMIT_CORE, 0, 0);
 #ifndef __SANITIZE_ADDRESS__
     // The sanitizers take terabytes of addresses.
@@ -40,12 +40,13 @@ void keepTo(rlim_t seconds, rlim_t bytes)
     std::set_new_handler([] { ::_exit(hostkit::ReaderProtocol::outOfMemory); });
 }
 
-void readAndSend(const char* file, const hostkit::PartWriter& out)
+/// Of the memory that reading may take, pictures get so much, so that the rest of the model has room.
+constexpr std::uint64_t shareOfTextures = 8;
+
+void readAndSend(const char* file, std::uint64_t mostBytes, hostkit::ModelWriter& out)
 {
     try {
-        hostkit::ModelReader::read(
-            QFile::decodeName(file), [&](float share) { out.share(share); },
-            [&](const hostkit::MeshSource& part) { out.part(part); });
+        hostkit::ModelReader::read(QFile::decodeName(file), mostBytes / shareOfTextures, out);
         out.done();
     } catch (const std::exception& error) {
         out.error(error.what());
@@ -60,10 +61,12 @@ int main(int argc, char** argv)
         return EXIT_FAILURE;
     }
     std::setlocale(LC_CTYPE, ""); // what file names are written in; numbers in models know no locale
-    keepTo(std::strtoull(argv[2], nullptr, 10), std::strtoull(argv[3], nullptr, 10));
+    const std::uint64_t bytes = std::strtoull(argv[3], nullptr, 10);
+    keepTo(std::strtoull(argv[2], nullptr, 10), bytes);
     // What a library prints must not get between the messages.
     const int pipe = ::dup(STDOUT_FILENO);
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    readAndSend(argv[1], hostkit::PartWriter(pipe));
+    hostkit::ModelWriter out(pipe);
+    readAndSend(argv[1], bytes, out);
     ::_exit(EXIT_SUCCESS); // taking the model apart again would be for nobody
 }

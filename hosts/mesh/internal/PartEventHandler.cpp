@@ -27,6 +27,15 @@ QString nameBelow(const OruProperties& node, unsigned int hitName)
     return name;
 }
 
+const OruProperties& rootAbove(const OruProperties& node)
+{
+    const OruProperties* root = &node;
+    while (root->parent()) {
+        root = root->parent();
+    }
+    return *root;
+}
+
 } // namespace
 
 bool PartEventHandler::OnHoverEnter(const OruVisHitRecord&, const OruStringBuilder& builder, QString& tooltip)
@@ -60,8 +69,8 @@ bool PartEventHandler::OnRelease(const OruVisHitRecord&, IOruVisPropertyEdit* ed
 bool PartEventHandler::OnDrop(const OruVisHitRecord&, const OruVisHitRecord& target, IOruVisPropertyEdit*)
 {
     // A press on a part that stays where it is turned the view; nothing was let go.
-    if (part_.carried() && part_.dropListener() && part_.parent()) {
-        part_.dropListener()(part_.name(), nameBelow(*part_.parent(), target.name));
+    if (part_.carried() && part_.dropListener()) {
+        part_.dropListener()(part_.name(), nameBelow(rootAbove(part_), target.name));
     }
     return false;
 }
