@@ -7,6 +7,7 @@
 #include "hosts/host/InputEvent.h"
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/InputNames.h"
+#include "hosts/host/LightRig.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/host/SceneWindow.h"
 #include "hosts/host/WindowCoordinates.h"
@@ -303,7 +304,9 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
 
     QString error;
     host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
-    if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
+    if (options_.stateFile.isEmpty()) {
+        hostkit::LightRig::apply(host.scene());
+    } else if (!host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }
     for (std::size_t i = 0; i < options_.settings.size(); ++i) {
