@@ -19,28 +19,34 @@ namespace {
 
 /// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
 /// lit; an open mesh shows both sides.
-class ShownSides
+///
+/// The pass also steps surfaces back, the farther the steeper they are seen. Along an outline that takes the
+/// front behind what lies a pixel's way behind it, the inner side of the back above all, which shows as
+/// specks. So all surfaces step back alike.
+class SurfaceState
 {
 public:
-    explicit ShownSides(bool closed)
+    explicit SurfaceState(bool closed)
         : closed_(closed)
     {
+        glPolygonOffset(0.0f, 1.0f);
         if (closed_) {
             glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
         } else {
             glDisable(GL_CULL_FACE);
         }
     }
-    ~ShownSides()
+    ~SurfaceState()
     {
+        glPolygonOffset(1.0f, 1.0f);
         if (closed_) {
             glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
         } else {
             glEnable(GL_CULL_FACE);
         }
     }
-    ShownSides(const ShownSides&) = delete;
-    ShownSides& operator=(const ShownSides&) = delete;
+    SurfaceState(const SurfaceState&) = delete;
+    SurfaceState& operator=(const SurfaceState&) = delete;
 
 private:
     bool closed_;
@@ -81,7 +87,7 @@ bool MeshVisualization::upload(OruOglMeshBuffer& buffer)
 /// A large mesh draws what is in view of it; for a small one asking costs more than it saves.
 void MeshVisualization::drawShape(const OruOglMeshBuffer& buffer)
 {
-    const ShownSides sides(mesh_->closed);
+    const SurfaceState state(mesh_->closed);
     if (buffer.indexCount() >= leastIndicesToCull) {
         drawRunsInView(buffer);
     } else {
