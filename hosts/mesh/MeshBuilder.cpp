@@ -3,6 +3,7 @@
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Vector3.h"
 #include "hosts/mesh/TriangleHierarchy.h"
+#include "hosts/mesh/internal/EdgeFinder.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 
@@ -98,6 +99,8 @@ std::shared_ptr<const Mesh> MeshWork::run()
     buildVertices();
     report_(0.7f);
     mesh_->closed = topology_.watertight() && facesOutwards();
+    mesh_->edges = EdgeFinder(topology_, *mesh_, !source_.normals.empty()).find();
+    report_(0.8f);
     buildRuns();
     mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
     report_(1.0f);

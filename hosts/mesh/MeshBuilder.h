@@ -10,7 +10,7 @@
 namespace hostkit {
 
 /// Makes a Mesh from what a file gives: joins equal vertices, works out missing normals and turns given ones
-/// to the outer side of their triangle, finds out whether the surface is closed, and builds the
+/// to the outer side of their triangle, finds its edges and whether the surface is closed, and builds the
 /// hierarchy for picking.
 ///
 /// Two million triangles that share nothing take about a second. Triangles with two equal corners are

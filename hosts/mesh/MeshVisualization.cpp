@@ -6,8 +6,11 @@
 #include "contracts/ogl/OruOglMeshBuffer.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisViewVolume.h"
+#include "hosts/mesh/internal/EdgeLines.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -16,6 +19,9 @@ namespace hostkit {
 using Kelvar::Math::BoundingBox;
 
 namespace {
+
+constexpr OruPropertyKind edgeAngles = OruPropertyKind::of<float>().from(MeshEdges::leastAngle).to(180.0);
+constexpr float usualEdgeAngle = 30.0f;
 
 /// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
 /// lit; an open mesh shows both sides.
@@ -52,6 +58,22 @@ private:
     bool closed_;
 };
 
+/// Triangles as their sides, seen from both sides and through.
+class WireframeState
+{
+public:
+    explicit WireframeState(float width)
+    {
+        glPushAttrib(GL_POLYGON_BIT | GL_LINE_BIT);
+        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+        glDisable(GL_CULL_FACE);
+        glLineWidth(width);
+    }
+    ~WireframeState() { glPopAttrib(); }
+    WireframeState(const WireframeState&) = delete;
+    WireframeState& operator=(const WireframeState&) = delete;
+};
+
 /// A mesh with as many is worth asking which runs of it are in view.
 constexpr std::size_t leastIndicesToCull = 3 * 16 * Mesh::runLength;
 
@@ -61,8 +83,13 @@ const QString MeshVisualization::typeString = QStringLiteral("hostkit.mesh");
 
 MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh)
     : PartVisualization(modifiedGroup, typeString, mesh)
+    , edges(*this, QStringLiteral("edges"), QString::fromLatin1(edgeWords[0].value), QString())
+    , edgeAngle(*this, QStringLiteral("edgeAngle"), usualEdgeAngle, QString())
     , mesh_(std::move(mesh))
-{}
+{
+    edges.setKind(edgeKind);
+    edgeAngle.setKind(edgeAngles);
+}
 
 MeshVisualization::~MeshVisualization() = default;
 
@@ -84,10 +111,57 @@ bool MeshVisualization::upload(OruOglMeshBuffer& buffer)
     return buffer.upload(arrays);
 }
 
-/// A large mesh draws what is in view of it; for a small one asking costs more than it saves.
+/// Asked at each draw, so it is read once and not text by text.
+MeshVisualization::Lines MeshVisualization::lines() const
+{
+    if (linesRevision_ != revision()) {
+        linesRevision_ = revision();
+        const auto found = std::find_if(std::begin(edgeWords), std::end(edgeWords), [&](const auto& word) {
+            return edges.value() == QLatin1String(word.value);
+        });
+        lines_ = found == std::end(edgeWords) ? Lines::Off : static_cast<Lines>(found - edgeWords);
+    }
+    return lines_;
+}
+
+void MeshVisualization::draw3d(const DrawContext& context)
+{
+    if (lines() == Lines::Edges) {
+        if (!edgeLines_) {
+            edgeLines_ = std::make_unique<EdgeLines>(*mesh_);
+        }
+        edgeLines_->prepare(context.geometry, edgeAngle.value());
+    }
+    PartVisualization::draw3d(context);
+}
+
 void MeshVisualization::drawShape(const OruOglMeshBuffer& buffer)
 {
-    const SurfaceState state(mesh_->closed);
+    if (lines() == Lines::Wireframe) {
+        const WireframeState state(EdgeLines::widthFor(shapeView().viewport));
+        drawTriangles(buffer);
+        return;
+    }
+    {
+        const SurfaceState state(mesh_->closed);
+        drawTriangles(buffer);
+    }
+    if (lines() == Lines::Edges) {
+        drawEdges();
+    }
+}
+
+void MeshVisualization::drawEdges() const
+{
+    const View view = shapeView();
+    // A mark is bright, whatever it is on.
+    edgeLines_->draw(view.modelView, view.projection, view.viewport,
+                     marked.value() ? QColor(Qt::white) : color.value());
+}
+
+/// A large mesh draws what is in view of it; for a small one asking costs more than it saves.
+void MeshVisualization::drawTriangles(const OruOglMeshBuffer& buffer) const
+{
     if (buffer.indexCount() >= leastIndicesToCull) {
         drawRunsInView(buffer);
     } else {
@@ -116,7 +190,8 @@ void MeshVisualization::drawRunsInView(const OruOglMeshBuffer& buffer) const
 
 std::optional<PartVisualization::Hit> MeshVisualization::pickShape(const OruVisPickVolume& volume) const
 {
-    const auto hit = mesh_->hierarchy.pick(volume);
+    const TriangleHierarchy& hierarchy = mesh_->hierarchy;
+    const auto hit = lines() == Lines::Wireframe ? hierarchy.pickSides(volume) : hierarchy.pick(volume);
     return hit ? std::make_optional(Hit{hit->depth, hit->centerDistance}) : std::nullopt;
 }
 

@@ -1,16 +1,24 @@
 #pragma once
 
+#include "contracts/core/OruPropertyKind.h"
 #include "hosts/mesh/Mesh.h"
 #include "hosts/mesh/PartVisualization.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
 namespace hostkit {
 
-/// A part that is a surface: drawn lit, picked by its triangles. It is drawn from both sides unless it is
+class EdgeLines;
+
+/// A part that is a surface: drawn lit, picked by what it shows. It is drawn from both sides unless it is
 /// closed.
+///
+/// As a wireframe it shows all sides of its triangles and what lies behind them. A pick then takes its lines
+/// alone, so that what is seen through it can be pointed at, too. Edges over the surface do not change what
+/// is picked.
 class KELVAR_MESH_API MeshVisualization : public PartVisualization
 {
 public:
@@ -20,8 +28,23 @@ public:
     MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh);
     ~MeshVisualization() override;
 
+    /// What `edges` can be: the surface alone, with its sharp and open edges as dark lines over it, or the
+    /// sides of all triangles and no surface.
+    static constexpr OruPropertyKind::Choice edgeWords[] = {
+        {"off", "surface"}, {"edges", "surface with its edges"}, {"wireframe", "wireframe"}};
+    static constexpr OruPropertyKind edgeKind = OruPropertyKind::of<QString>().oneOf(edgeWords);
+
+    /// One of edgeWords; key "edges". Another text counts as "off".
+    OruPropertyAdaptor<QString> edges;
+
+    /// Where the surface bends by as many degrees or more, it has an edge; from 5 to 180, which leaves the
+    /// open ones. Key "edgeAngle".
+    OruPropertyAdaptor<float> edgeAngle;
+
     const Mesh& mesh() const { return *mesh_; }
     Content content() const override;
+
+    void draw3d(const DrawContext& context) override;
 
 protected:
     bool upload(OruOglMeshBuffer& buffer) override;
@@ -29,9 +52,24 @@ protected:
     std::optional<Hit> pickShape(const OruVisPickVolume& volume) const override;
 
 private:
+    /// In the order of edgeWords.
+    enum class Lines
+    {
+        Off,
+        Edges,
+        Wireframe
+    };
+    Lines lines() const;
+    void drawTriangles(const OruOglMeshBuffer& buffer) const;
     void drawRunsInView(const OruOglMeshBuffer& buffer) const;
+    void drawEdges() const;
 
     std::shared_ptr<const Mesh> mesh_;
+    /// As of that revision of this node.
+    mutable Lines lines_ = Lines::Off;
+    mutable std::uint64_t linesRevision_ = 0;
+    /// Null until edges are wanted.
+    std::unique_ptr<EdgeLines> edgeLines_;
 };
 
 } // namespace hostkit

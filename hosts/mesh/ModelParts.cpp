@@ -6,6 +6,21 @@
 
 namespace hostkit {
 
+namespace {
+
+void setEdgesBelow(OruProperties& node, const QString& edges)
+{
+    for (unsigned int i = 0; i < node.size(); ++i) {
+        if (auto* const part = dynamic_cast<MeshVisualization*>(node.at(i))) {
+            part->edges.setValue(edges);
+        } else {
+            setEdgesBelow(*node.at(i), edges);
+        }
+    }
+}
+
+} // namespace
+
 ModelParts::ModelParts(OruVisList& list)
     : list_(list)
 {}
@@ -21,6 +36,11 @@ void ModelParts::add(const Model& model)
             static_cast<void>(part.release()); // the tree's from now on
         }
     });
+}
+
+void ModelParts::setEdges(const QString& edges)
+{
+    setEdgesBelow(list_, edges);
 }
 
 QString ModelParts::freeName(const QString& name)

@@ -26,6 +26,9 @@ public:
     /// name is taken gets a number: "body", "body.2".
     void add(const Model& model);
 
+    /// Writes MeshVisualization::edges of all parts of the list, and of lists within it.
+    void setEdges(const QString& edges);
+
     /// Who hears of parts that are dropped on others; for parts that are added from now on.
     void setDropListener(const MeshVisualization::DropListener& listener) { dropListener_ = listener; }
 

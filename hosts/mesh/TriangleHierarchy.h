@@ -49,6 +49,10 @@ public:
     /// then the triangle that comes first in `indices`.
     std::optional<Hit> pick(const OruVisPickVolume& volume) const;
 
+    /// The same for triangles that are drawn as their three sides: the nearest point at which a side runs
+    /// through the pixels of the window.
+    std::optional<Hit> pickSides(const OruVisPickVolume& volume) const;
+
     /// Triangles that can be hit.
     std::size_t triangleCount() const { return triangles_.size(); }
 
@@ -60,6 +64,9 @@ public:
 
 private:
     class Builder;
+
+    template <typename Question>
+    std::optional<Hit> run(Question query) const;
 
     const Kelvar::Math::Vector3* positions_ = nullptr;
     const uint32_t* indices_ = nullptr;

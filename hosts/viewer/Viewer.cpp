@@ -13,6 +13,7 @@
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/MeshVisualization.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
 #include "hosts/viewer/StopSignals.h"
@@ -160,6 +161,14 @@ void Viewer::takeOver(const hostkit::Recording& recording)
     }
     if (options_.position.isEmpty()) {
         options_.position = recording.position;
+    }
+    QString reason;
+    if (!recording.edges.isEmpty() &&
+        !hostkit::MeshVisualization::edgeKind.accepts(recording.edges, &reason)) {
+        throw Failure(BadInput, QStringLiteral("%1: edges %2").arg(options_.replayFile, reason));
+    }
+    if (options_.edges.isEmpty()) {
+        options_.edges = recording.edges;
     }
     options_.settings.insert(options_.settings.begin(), recording.settings.begin(), recording.settings.end());
 }
@@ -309,6 +318,9 @@ void Viewer::fill(HostScene& host, const std::vector<Model>& models) const
     } else if (!host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }
+    if (!options_.edges.isEmpty()) {
+        parts.setEdges(options_.edges);
+    }
     for (std::size_t i = 0; i < options_.settings.size(); ++i) {
         if (!host.setValue(options_.settings[i].first, options_.settings[i].second, &error)) {
             throw badSetting(i, error);
@@ -333,6 +345,7 @@ hostkit::InputFeed::Listener Viewer::startRecording(HostScene& host)
         head.models.append(QFileInfo(model).absoluteFilePath());
     }
     head.position = options_.position;
+    head.edges = options_.edges;
     head.settings = options_.settings;
     try {
         record_ = std::make_unique<hostkit::RecordingWriter>(options_.recordFile, head);

@@ -1,6 +1,7 @@
 #include "hosts/viewer/ViewerOptions.h"
 
 #include "hosts/host/HostScene.h"
+#include "hosts/mesh/MeshVisualization.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -94,6 +95,14 @@ void readSetting(ViewerOptions& options, const QStringList& values)
     options.settings.push_back(*setting);
 }
 
+void readEdges(ViewerOptions& options, const QStringList& values)
+{
+    options.edges = values[0] == QLatin1String("on") ? QStringLiteral("edges") : values[0];
+    if (!hostkit::MeshVisualization::edgeKind.accepts(options.edges)) {
+        fail(QStringLiteral("\"%1\" is none of off, on and wireframe").arg(values[0]));
+    }
+}
+
 struct Option
 {
     const char* name;
@@ -104,12 +113,14 @@ struct Option
     void (*read)(ViewerOptions&, const QStringList&);
 };
 
-const std::array<Option, 13> optionTable = {{
+const std::array<Option, 14> optionTable = {{
     {"--size", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
     {"--position", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit", readPosition},
     {"--drag", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
      "drag with {buttons}, and {modifiers}; pixels from the upper left", readDrag},
     {"--wheel", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
+    {"--edges", 1, "off|on|wireframe", "show all parts with their edges, or with nothing but lines",
+     readEdges},
     {"--state", 1, "FILE", "load settings and view from a file",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
     {"--save-state", 1, "FILE", "save settings and view to a file at the end",

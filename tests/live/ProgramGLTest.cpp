@@ -64,6 +64,16 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
         {"(ulimit -f 1; trap '' XFSZ; $V model.stl --drag left 0,0 99,99 --drag left 0,0 99,99 --record half"
          " --out >(cat >/dev/null)); code=$?; $V --replay half && exit $code",
          3, "recording has stopped: half: File too large"},
+        {"printf 'kelvar-recording 1\\nsize 9x9\\nedges x\\nmodel model.stl\\n' >bad; $V --replay bad", 2,
+         "bad: edges must be one of"},
+        {"$V model.stl --edges wireframe --record lines --out new && $V --replay lines --out again &&"
+         " $V model.stl --out plain && cmp new again && ! cmp -s new plain",
+         0, ""},
+        {"printf '{\"format\": \"kelvar property tree\", \"version\": 1, \"tree\": {\"name\": \"s\"}}' >own;"
+         " $V model.stl --save-state lit --out new && $V model.stl --state own --save-state unlit --out new "
+         "&&"
+         " grep -q light.3 lit && ! grep -q light.2 unlit",
+         0, ""},
         {"DISPLAY=:4711 $V model.stl --out new", 3, "the display \":4711\" cannot be reached"},
         {"$V model.stl --out new >&-; code=$?; test -s new && exit $code", 0, ""},
         {"cat pipe >got & $V model.stl --out pipe && wait && test -p pipe && grep -q PNG got", 0, ""},
