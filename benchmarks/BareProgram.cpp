@@ -110,7 +110,7 @@ void BareProgram::setState()
     glDepthFunc(GL_LESS);
     glShadeModel(GL_SMOOTH);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
-    glPolygonOffset(1.0f, 1.0f);
+    glPolygonOffset(0.0f, 1.0f);
     const float everywhere[] = {0.2f, 0.2f, 0.2f, 1.0f};
     const float black[] = {0.0f, 0.0f, 0.0f, 1.0f};
     const float white[] = {1.0f, 1.0f, 1.0f, 1.0f};

@@ -111,6 +111,32 @@ Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles)
     return arrays;
 }
 
+Arrays gear()
+{
+    constexpr uint32_t lines = 160;
+    constexpr uint32_t pieces = 3125;
+    MeshSource source;
+    source.name = QStringLiteral("gear");
+    source.material.color = QColor(190, 190, 200);
+    for (uint32_t piece = 0; piece <= pieces; ++piece) {
+        for (uint32_t line = 0; line < lines; ++line) {
+            // Teeth of two lines outside and two inside.
+            const float radius = line % 4 < 2 ? 1.0f : 0.85f;
+            const float angle = 6.2831853f * static_cast<float>(line) / lines;
+            const float height = 2.0f * static_cast<float>(piece) / pieces;
+            source.positions.emplace_back(radius * std::cos(angle), radius * std::sin(angle), height);
+        }
+    }
+    for (uint32_t piece = 0; piece < pieces; ++piece) {
+        for (uint32_t line = 0; line < lines; ++line) {
+            const uint32_t a = piece * lines + line;
+            const uint32_t b = piece * lines + (line + 1) % lines;
+            source.indices.insert(source.indices.end(), {a, b, b + lines, a, b + lines, a + lines});
+        }
+    }
+    return {source};
+}
+
 Model buildModel(Arrays arrays)
 {
     Model model;

@@ -34,6 +34,9 @@ Scene makeScene(const QString& name, const QString& engineFile);
 /// So many spheres of that many triangles on a grid, without gaps in its rows.
 Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles);
 
+/// One gear wheel of a million triangles, with sharp edges along 160 lines of 3,125 pieces each.
+Arrays gear();
+
 /// Meshes as a host makes them of arrays: checked, welded, with their hierarchies.
 hostkit::Model buildModel(Arrays arrays);
 

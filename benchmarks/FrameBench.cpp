@@ -4,6 +4,7 @@
 #include "contracts/vis/OruVisList.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/mesh/MeshVisualization.h"
+#include "hosts/mesh/ModelParts.h"
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
@@ -13,6 +14,8 @@
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -108,6 +111,30 @@ void measureFrames(hostkit::OffscreenView& view, const QString& name, const QStr
                   QStringLiteral("<= 0.3"));
 }
 
+/// What lines cost where there are many, in relation to the same frame without.
+void measureEdges()
+{
+    const Model model = bench::buildModel(bench::gear());
+    HostScene host{QString(), QString(), QString()};
+    bench::show(host, model);
+    hostkit::ModelParts parts(host.scene().render.visualizations);
+    std::vector<bench::Work> frames;
+    for (const char* edges : {"off", "edges", "wireframe"}) {
+        frames.emplace_back([&, edges] {
+            parts.setEdges(QString::fromLatin1(edges));
+            host.draw();
+        });
+    }
+    const auto costs = bench::interleave(rounds, frames);
+    const QString name = QStringLiteral("1,000,000 triangles with 500,160 edges: frame");
+    bench::report(name + QStringLiteral(", wall"), bench::median(costs[0], &Cost::wall),
+                  QStringLiteral("ms"));
+    for (const auto& [what, cost] : {std::pair("edges on", costs[1]), std::pair("wireframe", costs[2])}) {
+        bench::report(name + QStringLiteral(" with %1, processor").arg(QLatin1String(what)),
+                      bench::medianRatio(cost, costs[0], &Cost::processor), QStringLiteral("of plain"));
+    }
+}
+
 /// Whether the objects draw something. What the driver has to tidy up after thousands of draws falls into the
 /// library's share of the next frame; objects that draw nothing show it without.
 enum class Objects
@@ -162,6 +189,7 @@ void measureAll(const QStringList& arguments)
     for (int i = 0; i < names.size(); ++i) {
         measureFrames(view, names[i], arguments.value(0), aims[i]);
     }
+    measureEdges();
     for (const Objects kind : {Objects::Meshes, Objects::Empty}) {
         measureOwnShare(10, kind);
         measureOwnShare(10000, kind);

@@ -170,6 +170,8 @@ private:
             recording_.models.append(text(rest));
         } else if (word == QLatin1String("position")) {
             recording_.position = text(rest);
+        } else if (word == QLatin1String("edges")) {
+            recording_.edges = text(rest);
         } else if (word == QLatin1String("set")) {
             readSetting(text(rest));
         } else {
@@ -368,6 +370,9 @@ QByteArray Recording::head() const
     }
     if (!position.isEmpty()) {
         text += QStringLiteral("position %1\n").arg(lineText(position));
+    }
+    if (!edges.isEmpty()) {
+        text += QStringLiteral("edges %1\n").arg(lineText(edges));
     }
     for (const auto& setting : settings) {
         text += QStringLiteral("set %1\n").arg(lineText(setting.first + QLatin1Char('=') + setting.second));

@@ -60,6 +60,8 @@ public:
     QStringList models;
     /// A standard position to start from; empty: the usual one.
     QString position;
+    /// How the surfaces of the models were shown, in the words of whoever shows them; empty: as usual.
+    QString edges;
     /// Path and value of each property that was set at the start.
     std::vector<std::pair<QString, QString>> settings;
 

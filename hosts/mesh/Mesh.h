@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/mesh/MeshEdges.h"
 #include "hosts/mesh/Shape.h"
 #include "hosts/mesh/TexturePoint.h"
 #include "hosts/mesh/TriangleHierarchy.h"
@@ -23,6 +24,9 @@ struct Mesh : Shape
 
     /// The surface has an inside, and no triangle shows its back to the outside.
     bool closed = false;
+
+    /// Where it ends or bends.
+    MeshEdges edges;
 
     /// Boxes of the runs of `runLength` triangles that `indices` is made of, the last one shorter.
     std::vector<Kelvar::Math::BoundingBox> runs;

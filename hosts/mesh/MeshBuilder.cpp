@@ -3,6 +3,7 @@
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Vector3.h"
 #include "hosts/mesh/TriangleHierarchy.h"
+#include "hosts/mesh/internal/EdgeFinder.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 
@@ -62,6 +63,7 @@ private:
     void check() const;
     void buildTopology();
     void buildFaceNormals();
+    void findTurned();
     void buildVertices();
     void buildVerticesAt(uint32_t point);
     /// The one normal of a place where no two triangles make a crease; zero where they may.
@@ -76,6 +78,8 @@ private:
     MeshTopology topology_;
     /// For each triangle its normal, as long as twice its area: worked out where the source has none.
     std::vector<Vector3> faceNormals_;
+    /// For each triangle whether its given normals are those of its other side.
+    std::vector<bool> turned_;
     std::shared_ptr<Mesh> mesh_;
 };
 
@@ -104,6 +108,8 @@ std::shared_ptr<const Mesh> MeshWork::run()
     buildVertices();
     report_(0.7f);
     mesh_->closed = topology_.watertight() && facesOutwards();
+    mesh_->edges = EdgeFinder(topology_, *mesh_, !source_.normals.empty()).find();
+    report_(0.8f);
     buildRuns();
     mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
     report_(1.0f);
@@ -164,6 +170,8 @@ void MeshWork::buildVertices()
     if (source_.normals.empty() || hasBadNormal(source_.normals)) {
         source_.normals.clear();
         buildFaceNormals();
+    } else {
+        findTurned();
     }
     mesh_->indices.resize(source_.indices.size());
     for (uint32_t point = 0; point < topology_.pointCount(); ++point) {
@@ -232,7 +240,8 @@ Vector3 MeshWork::roundNormalAt(uint32_t point) const
 Vector3 MeshWork::normalAt(uint32_t corner) const
 {
     if (!source_.normals.empty()) {
-        return unit(source_.normals[source_.indices[corner]]);
+        const Vector3 normal = unit(source_.normals[source_.indices[corner]]);
+        return turned_[corner / 3] ? -normal : normal;
     }
     static const float crease = cosine(MeshBuilder::creaseAngle);
     const Vector3& own = faceNormals_[corner / 3];
@@ -250,6 +259,20 @@ Vector3 MeshWork::normalAt(uint32_t corner) const
     const Vector3 normal = unit(sum);
     // Triangles without area have no side of their own; any unit vector will do.
     return normal == Vector3() ? Kelvar::Math::VectorZ : normal;
+}
+
+/// Finds the triangles whose given normals point to the side from which they are seen clockwise. Drawing
+/// takes the order of the corners at its word: with such normals it would light them from behind.
+void MeshWork::findTurned()
+{
+    turned_.resize(source_.indices.size() / 3);
+    for (std::size_t face = 0; face < turned_.size(); ++face) {
+        const uint32_t* const triangle = &source_.indices[3 * face];
+        const Vector3& a = source_.positions[triangle[0]];
+        const Vector3 normal = cross(source_.positions[triangle[1]] - a, source_.positions[triangle[2]] - a);
+        turned_[face] = dot(normal, source_.normals[triangle[0]] + source_.normals[triangle[1]] +
+                                        source_.normals[triangle[2]]) < 0.0f;
+    }
 }
 
 bool MeshWork::facesOutwards() const

@@ -9,11 +9,14 @@
 #include "contracts/ogl/OruOglTextureStages.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisViewVolume.h"
+#include "hosts/mesh/internal/EdgeLines.h"
 #include "hosts/mesh/internal/SurfaceOpacity.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -22,6 +25,9 @@ namespace hostkit {
 using Kelvar::Math::BoundingBox;
 
 namespace {
+
+constexpr OruPropertyKind edgeAngles = OruPropertyKind::of<float>().from(MeshEdges::leastAngle).to(180.0);
+constexpr float usualEdgeAngle = 30.0f;
 
 /// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
 /// lit; an open mesh shows both sides.
@@ -50,6 +56,18 @@ public:
 
 private:
     bool closed_;
+};
+
+/// The pass steps surfaces back, the farther the steeper they are seen. Along an outline that takes the front
+/// behind what lies a pixel's way behind it, the inner side of the back above all, which shows as specks. So
+/// all surfaces step back alike.
+class EvenStep
+{
+public:
+    EvenStep() { glPolygonOffset(0.0f, 1.0f); }
+    ~EvenStep() { glPolygonOffset(1.0f, 1.0f); }
+    EvenStep(const EvenStep&) = delete;
+    EvenStep& operator=(const EvenStep&) = delete;
 };
 
 /// Draws nothing where alpha lies below the cutoff of a material.
@@ -97,6 +115,22 @@ OruOglCache::Wrap wrapOf(Texture::Wrap wrap)
 /// What a mark leaves of a texture is enough to know it by.
 constexpr float markShare = 0.6f;
 
+/// Triangles as their sides, seen from both sides and through.
+class WireframeState
+{
+public:
+    explicit WireframeState(float width)
+    {
+        glPushAttrib(GL_POLYGON_BIT | GL_LINE_BIT);
+        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+        glDisable(GL_CULL_FACE);
+        glLineWidth(width);
+    }
+    ~WireframeState() { glPopAttrib(); }
+    WireframeState(const WireframeState&) = delete;
+    WireframeState& operator=(const WireframeState&) = delete;
+};
+
 /// A mesh with as many is worth asking which runs of it are in view.
 constexpr std::size_t leastIndicesToCull = 3 * 16 * Mesh::runLength;
 
@@ -106,8 +140,13 @@ const QString MeshVisualization::typeString = QStringLiteral("hostkit.mesh");
 
 MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh)
     : PartVisualization(modifiedGroup, typeString, mesh)
+    , edges(*this, QStringLiteral("edges"), QString::fromLatin1(edgeWords[0].value), QString())
+    , edgeAngle(*this, QStringLiteral("edgeAngle"), usualEdgeAngle, QString())
     , mesh_(std::move(mesh))
-{}
+{
+    edges.setKind(edgeKind);
+    edgeAngle.setKind(edgeAngles);
+}
 
 MeshVisualization::~MeshVisualization() = default;
 
@@ -130,8 +169,27 @@ bool MeshVisualization::upload(OruOglMeshBuffer& buffer)
     return buffer.upload(arrays);
 }
 
+/// Asked at each draw, so it is read once and not text by text.
+MeshVisualization::Lines MeshVisualization::lines() const
+{
+    if (linesRevision_ != revision()) {
+        linesRevision_ = revision();
+        const auto found = std::find_if(std::begin(edgeWords), std::end(edgeWords), [&](const auto& word) {
+            return edges.value() == QLatin1String(word.value);
+        });
+        lines_ = found == std::end(edgeWords) ? Lines::Off : static_cast<Lines>(found - edgeWords);
+    }
+    return lines_;
+}
+
 void MeshVisualization::draw3d(const DrawContext& context)
 {
+    if (lines() == Lines::Edges) {
+        if (!edgeLines_) {
+            edgeLines_ = std::make_unique<EdgeLines>(*mesh_);
+        }
+        edgeLines_->prepare(context.geometry, edgeAngle.value());
+    }
     if (!mesh_->texturePoints.empty()) {
         const Texture& picture = *mesh_->material.texture;
         texture_ =
@@ -142,6 +200,28 @@ void MeshVisualization::draw3d(const DrawContext& context)
 
 void MeshVisualization::drawShape(const OruOglMeshBuffer& buffer)
 {
+    if (lines() == Lines::Wireframe) {
+        const WireframeState state(EdgeLines::widthFor(shapeView().viewport));
+        drawInView(buffer);
+        return;
+    }
+    drawSurface(buffer);
+    if (lines() == Lines::Edges) {
+        drawEdges();
+    }
+}
+
+void MeshVisualization::drawEdges() const
+{
+    const View view = shapeView();
+    // A mark is bright, whatever it is on.
+    edgeLines_->draw(view.modelView, view.projection, view.viewport,
+                     look().marked ? QColor(Qt::white) : color.value());
+}
+
+void MeshVisualization::drawSurface(const OruOglMeshBuffer& buffer) const
+{
+    const EvenStep step;
     std::optional<OruOglTextureStages> stages;
     if (texture_) {
         stages.emplace();
@@ -200,11 +280,14 @@ void MeshVisualization::drawRunsInView(const OruOglMeshBuffer& buffer) const
 
 std::optional<PartVisualization::Hit> MeshVisualization::pickShape(const OruVisPickVolume& volume) const
 {
+    const TriangleHierarchy& hierarchy = mesh_->hierarchy;
     const SurfaceOpacity surface(*mesh_, look().opacity);
     const auto hides = [&](uint32_t triangle, const std::array<double, 3>& weights) {
         return surface.at(triangle, weights) >= leastPickedOpacity;
     };
-    const auto hit = surface.varies() ? mesh_->hierarchy.pick(volume, hides) : mesh_->hierarchy.pick(volume);
+    const auto hit = lines() == Lines::Wireframe ? hierarchy.pickSides(volume)
+                     : surface.varies()          ? hierarchy.pick(volume, hides)
+                                                 : hierarchy.pick(volume);
     return hit ? std::make_optional(Hit{hit->depth, hit->centerDistance}) : std::nullopt;
 }
 

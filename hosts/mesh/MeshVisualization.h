@@ -1,9 +1,11 @@
 #pragma once
 
+#include "contracts/core/OruPropertyKind.h"
 #include "hosts/mesh/Mesh.h"
 #include "hosts/mesh/PartVisualization.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -11,8 +13,14 @@ struct OruOglTexture;
 
 namespace hostkit {
 
-/// A part that is a surface: drawn lit, picked by its triangles. It is drawn from both sides unless it is
+class EdgeLines;
+
+/// A part that is a surface: drawn lit, picked by what it shows. It is drawn from both sides unless it is
 /// closed and hides its inside. A texture is multiplied with the color or the colors of the vertices.
+///
+/// As a wireframe it shows all sides of its triangles and what lies behind them. A pick then takes its lines
+/// alone, so that what is seen through it can be pointed at, too. Edges over the surface do not change what
+/// is picked.
 class KELVAR_MESH_API MeshVisualization : public PartVisualization
 {
 public:
@@ -21,6 +29,19 @@ public:
     /// The mesh is shared and not null.
     MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh);
     ~MeshVisualization() override;
+
+    /// What `edges` can be: the surface alone, with its sharp and open edges as dark lines over it, or the
+    /// sides of all triangles and no surface.
+    static constexpr OruPropertyKind::Choice edgeWords[] = {
+        {"off", "surface"}, {"edges", "surface with its edges"}, {"wireframe", "wireframe"}};
+    static constexpr OruPropertyKind edgeKind = OruPropertyKind::of<QString>().oneOf(edgeWords);
+
+    /// One of edgeWords; key "edges". Another text counts as "off".
+    OruPropertyAdaptor<QString> edges;
+
+    /// Where the surface bends by as many degrees or more, it has an edge; from 5 to 180, which leaves the
+    /// open ones. Key "edgeAngle".
+    OruPropertyAdaptor<float> edgeAngle;
 
     const Mesh& mesh() const { return *mesh_; }
     Content content() const override;
@@ -33,13 +54,28 @@ protected:
     std::optional<Hit> pickShape(const OruVisPickVolume& volume) const override;
 
 private:
+    /// In the order of edgeWords.
+    enum class Lines
+    {
+        Off,
+        Edges,
+        Wireframe
+    };
+    Lines lines() const;
+    void drawSurface(const OruOglMeshBuffer& buffer) const;
     void drawFaces(const OruOglMeshBuffer& buffer) const;
     void drawInView(const OruOglMeshBuffer& buffer) const;
     void drawRunsInView(const OruOglMeshBuffer& buffer) const;
+    void drawEdges() const;
 
     std::shared_ptr<const Mesh> mesh_;
     /// As of the last draw; null without one.
     std::shared_ptr<const OruOglTexture> texture_;
+    /// As of that revision of this node.
+    mutable Lines lines_ = Lines::Off;
+    mutable std::uint64_t linesRevision_ = 0;
+    /// Null until edges are wanted.
+    std::unique_ptr<EdgeLines> edgeLines_;
 };
 
 } // namespace hostkit

@@ -10,6 +10,18 @@ namespace hostkit {
 
 namespace {
 
+void setEdgesBelow(OruProperties& node, const QString& edges)
+{
+    for (unsigned int i = 0; i < node.size(); ++i) {
+        if (auto* const part = dynamic_cast<MeshVisualization*>(node.at(i))) {
+            part->edges.setValue(edges);
+        } else {
+            setEdgesBelow(*node.at(i), edges);
+        }
+    }
+}
+
+
 /// Gives an entry to a list, which owns it from then on.
 void give(OruVisList& list, std::unique_ptr<OruVisualization> entry)
 {
@@ -26,6 +38,11 @@ ModelParts::ModelParts(OruVisList& list)
 {}
 
 ModelParts::~ModelParts() = default;
+
+void ModelParts::setEdges(const QString& edges)
+{
+    setEdgesBelow(list_, edges);
+}
 
 OruVisList& ModelParts::add(const Model& model)
 {

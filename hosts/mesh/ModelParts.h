@@ -40,6 +40,9 @@ public:
     /// are put into, which is returned, and no origin is looked at.
     OruVisList& add(const Model& model);
 
+    /// Writes MeshVisualization::edges of all parts of the list, and of lists within it.
+    void setEdges(const QString& edges);
+
     /// Who hears of parts that are dropped on others; for parts that are added from now on.
     void setDropListener(const MeshVisualization::DropListener& listener) { dropListener_ = listener; }
 

@@ -158,6 +158,44 @@ bool straddles(double a, double b, double c)
     return std::min({a, b, c}) <= 0.0 && std::max({a, b, c}) >= 0.0;
 }
 
+/// The piece of a line between two corners, 0 at the first to 1 at the second, in which none of some linear
+/// functions is negative.
+class Piece
+{
+public:
+    /// Takes off where a function with these values at the corners is negative.
+    void cut(double first, double second)
+    {
+        if (first < 0.0 && second < 0.0) {
+            end_ = -1.0;
+        } else if (first < 0.0) {
+            begin_ = std::max(begin_, first / (first - second));
+        } else if (second < 0.0) {
+            end_ = std::min(end_, first / (first - second));
+        }
+    }
+
+    bool empty() const { return begin_ > end_; }
+
+    /// The nearer of its two ends.
+    Corner nearest(const Corner& a, const Corner& b) const
+    {
+        const Corner first = between(a, b, begin_);
+        const Corner second = between(a, b, end_);
+        return first.z * second.w <= second.z * first.w ? first : second;
+    }
+
+private:
+    static Corner between(const Corner& a, const Corner& b, double share)
+    {
+        const auto mixed = [share](double from, double to) { return from + share * (to - from); };
+        return {mixed(a.x, b.x), mixed(a.y, b.y), mixed(a.z, b.z), mixed(a.w, b.w)};
+    }
+
+    double begin_ = 0.0;
+    double end_ = 1.0;
+};
+
 /// One pick: the window's frame and the best hit so far.
 ///
 /// All is done before the division by w. A half space of the window is then a plane in model space also under
@@ -166,13 +204,13 @@ bool straddles(double a, double b, double c)
 class Query
 {
 public:
-    /// `filter` may be null.
-    Query(const OruVisPickVolume& volume, const Filter* filter)
+    /// `filter` may be null; `rim` is what counts beyond the centers of the outermost pixels.
+    explicit Query(const OruVisPickVolume& volume, const Filter* filter = nullptr, double rim = 0.0)
         : volume_(volume)
         , filter_(filter)
         , columns_(windowColumns(volume))
-        , sides_{above(x(), 0.0), above(y(), 0.0), below(x(), volume.width() - 1.0),
-                 below(y(), volume.height() - 1.0), HalfSpace(z(), absolute(z()))}
+        , sides_{above(x(), -rim), above(y(), -rim), below(x(), volume.width() - 1.0 + rim),
+                 below(y(), volume.height() - 1.0 + rim), HalfSpace(z(), absolute(z()))}
         , depthLimit_(nearerThan(1.0))
     {}
 
@@ -201,6 +239,27 @@ public:
     }
 
     const std::optional<Hit>& best() const { return best_; }
+
+protected:
+    Corner corner(const Vector3& p) const { return {at(x(), p), at(y(), p), at(z(), p), at(w(), p)}; }
+    const OruVisPickVolume& volume() const { return volume_; }
+
+    /// The model point is the sum of the corners with those factors, divided by their sum: for the filter.
+    void offer(double exactDepth, int column, int row, uint32_t triangle,
+               const std::array<double, 3>& factors = {})
+    {
+        const double step = std::floor(exactDepth * depthSteps + 0.5);
+        const Hit hit{static_cast<float>(step / depthSteps),
+                      volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
+                      triangle};
+        if ((best_ && !isBetter(hit, *best_)) || !isTaken(triangle, factors)) {
+            return;
+        }
+        if (!best_ || hit.depth < best_->depth) {
+            depthLimit_ = nearerThan(std::min(1.0, (step + 0.75) / depthSteps));
+        }
+        best_ = hit;
+    }
 
 private:
     using Columns = std::array<Linear, 4>;
@@ -246,8 +305,6 @@ private:
 
     HalfSpace nearerThan(double depth) const { return below(z(), depth); }
 
-    Corner corner(const Vector3& p) const { return {at(x(), p), at(y(), p), at(z(), p), at(w(), p)}; }
-
     void testPixel(Corners corners, int column, int row, uint32_t triangle)
     {
         for (Corner& each : corners) {
@@ -273,7 +330,6 @@ private:
         }
     }
 
-    /// The model point is the sum of the corners with those factors, divided by their sum.
     bool isTaken(uint32_t triangle, const std::array<double, 3>& factors) const
     {
         if (!filter_) {
@@ -281,22 +337,6 @@ private:
         }
         const double sum = factors[0] + factors[1] + factors[2];
         return (*filter_)(triangle, {factors[0] / sum, factors[1] / sum, factors[2] / sum});
-    }
-
-    void offer(double exactDepth, int column, int row, uint32_t triangle,
-               const std::array<double, 3>& factors)
-    {
-        const double step = std::floor(exactDepth * depthSteps + 0.5);
-        const Hit hit{static_cast<float>(step / depthSteps),
-                      volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5),
-                      triangle};
-        if ((best_ && !isBetter(hit, *best_)) || !isTaken(triangle, factors)) {
-            return;
-        }
-        if (!best_ || hit.depth < best_->depth) {
-            depthLimit_ = nearerThan(std::min(1.0, (step + 0.75) / depthSteps));
-        }
-        best_ = hit;
     }
 
     static bool isBetter(const Hit& hit, const Hit& than)
@@ -316,6 +356,53 @@ private:
     std::array<HalfSpace, 5> sides_;
     HalfSpace depthLimit_;
     std::optional<Hit> best_;
+};
+
+/// A pick that takes the sides of triangles alone.
+class SideQuery : public Query
+{
+public:
+    explicit SideQuery(const OruVisPickVolume& volume)
+        : Query(volume, nullptr, halfPixel)
+    {}
+
+    void test(const Vector3& a, const Vector3& b, const Vector3& c, uint32_t triangle)
+    {
+        const Corners corners{corner(a), corner(b), corner(c)};
+        for (std::size_t side = 0; side < 3; ++side) {
+            testSide(corners[side], corners[(side + 1) % 3], triangle);
+        }
+    }
+
+private:
+    static constexpr double halfPixel = 0.5;
+
+    void testSide(const Corner& a, const Corner& b, uint32_t triangle)
+    {
+        const double right = volume().width() - halfPixel;
+        const double top = volume().height() - halfPixel;
+        Piece inside;
+        inside.cut(a.x + halfPixel * a.w, b.x + halfPixel * b.w);
+        inside.cut(right * a.w - a.x, right * b.w - b.x);
+        inside.cut(a.y + halfPixel * a.w, b.y + halfPixel * b.w);
+        inside.cut(top * a.w - a.y, top * b.w - b.y);
+        inside.cut(a.z, b.z);
+        inside.cut(a.w - a.z, b.w - b.z);
+        if (inside.empty()) {
+            return;
+        }
+        const Corner hit = inside.nearest(a, b);
+        if (hit.w > 0.0) {
+            offer(hit.z / hit.w, pixel(hit.x / hit.w, volume().width()),
+                  pixel(hit.y / hit.w, volume().height()), triangle);
+        }
+    }
+
+    /// The row or column in which a point of the window lies.
+    static int pixel(double at, int count)
+    {
+        return std::clamp(static_cast<int>(std::floor(at + halfPixel)), 0, count - 1);
+    }
 };
 
 } // namespace
@@ -492,22 +579,9 @@ TriangleHierarchy TriangleHierarchy::build(const std::vector<Vector3>& positions
     return hierarchy;
 }
 
-std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
+template <typename Question>
+std::optional<Hit> TriangleHierarchy::run(Question query) const
 {
-    return nearest(volume, nullptr);
-}
-
-std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume, const Filter& takes) const
-{
-    return nearest(volume, &takes);
-}
-
-std::optional<Hit> TriangleHierarchy::nearest(const OruVisPickVolume& volume, const Filter* filter) const
-{
-    if (triangles_.empty() || volume.empty()) {
-        return std::nullopt;
-    }
-    Query query(volume, filter);
     const auto testLeaf = [&](std::size_t leaf) {
         const std::size_t last = std::min((leaf + 1) * trianglesPerLeaf, triangles_.size());
         for (std::size_t i = leaf * trianglesPerLeaf; i < last; ++i) {
@@ -541,6 +615,21 @@ std::optional<Hit> TriangleHierarchy::nearest(const OruVisPickVolume& volume, co
         waiting[count++] = nearer;
     }
     return query.best();
+}
+
+std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume) const
+{
+    return triangles_.empty() || volume.empty() ? std::nullopt : run(Query(volume));
+}
+
+std::optional<Hit> TriangleHierarchy::pick(const OruVisPickVolume& volume, const Filter& takes) const
+{
+    return triangles_.empty() || volume.empty() ? std::nullopt : run(Query(volume, &takes));
+}
+
+std::optional<Hit> TriangleHierarchy::pickSides(const OruVisPickVolume& volume) const
+{
+    return triangles_.empty() || volume.empty() ? std::nullopt : run(SideQuery(volume));
 }
 
 std::size_t TriangleHierarchy::byteSize() const

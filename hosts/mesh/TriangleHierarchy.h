@@ -56,6 +56,9 @@ public:
 
     /// The same among what `takes` takes. It is asked only where the answer would change the result.
     std::optional<Hit> pick(const OruVisPickVolume& volume, const Filter& takes) const;
+    /// The same for triangles that are drawn as their three sides: the nearest point at which a side runs
+    /// through the pixels of the window.
+    std::optional<Hit> pickSides(const OruVisPickVolume& volume) const;
 
     /// Triangles that can be hit.
     std::size_t triangleCount() const { return triangles_.size(); }
@@ -69,7 +72,8 @@ public:
 private:
     class Builder;
 
-    std::optional<Hit> nearest(const OruVisPickVolume& volume, const Filter* filter) const;
+    template <typename Question>
+    std::optional<Hit> run(Question query) const;
 
     const Kelvar::Math::Vector3* positions_ = nullptr;
     const uint32_t* indices_ = nullptr;

@@ -7,6 +7,7 @@
 #include "hosts/host/InputEvent.h"
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/InputNames.h"
+#include "hosts/host/LightRig.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/host/PictureOptions.h"
 #include "hosts/host/PictureWriter.h"
@@ -14,6 +15,7 @@
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/MeshVisualization.h"
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
@@ -208,6 +210,14 @@ void Viewer::takeOver(const hostkit::Recording& recording)
     }
     if (options_.position.isEmpty()) {
         options_.position = recording.position;
+    }
+    QString reason;
+    if (!recording.edges.isEmpty() &&
+        !hostkit::MeshVisualization::edgeKind.accepts(recording.edges, &reason)) {
+        throw Failure(BadInput, QStringLiteral("%1: edges %2").arg(options_.replayFile, reason));
+    }
+    if (options_.edges.isEmpty()) {
+        options_.edges = recording.edges;
     }
     options_.settings.insert(options_.settings.begin(), recording.settings.begin(), recording.settings.end());
 }
@@ -453,12 +463,17 @@ void Viewer::arrange(HostScene& host) const
 {
     QString error;
     host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
-    if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
+    if (options_.stateFile.isEmpty()) {
+        hostkit::LightRig::apply(host.scene());
+    } else if (!host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }
     if (!options_.withTriad) {
         OruVisList& all = host.scene().render.visualizations;
         all.erase(all.childByName(QStringLiteral("triad")));
+    }
+    if (!options_.edges.isEmpty()) {
+        hostkit::ModelParts(host.scene().render.visualizations).setEdges(options_.edges);
     }
     for (std::size_t i = 0; i < options_.settings.size(); ++i) {
         if (!host.setValue(options_.settings[i].first, options_.settings[i].second, &error)) {
@@ -485,6 +500,7 @@ hostkit::InputFeed::Listener Viewer::startRecording(const std::function<QSize()>
         head.models.append(QFileInfo(model).absoluteFilePath());
     }
     head.position = options_.position;
+    head.edges = options_.edges;
     head.settings = options_.settings;
     try {
         record_ = std::make_unique<hostkit::RecordingWriter>(options_.recordFile, head);

@@ -2,6 +2,7 @@
 
 #include "hosts/host/HostScene.h"
 #include "hosts/host/PictureOptions.h"
+#include "hosts/mesh/MeshVisualization.h"
 #include "hosts/mesh/UpAxis.h"
 
 #include <QDir>
@@ -154,6 +155,14 @@ void readFormat(ViewerOptions& options, const QStringList& values)
     options.format = suffix.toLower();
 }
 
+void readEdges(ViewerOptions& options, const QStringList& values)
+{
+    options.edges = values[0] == QLatin1String("on") ? QStringLiteral("edges") : values[0];
+    if (!hostkit::MeshVisualization::edgeKind.accepts(options.edges)) {
+        fail(QStringLiteral("\"%1\" is none of off, on and wireframe").arg(values[0]));
+    }
+}
+
 struct Option
 {
     const char* name;
@@ -175,6 +184,8 @@ const Option optionTable[] = {
     {"--drag", "", 3, "BUTTON[+MOD] X0,Y0 X1,Y1",
      "drag with {buttons}, and {modifiers}; pixels from the upper left", readDrag},
     {"--wheel", "", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
+    {"--edges", "", 1, "off|on|wireframe", "show all parts with their edges, or with nothing but lines",
+     readEdges},
     {"--state", "", 1, "FILE", "load settings and view from a file",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
     {"--save-state", "", 1, "FILE", "save settings and view to a file at the end",

@@ -79,6 +79,8 @@ struct ViewerOptions
     std::vector<Gesture> gestures;
     /// Path and value of each property to set.
     std::vector<std::pair<QString, QString>> settings;
+    /// MeshVisualization::edges of all parts; empty: as they are.
+    QString edges;
     QString stateFile;
     QString saveStateFile;
     QString outFile;

@@ -13,6 +13,7 @@ using hostkit::MeshSource;
 using Kelvar::Math::Vector3;
 using kelvartest::built;
 using kelvartest::cubeSource;
+using kelvartest::sourceOf;
 
 namespace {
 
@@ -47,6 +48,21 @@ MeshSource withX(MeshSource source, std::size_t corner, float x)
     return source;
 }
 
+/// The mantle of a prism about the z axis, with normals that make it round.
+MeshSource ring(uint32_t sides, float height)
+{
+    MeshSource source;
+    for (uint32_t i = 0; i < sides; ++i) {
+        const float angle = 6.2831853f * static_cast<float>(i) / static_cast<float>(sides);
+        const Vector3 out(std::cos(angle), std::sin(angle), 0.0f);
+        source.positions.insert(source.positions.end(), {out, out + Vector3(0, 0, height)});
+        source.normals.insert(source.normals.end(), {out, out});
+        const uint32_t next = 2 * ((i + 1) % sides);
+        source = addTriangle(addTriangle(source, {2 * i, next, next + 1}), {2 * i, next + 1, 2 * i + 1});
+    }
+    return source;
+}
+
 } // namespace
 
 TEST(MeshBuilder, TellsClosedMeshesFromOpenOnes)
@@ -77,6 +93,53 @@ TEST(MeshBuilder, TellsClosedMeshesFromOpenOnes)
     }
 }
 
+TEST(MeshBuilder, FindsWhereASurfaceEndsOrBends)
+{
+    const MeshSource cube = cubeSource();
+    MeshSource holed = cube;
+    holed.indices.resize(33);
+    MeshSource doubled = cube;
+    for (std::size_t i = 0; i < 36; i += 3) {
+        doubled = addTriangle(doubled, {cube.indices[i], cube.indices[i + 2], cube.indices[i + 1]});
+    }
+    const MeshSource round = ring(8, 1.0f);
+    MeshSource faceted = round;
+    faceted.normals.clear();
+    MeshSource coarse = ring(5, 1.0f);
+    // A square and, beyond its edge from (0, 0) to (0, 4), three triangles whose vertices it has not.
+    MeshSource seam;
+    seam.positions = {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}, {0, 1, 0}, {0, 3, 0}, {-4, 2, 0}};
+    seam.indices = {0, 1, 2, 0, 2, 3, 0, 4, 6, 4, 5, 6, 5, 3, 6};
+    MeshSource bent = seam;
+    bent.positions[6] = {0, 2, 4};
+    const struct
+    {
+        const char* name;
+        MeshSource source;
+        float angle;
+        std::size_t edges;
+    } rows[] = {
+        {"a cube", cube, 30, 12},
+        {"a cube, just met", cube, 90, 12},
+        {"a cube, beyond", cube, 90.5f, 0},
+        {"a triangle missing", holed, 30, 13},
+        {"the hole alone", holed, 180, 3},
+        {"a triangle turned over", turned(cube, 1), 30, 12},
+        {"every triangle also from behind", doubled, 30, 12},
+        {"a fine sphere", sourceOf(hostkit::bumpySphere(20000)), 30, 0},
+        {"an open ring with round normals", round, 30, 16},
+        {"without", faceted, 30, 24},
+        {"too coarse to be meant round", coarse, 30, 15},
+        {"a flat seam", seam, 30, 5},
+        {"a bent seam", bent, 89, 9},
+    };
+    for (const auto& row : rows) {
+        const auto mesh = built(row.source);
+        EXPECT_EQ(mesh->edges.countFrom(row.angle), row.edges) << row.name;
+        EXPECT_EQ(mesh->edges.indices.size(), 2 * mesh->edges.angles.size()) << row.name;
+    }
+}
+
 TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
 {
     const auto cube = built(cubeSource());
@@ -93,9 +156,9 @@ TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
 TEST(MeshBuilder, SplitsVerticesByWhatIsGivenForThem)
 {
     MeshSource source = cubeSource();
-    source.normals.assign(36, Vector3(0, 0, 3));
-    EXPECT_EQ(built(source)->positions.size(), 8u) << "all alike";
-    EXPECT_EQ(built(source)->normals[0], Vector3(0, 0, 1)) << "brought to length 1";
+    source.normals = source.positions;
+    EXPECT_EQ(built(source)->positions.size(), 8u) << "one a place";
+    EXPECT_FLOAT_EQ(built(source)->normals[0].length(), 1.0f) << "brought to length 1";
 
     source.colors.assign(36, 0xFF0000FFu);
     source.colors[0] = 0xFFFF0000u;

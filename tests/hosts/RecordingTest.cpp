@@ -62,6 +62,7 @@ TEST(Recording, EveryTextAndEventReadsBack)
         head.size = size;
         head.models.append(QStringLiteral("/a model/with blanks.glb"));
         head.position = QStringLiteral("-x");
+        head.edges = QStringLiteral("wireframe");
         for (const QString& text : awkwardTexts) {
             head.models.append(text);
             head.settings.emplace_back(QStringLiteral("render/text"), text);
@@ -74,6 +75,7 @@ TEST(Recording, EveryTextAndEventReadsBack)
         const Recording read = Recording::parse(text, QStringLiteral("r"));
         EXPECT_EQ(read.head(), head.head());
         EXPECT_EQ(read.models, head.models);
+        EXPECT_EQ(read.edges, head.edges);
         EXPECT_EQ(read.settings, head.settings);
         const std::vector<InputEvent> events = read.events(size);
         ASSERT_EQ(events.size(), std::size(rows));

@@ -27,7 +27,7 @@ TEST(ViewerOptions, ReadsEveryOption)
         parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
               "--drag context 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
               "zpr/zoomMove=a=b "
-              "--out p.png b.glb -- --odd.stl");
+              "--edges on --out p.png b.glb -- --odd.stl");
     EXPECT_EQ(options.models, QStringList({"a.stl", "b.glb", "--odd.stl"}));
     EXPECT_EQ(options.size, QSize(300, 701));
     EXPECT_EQ(options.position, "-y");
@@ -43,6 +43,7 @@ TEST(ViewerOptions, ReadsEveryOption)
     ASSERT_EQ(options.settings.size(), 2u);
     EXPECT_EQ(options.settings[1], std::make_pair(QStringLiteral("zpr/zoomMove"), QStringLiteral("a=b")));
     EXPECT_EQ(options.outFile, "p.png");
+    EXPECT_EQ(options.edges, "edges");
     EXPECT_FALSE(options.samples || options.transparent || !options.withTriad || options.dotsPerInch > 0);
     const ViewerOptions picture = parse("- --format STL --out p.png --samples 64 --transparent --no-triad "
                                         "--overlay-scale 2.5 --dpi 300");
@@ -126,6 +127,7 @@ TEST(ViewerOptions, SaysWhatIsWrong)
         {"m --drag left 1;2 3,4", "\"1;2\" is not a position"},
         {"m --wheel 0", "wheel steps"},
         {"m --wheel x", "wheel steps"},
+        {"m --edges yes", "none of off, on and wireframe"},
         {"m --set a/b", "path/key=value"},
         {"m --set =b", "path/key=value"},
         {"--help=1", "--help takes no value"},

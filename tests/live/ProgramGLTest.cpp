@@ -68,6 +68,16 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
         {"$V missing.stl --out new.jpg --transparent", 1, "nothing is transparent in a jpg file"},
         {"$V - --format stl --out new <&-", 2, "view: standard input: the file is empty"},
         {"TMPDIR=. $V - --format stl --out new <$M && test -s new && ! ls -d kelvar-view-* 2>&1", 0, ""},
+        {"printf 'kelvar-recording 1\\nsize 9x9\\nedges x\\nmodel model.stl\\n' >bad; $V --replay bad", 2,
+         "bad: edges must be one of"},
+        {"$V model.stl --edges wireframe --record lines --out new && $V --replay lines --out again &&"
+         " $V model.stl --out plain && cmp new again && ! cmp -s new plain",
+         0, ""},
+        {"printf '{\"format\": \"kelvar property tree\", \"version\": 1, \"tree\": {\"name\": \"s\"}}' >own;"
+         " $V model.stl --save-state lit --out new && $V model.stl --state own --save-state unlit --out new "
+         "&&"
+         " grep -q light.3 lit && ! grep -q light.2 unlit",
+         0, ""},
         {"DISPLAY=:4711 $V model.stl --out new", 3, "the display \":4711\" cannot be reached"},
         {"$V model.stl --out new >&-; code=$?; test -s new && exit $code", 0, ""},
         {"cat pipe >got & $V model.stl --out pipe && wait && test -p pipe && grep -q PNG got", 0, ""},

@@ -27,7 +27,7 @@ MeshTopology::MeshTopology(std::vector<uint32_t> corners, uint32_t pointCount)
     }
 }
 
-std::pair<const uint32_t*, const uint32_t*> MeshTopology::cornersAt(uint32_t point) const
+MeshTopology::Corners MeshTopology::cornersAt(uint32_t point) const
 {
     return {around_.data() + starts_[point], around_.data() + starts_[point + 1]};
 }
@@ -37,23 +37,27 @@ uint32_t MeshTopology::nextPoint(uint32_t corner) const
     return corners_[corner % 3 == 2 ? corner - 2 : corner + 1];
 }
 
+MeshTopology::Corners MeshTopology::cornersAlong(uint32_t from, uint32_t to) const
+{
+    const auto around = cornersAt(from);
+    const uint32_t* const first = std::lower_bound(
+        around.first, around.second, to, [this](uint32_t c, uint32_t p) { return nextPoint(c) < p; });
+    const uint32_t* last = first;
+    while (last != around.second && nextPoint(*last) == to) {
+        ++last;
+    }
+    return {first, last};
+}
+
 bool MeshTopology::watertight() const
 {
     for (uint32_t corner = 0; corner < corners_.size(); ++corner) {
-        if (!hasOneEdge(nextPoint(corner), corners_[corner])) {
+        const auto opposite = cornersAlong(nextPoint(corner), corners_[corner]);
+        if (opposite.second - opposite.first != 1) {
             return false;
         }
     }
     return !corners_.empty();
-}
-
-bool MeshTopology::hasOneEdge(uint32_t from, uint32_t to) const
-{
-    const auto around = cornersAt(from);
-    const uint32_t* found = std::lower_bound(around.first, around.second, to,
-                                             [this](uint32_t c, uint32_t p) { return nextPoint(c) < p; });
-    const auto leadsTo = [&](const uint32_t* c) { return c != around.second && nextPoint(*c) == to; };
-    return leadsTo(found) && !leadsTo(found + 1);
 }
 
 } // namespace hostkit
