@@ -2,6 +2,7 @@
 
 #include "hosts/import/ImportJob.h"
 #include "hosts/import/internal/IsolatedReader.h"
+#include "tests/hosts/Gltf.h"
 #include "tests/hosts/Models.h"
 
 #include <QFile>
@@ -19,6 +20,7 @@ using hostkit::Model;
 using hostkit::ModelImporter;
 using hostkit::Progress;
 using Kelvar::Math::Vector3;
+using kelvartest::writtenFile;
 
 namespace {
 
@@ -33,13 +35,6 @@ QByteArray contentOf(const QString& name)
     QFile file(name);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
     return file.readAll();
-}
-
-QString writtenFile(const QTemporaryDir& folder, const char* name, const QByteArray& content)
-{
-    QFile file(folder.filePath(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size()) << name;
-    return file.fileName();
 }
 
 Kelvar::Math::BoundingBox shownBounds(const hostkit::ModelPart& part)
@@ -86,6 +81,8 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
              "bufferViews": [{"buffer": 0, "byteLength": 36}], "accessors": [{"bufferView": 0, "componentType": 5126, "type": "VEC3", "count": 3}],
              "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}]})",
          "pipe.bin is not a regular file"},
+        {"part.STEP", "ISO-10303-21;\nHEADER;\n",
+         "not a mesh format; \"gmsh part.STEP -2 -o part.stl\" makes"},
         {"points.obj", "v 0 0 0\nv 1 0 0\np 1\np 2\n", "there are no triangles"},
     };
     QTemporaryDir folder;
@@ -141,6 +138,8 @@ TEST(IsolatedReader, KeepsToItsLimitsAndTellsThem)
          script("boaster", "exec tr '\\0' '\\1' </dev/zero"),
          endless,
          "more than 1.0 MiB"},
+        // The use of a mesh that was never sent.
+        {{50, 50, 0, any}, script("liar", "printf '\\4%64s' | tr ' ' '\\0'"), endless, "confuses its reader"},
         {{50, 50, 0, any}, "/no/reader", endless, "/no/reader cannot be started: No such file"},
     };
     Progress progress;

@@ -24,13 +24,14 @@ TEST(ViewerOptions, ReadsEveryOption)
     EXPECT_TRUE(parse("-h").showHelp);
     EXPECT_TRUE(parse("--version").showVersion);
     const ViewerOptions options =
-        parse("a.stl --size 300x701 --position=-y --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
+        parse("a.stl --size 300x701 --position=-y --up -x --drag Middle+ctrl+shift 10,20 -5,6 --wheel -3 "
               "--drag context 0,0 1,1 --state in.json --save-state out.json --set render/textInfo=true --set "
               "zpr/zoomMove=a=b "
               "--edges on --out p.png b.glb -- --odd.stl");
     EXPECT_EQ(options.models, QStringList({"a.stl", "b.glb", "--odd.stl"}));
     EXPECT_EQ(options.size, QSize(300, 701));
     EXPECT_EQ(options.position, "-y");
+    EXPECT_EQ(options.up, "-x");
     ASSERT_EQ(options.gestures.size(), 3u);
     EXPECT_EQ(options.gestures[0].button, OruMouse::ButtonView);
     EXPECT_EQ(options.gestures[0].modifiers, 3u);
@@ -125,6 +126,7 @@ TEST(ViewerOptions, SaysWhatIsWrong)
         {"m --drag thumb 1,2 3,4", "left, middle or right"},
         {"m --drag left+alt 1,2 3,4", "\"alt\" is not a modifier"},
         {"m --drag left 1;2 3,4", "\"1;2\" is not a position"},
+        {"m --up w", "--up must be one of: x (X), -x (-X)"},
         {"m --wheel 0", "wheel steps"},
         {"m --wheel x", "wheel steps"},
         {"m --edges yes", "none of off, on and wireframe"},

@@ -50,8 +50,8 @@ struct DoubleBox
     /// So far from 0 along this axis that floats have few digits left for what is in it.
     bool isFar(std::size_t axis) const
     {
-        constexpr double farRatio = 16.0;
-        return std::fabs(center(axis)) > farRatio * extent();
+        constexpr double farRatio = 64.0;
+        return extent() > 0.0 && std::fabs(center(axis)) > farRatio * extent();
     }
 
     static constexpr double infinity = std::numeric_limits<double>::infinity();

@@ -86,6 +86,7 @@ Material::Alpha alphaByContent(const Material& material)
 MaterialReader::MaterialReader(const aiScene& scene, const std::string& format, TextureReader& textures)
     : scene_(scene)
     , textures_(textures)
+    , format_(format)
     , textureCovers_(std::any_of(formatsThatCover.begin(), formatsThatCover.end(),
                                  [&](const char* known) { return format == known; }))
     , entries_(scene.mNumMaterials)
@@ -129,6 +130,10 @@ bool MaterialReader::readTexture(const aiMaterial& material, Entry& entry)
         if (material.GetTexture(type, 0, &name, nullptr, &channel, nullptr, nullptr, wrap.data()) ==
             AI_SUCCESS) {
             entry.channel = channel;
+            aiUVTransform transform;
+            if (format_ == "gltf" && material.Get(AI_MATKEY_UVTRANSFORM(type, 0), transform) == AI_SUCCESS) {
+                entry.transform = TextureTransform::ofGltf(transform);
+            }
             entry.material.texture = textures_.read(name.C_Str(), wrapOf(wrap[0]), wrapOf(wrap[1]));
             return entry.material.texture != nullptr;
         }

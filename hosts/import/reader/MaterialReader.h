@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/import/reader/TextureReader.h"
+#include "hosts/import/reader/TextureTransform.h"
 #include "hosts/mesh/Material.h"
 
 #include <cstddef>
@@ -24,6 +25,8 @@ public:
         bool alphaGiven = false;
         /// Which texture coordinates of a mesh the texture goes by.
         unsigned int channel = 0;
+        /// From those to the picture.
+        TextureTransform transform;
     };
 
     /// Both are borrowed. `format` is the first suffix that assimp gives the reader which read `scene`.
@@ -37,6 +40,7 @@ private:
 
     const aiScene& scene_;
     TextureReader& textures_;
+    std::string format_;
     /// A texture takes the place of the color instead of being multiplied with it.
     bool textureCovers_;
     std::vector<std::optional<Entry>> entries_;

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 namespace hostkit {
 
@@ -72,6 +73,28 @@ std::uint32_t packed(const aiColor4D& color, bool withAlpha)
     return result;
 }
 
+/// Some formats have their triangles clockwise seen from outside. Normals show it: with these on the side
+/// from which a surface is not seen, it would be lit from behind.
+void turnTowardsNormals(MeshSource& source)
+{
+    std::size_t along = 0;
+    std::size_t against = 0;
+    for (std::size_t at = 0; at + 2 < source.indices.size(); at += 3) {
+        const std::uint32_t* const corners = &source.indices[at];
+        const Vector3& a = source.positions[corners[0]];
+        const Vector3 face = cross(source.positions[corners[1]] - a, source.positions[corners[2]] - a);
+        const float side = dot(face, source.normals[corners[0]]);
+        along += side > 0.0f ? 1 : 0;
+        against += side < 0.0f ? 1 : 0;
+    }
+    constexpr std::size_t clearMajority = 3;
+    if (against > clearMajority * along) {
+        for (std::size_t at = 0; at + 2 < source.indices.size(); at += 3) {
+            std::swap(source.indices[at + 1], source.indices[at + 2]);
+        }
+    }
+}
+
 /// Some vertices are not opaque, but some can be seen.
 bool hasAlpha(const aiMesh& mesh)
 {
@@ -128,6 +151,9 @@ bool MeshReader::finish(const aiMesh& mesh, bool mirrored, MeshSource& source)
     copyIndices(mesh, mirrored, source);
     if (source.indices.empty()) {
         return false;
+    }
+    if (source.primitive == Primitive::Triangles && !source.normals.empty()) {
+        turnTowardsNormals(source);
     }
     copyLook(mesh, source);
     // Nothing uses them any more.
@@ -192,8 +218,9 @@ void MeshReader::copyLook(const aiMesh& mesh, MeshSource& source)
     const aiVector3D* const points = mesh.mTextureCoords[look.channel];
     source.texturePoints.reserve(mesh.mNumVertices);
     std::transform(points, points + mesh.mNumVertices, std::back_inserter(source.texturePoints),
-                   [](const aiVector3D& p) {
-                       return TexturePoint{finiteOr0(p.x), finiteOr0(p.y)};
+                   [&](const aiVector3D& p) {
+                       const TexturePoint point = look.transform(TexturePoint{p.x, p.y});
+                       return TexturePoint{finiteOr0(point.s), finiteOr0(point.t)};
                    });
 }
 
@@ -203,7 +230,7 @@ void MeshReader::tell(Notes& notes) const
     for (std::size_t kind = 0; kind < counts_.size(); ++kind) {
         const Count& count = counts_[kind];
         if (count.dropped > 0) {
-            notes.add(QStringLiteral("dropped %1 of %2 %3: corners of theirs are missing or not finite")
+            notes.add(QStringLiteral("dropped %1 of %2 %3: their places are missing or not finite")
                           .arg(words.toString(static_cast<qulonglong>(count.dropped)),
                                words.toString(static_cast<qulonglong>(count.all)),
                                QLatin1String(primitiveWords[kind])));

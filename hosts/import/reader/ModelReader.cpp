@@ -36,10 +36,8 @@ using Kelvar::Math::Matrix;
 
 namespace {
 
-/// What assimp does to a scene once it is read: flat pieces of one kind, texture coordinates as they are
-/// used.
-constexpr unsigned int steps =
-    aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenUVCoords | aiProcess_TransformUVCoords;
+/// What assimp does to a scene once it is read: flat pieces of one kind, coordinates for every texture.
+constexpr unsigned int steps = aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_GenUVCoords;
 
 /// Errors of assimp, by how they start, that read better in other words.
 struct KnownError
@@ -210,7 +208,12 @@ void ModelReader::read(const QString& file, std::uint64_t mostTextureBytes, Mode
 {
     Assimp::Importer importer;
     const aiScene& scene = readScene(importer, file, [&out](float share) { out.share(share); });
-    ModelSender(scene, file, formatOf(importer), mostTextureBytes, out).send();
+    const std::string format = formatOf(importer);
+    if (format != "gltf") {
+        importer.ApplyPostProcessing(
+            aiProcess_TransformUVCoords); // not as glTF means it: see TextureTransform
+    }
+    ModelSender(scene, file, format, mostTextureBytes, out).send();
 }
 
 } // namespace hostkit

@@ -93,7 +93,7 @@ void PlaceReckoner::chooseOrigin()
     }
 }
 
-/// Within 1/16 of its distance from 0 on both sides, a float less the center is a float again.
+/// Within 1/64 of its distance from 0 on both sides, a float less the center is a float again.
 Vector3 PlaceReckoner::center(unsigned int mesh) const
 {
     const DoubleBox& box = meshBoxes_[mesh];

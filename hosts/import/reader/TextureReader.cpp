@@ -17,6 +17,9 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <memory>
+
+#include <stb_image.h>
 
 namespace hostkit {
 
@@ -29,22 +32,65 @@ constexpr std::array<const char*, 8> usualFolders = {"textures", "texture",   "t
                                                      "maps",     "materials", "skins", "sourceimages"};
 
 /// Of more exotic ones the readers are less well tried.
-constexpr std::array<const char*, 8> knownFormats = {"png", "jpg", "jpeg", "bmp",
-                                                     "tga", "gif", "webp", "tiff"};
+constexpr std::array<const char*, 7> knownFormats = {"png", "jpg", "jpeg", "bmp", "gif", "webp", "tiff"};
 
-/// The name of a picture as a path of this system: some formats have URLs, many have backslashes.
+/// The name of a picture as a path of this system: some formats have URLs, many have backslashes, and to
+/// Blender "//" is the folder of the model.
 QString pathOf(const std::string& name)
 {
     QString path = QString::fromStdString(name).trimmed();
     if (path.startsWith(QLatin1String("file:"), Qt::CaseInsensitive)) {
         path = QUrl(path).toLocalFile();
     }
-    return path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return path.startsWith(QLatin1String("//")) ? path.mid(2) : path;
 }
 
-bool isFile(const QString& path)
+/// assimp's own stand-in for a texture that a file names without a name.
+constexpr const char* dummyName = "$texture_dummy";
+
+/// The entry of a folder that is called so, at the last without regard to upper and lower case; empty: none.
+QString entryOf(const QDir& folder, const QString& name)
 {
-    return QFileInfo(path).isFile();
+    if (folder.exists(name)) {
+        return folder.filePath(name);
+    }
+    for (const QString& entry : folder.entryList(QDir::AllEntries | QDir::Hidden)) {
+        if (entry.compare(name, Qt::CaseInsensitive) == 0) {
+            return folder.filePath(entry);
+        }
+    }
+    return {};
+}
+
+/// A regular file by its path from a folder, step by step; empty: there is none.
+QString fileBelow(const QDir& folder, const QString& path)
+{
+    QString place = path.startsWith(QLatin1Char('/')) ? QStringLiteral("/") : folder.path();
+    for (const QString& step : path.split(QLatin1Char('/'))) {
+        place = step.isEmpty() ? place : entryOf(QDir(place), step);
+        if (place.isEmpty()) {
+            return {};
+        }
+    }
+    return QFileInfo(place).isFile() ? place : QString();
+}
+
+/// TGA, of which Qt reads some kinds only, and those by a plugin that may not be there.
+QImage decodedTga(const QByteArray& content)
+{
+    const auto* const bytes = reinterpret_cast<const stbi_uc*>(content.constData());
+    int width = 0;
+    int height = 0;
+    int channels = 0;
+    constexpr int largest = ReaderProtocol::largestSide;
+    if (stbi_info_from_memory(bytes, content.size(), &width, &height, &channels) == 0 || width > largest ||
+        height > largest) {
+        return {};
+    }
+    const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
+        stbi_load_from_memory(bytes, content.size(), &width, &height, &channels, 4), &stbi_image_free);
+    return pixels ? QImage(pixels.get(), width, height, 4 * width, QImage::Format_RGBA8888).copy() : QImage();
 }
 
 } // namespace
@@ -60,6 +106,9 @@ TextureReader::TextureReader(const aiScene& scene, const QString& modelFile, std
 std::shared_ptr<const Texture> TextureReader::read(const std::string& name, Texture::Wrap wrapS,
                                                    Texture::Wrap wrapT)
 {
+    if (name.empty() || name.rfind(dummyName, 0) == 0) {
+        return nullptr;
+    }
     const auto [at, fresh] = textures_.emplace(Key{name, wrapS, wrapT}, nullptr);
     if (fresh) {
         const QImage picture = image(name);
@@ -135,7 +184,10 @@ QImage TextureReader::decoded(const QByteArray& content, const QByteArray& suffi
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, suffix);
+    if (const QImage picture = suffix == "tga" ? decodedTga(content) : QImage(); !picture.isNull()) {
+        return picture; // nothing in the content says what it is
+    }
+    QImageReader reader(&buffer);
     const QByteArray format = reader.canRead() ? reader.format() : QByteArray();
     if (std::find(knownFormats.begin(), knownFormats.end(), format) == knownFormats.end()) {
         reason = QStringLiteral("it is no picture of a format that is read here, such as PNG or JPEG");
@@ -170,32 +222,15 @@ QString TextureReader::find(const QString& name)
 {
     // In a URL a blank is "%20"; in a file name that may be what it says.
     for (const QString& path : {name, QUrl::fromPercentEncoding(name.toUtf8())}) {
-        const QString file = home_.filePath(path);
-        if (isFile(file)) {
+        const QString file = fileBelow(home_, path);
+        if (!file.isEmpty()) {
             return file;
         }
-        const QString near = findBaseName(path.mid(path.lastIndexOf(QLatin1Char('/')) + 1));
-        if (!near.isEmpty()) {
-            return near;
-        }
-    }
-    return {};
-}
-
-QString TextureReader::findBaseName(const QString& base)
-{
-    if (base.isEmpty()) {
-        return {};
-    }
-    for (const QDir& folder : folders()) {
-        if (isFile(folder.filePath(base))) {
-            return folder.filePath(base);
-        }
-    }
-    for (const QDir& folder : folders()) {
-        for (const QString& entry : folder.entryList(QDir::Files)) {
-            if (entry.compare(base, Qt::CaseInsensitive) == 0) {
-                return folder.filePath(entry);
+        const QString base = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+        for (const QDir& folder : folders()) {
+            const QString near = fileBelow(folder, base);
+            if (!near.isEmpty()) {
+                return near;
             }
         }
     }

@@ -24,8 +24,8 @@ namespace hostkit {
 /// The pictures that a model's materials name: embedded ones, and files.
 ///
 /// A file is looked for where the model says; a name from the machine of its maker is looked for beside the
-/// model and in the folders there that are usual for pictures, at last without regard to upper and lower
-/// case. Only regular files are opened.
+/// model and in the folders there that are usual for pictures, with its upper and lower case as it is or in
+/// any other way. Only regular files are opened.
 class TextureReader
 {
 public:
@@ -52,7 +52,6 @@ private:
     QImage embedded(const aiTexture& texture, QString& reason) const;
     QImage decoded(const QByteArray& content, const QByteArray& suffix, QString& reason) const;
     QString find(const QString& name);
-    QString findBaseName(const QString& base);
     const std::vector<QDir>& folders();
     bool takes(const QImage& image);
 
