@@ -3,6 +3,7 @@
 #include "contracts/ogl/OruOglGl.h"
 
 #include <limits>
+#include <variant>
 
 namespace bench {
 
@@ -20,6 +21,13 @@ void fillIndices(const std::vector<uint32_t>& indices)
     glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(converted.size() * sizeof(Index)),
                  converted.data(), GL_STATIC_DRAW);
 }
+
+/// In the order of Primitive.
+constexpr GLenum modes[] = {GL_TRIANGLES, GL_LINES, GL_POINTS};
+
+/// As parts have them by default.
+constexpr float pointSize = 3.0f;
+constexpr float lineWidth = 2.0f;
 
 } // namespace
 
@@ -39,18 +47,22 @@ void BareProgram::add(const Part& part)
                   static_cast<int>(part.indices.size()),
                   GL_UNSIGNED_INT,
                   part.color,
+                  !part.normals.empty(),
                   !part.colors.empty(),
-                  part.closed};
+                  part.closed,
+                  modes[static_cast<int>(part.primitive)]};
     const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
+    const std::size_t normalBlock = object.lit ? block : 0;
     const std::size_t colorBlock = part.colors.size() * sizeof(uint32_t);
     glGenBuffers(1, &object.vertices);
     glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
-    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(2 * block + colorBlock), nullptr, GL_STATIC_DRAW);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(block + normalBlock + colorBlock), nullptr,
+                 GL_STATIC_DRAW);
     glBufferSubData(GL_ARRAY_BUFFER, 0, static_cast<GLsizeiptr>(block), part.positions.data());
-    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(block), static_cast<GLsizeiptr>(block),
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(block), static_cast<GLsizeiptr>(normalBlock),
                     part.normals.data());
-    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(2 * block), static_cast<GLsizeiptr>(colorBlock),
-                    part.colors.data());
+    glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(block + normalBlock),
+                    static_cast<GLsizeiptr>(colorBlock), part.colors.data());
 
     glGenBuffers(1, &object.indices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, object.indices);
@@ -69,9 +81,30 @@ void BareProgram::add(const Part& part)
 void BareProgram::add(const hostkit::Model& model)
 {
     model.visitParts([this](const hostkit::ModelPart& part) {
-        const hostkit::Mesh& mesh = *part.mesh;
-        add({mesh.material.color, mesh.positions, mesh.normals, mesh.colors, mesh.indices, mesh.closed});
+        std::visit([this](const auto& shape) { add(*shape); }, part.content);
     });
+}
+
+void BareProgram::add(const hostkit::Mesh& mesh)
+{
+    add({mesh.material.color, mesh.positions, mesh.normals, mesh.colors, mesh.indices, mesh.closed});
+}
+
+void BareProgram::add(const hostkit::LineSet& lines)
+{
+    add({lines.material.color, lines.positions, lines.normals, lines.colors, lines.indices, false,
+         hostkit::Primitive::Lines});
+}
+
+void BareProgram::add(const hostkit::PointSet& points)
+{
+    add({points.material.color,
+         points.positions,
+         points.normals,
+         points.colors,
+         {},
+         false,
+         hostkit::Primitive::Points});
 }
 
 void BareProgram::draw(const Kelvar::Math::Matrix& modelView, const Kelvar::Math::Matrix& projection,
@@ -87,12 +120,10 @@ void BareProgram::draw(const Kelvar::Math::Matrix& modelView, const Kelvar::Math
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glLoadMatrixf(modelView.data());
     glEnableClientState(GL_VERTEX_ARRAY);
-    glEnableClientState(GL_NORMAL_ARRAY);
     for (const Object& object : objects_) {
         drawObject(object);
     }
     glDisableClientState(GL_VERTEX_ARRAY);
-    glDisableClientState(GL_NORMAL_ARRAY);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     glPopAttrib();
@@ -108,6 +139,8 @@ void BareProgram::setState()
         glEnable(capability);
     }
     glDepthFunc(GL_LESS);
+    glPointSize(pointSize);
+    glLineWidth(lineWidth);
     glShadeModel(GL_SMOOTH);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
     glPolygonOffset(0.0f, 1.0f);
@@ -127,6 +160,7 @@ void BareProgram::setState()
 void BareProgram::drawObject(const Object& object)
 {
     (object.closed ? glEnable : glDisable)(GL_CULL_FACE);
+    (object.lit ? glEnable : glDisable)(GL_LIGHTING);
     glColor4ub(static_cast<GLubyte>(object.color.red()), static_cast<GLubyte>(object.color.green()),
                static_cast<GLubyte>(object.color.blue()), static_cast<GLubyte>(object.color.alpha()));
     glBindBuffer(GL_ARRAY_BUFFER, object.vertices);
@@ -134,14 +168,16 @@ void BareProgram::drawObject(const Object& object)
     const std::size_t block = object.vertexCount * sizeof(Kelvar::Math::Vector3);
     glVertexPointer(3, GL_FLOAT, 0, offset(0));
     glNormalPointer(GL_FLOAT, 0, offset(block));
-    if (object.colored) {
-        glEnableClientState(GL_COLOR_ARRAY);
-        glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(2 * block));
+    glColorPointer(4, GL_UNSIGNED_BYTE, 0, offset(object.lit ? 2 * block : block));
+    (object.lit ? glEnableClientState : glDisableClientState)(GL_NORMAL_ARRAY);
+    (object.colored ? glEnableClientState : glDisableClientState)(GL_COLOR_ARRAY);
+    if (object.indexCount > 0) {
+        glDrawElements(object.mode, object.indexCount, object.indexType, offset(0));
+    } else {
+        glDrawArrays(object.mode, 0, static_cast<GLsizei>(object.vertexCount));
     }
-    glDrawElements(GL_TRIANGLES, object.indexCount, object.indexType, offset(0));
-    if (object.colored) {
-        glDisableClientState(GL_COLOR_ARRAY);
-    }
+    glDisableClientState(GL_NORMAL_ARRAY);
+    glDisableClientState(GL_COLOR_ARRAY);
 }
 
 } // namespace bench

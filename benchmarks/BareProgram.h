@@ -2,6 +2,7 @@
 
 #include "contracts/math/Matrix.h"
 #include "hosts/mesh/Model.h"
+#include "hosts/mesh/Primitive.h"
 
 #include <QSize>
 
@@ -10,7 +11,7 @@
 namespace bench {
 
 /// What a program would do that knows OpenGL and has no library: vertex buffers filled once, a light, and one
-/// glDrawElements an object, in order. Lights and state are those that a scene sets for its 3D pass, so that
+/// draw call an object, in order. Lights and state are those that a scene sets for its 3D pass, so that
 /// the pictures are the same.
 class BareProgram
 {
@@ -24,10 +25,11 @@ public:
     {
         QColor color;
         const std::vector<Kelvar::Math::Vector3>& positions;
-        const std::vector<Kelvar::Math::Vector3>& normals;
-        const std::vector<uint32_t>& colors; ///< for each position, or none
-        const std::vector<uint32_t>& indices;
+        const std::vector<Kelvar::Math::Vector3>& normals; ///< for each position, or none: not lit then
+        const std::vector<uint32_t>& colors;               ///< for each position, or none
+        const std::vector<uint32_t>& indices;              ///< none: all vertices in order
         bool closed;
+        hostkit::Primitive primitive = hostkit::Primitive::Triangles;
     };
 
     /// Copies the arrays into buffers. The context is current, here and in all operations.
@@ -46,8 +48,13 @@ private:
         int indexCount;
         unsigned int indexType;
         QColor color;
-        bool colored, closed;
+        bool lit, colored, closed;
+        unsigned int mode;
     };
+
+    void add(const hostkit::Mesh& mesh);
+    void add(const hostkit::LineSet& lines);
+    void add(const hostkit::PointSet& points);
 
     static void setState();
     static void drawObject(const Object& object);

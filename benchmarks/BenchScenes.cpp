@@ -1,13 +1,14 @@
 #include "benchmarks/BenchScenes.h"
 
 #include "hosts/import/ModelImporter.h"
-#include "hosts/mesh/MeshBuilder.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/mesh/SampleMeshes.h"
+#include "hosts/mesh/ShapeBuilder.h"
 #include "benchmarks/Bench.h"
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <stdexcept>
 
 namespace bench {
@@ -33,6 +34,7 @@ const GridScene gridScenes[] = {
 };
 
 const char* const engineName = "engine";
+const char* const cloudName = "1,000,000 points";
 
 /// From center to center; the spheres have a radius of about 1.
 constexpr float spacing = 2.5f;
@@ -51,11 +53,35 @@ MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int
     return source;
 }
 
+/// A bumpy sphere as a scanner sees it: colored, without normals, with some noise, in the order of the scan.
+MeshSource cloud(uint32_t points)
+{
+    std::mt19937 random(1);
+    const auto noise = [&random] { return 1.0f + 0.01f * static_cast<float>(random() % 1000) / 1000.0f; };
+    MeshSource source;
+    source.name = QStringLiteral("cloud");
+    source.primitive = hostkit::Primitive::Points;
+    source.positions = hostkit::bumpySphere(2 * points).positions;
+    source.positions.resize(points);
+    for (Vector3& position : source.positions) {
+        source.indices.push_back(static_cast<uint32_t>(source.indices.size()));
+        const auto shade = static_cast<uint32_t>(127.0f + 100.0f * position.z);
+        source.colors.push_back(0xFF000000u | shade << 16 | 0x8000u | (255 - shade));
+        position *= noise();
+    }
+    return source;
+}
+
+/// Surfaces only.
 Arrays arraysOf(const Model& model)
 {
     Arrays arrays;
     model.visitParts([&](const hostkit::ModelPart& part) {
-        const hostkit::Mesh& mesh = *part.mesh;
+        const auto shape = part.as<hostkit::Mesh>();
+        if (!shape) {
+            return;
+        }
+        const hostkit::Mesh& mesh = *shape;
         MeshSource source{mesh.name,   mesh.material,      mesh.positions, mesh.normals,
                           mesh.colors, mesh.texturePoints, mesh.indices};
         for (Vector3& position : source.positions) {
@@ -78,7 +104,7 @@ QStringList sceneNames()
     for (const GridScene& scene : gridScenes) {
         names.append(QString::fromLatin1(scene.name));
     }
-    return names << QString::fromLatin1(engineName);
+    return names << QString::fromLatin1(engineName) << QString::fromLatin1(cloudName);
 }
 
 Scene makeScene(const QString& name, const QString& engineFile)
@@ -87,6 +113,9 @@ Scene makeScene(const QString& name, const QString& engineFile)
         if (name == QLatin1String(scene.name)) {
             return {name, sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles), true};
         }
+    }
+    if (name == QLatin1String(cloudName)) {
+        return {name, {cloud(1000000)}, false};
     }
     if (name != QLatin1String(engineName)) {
         throw std::runtime_error("there is no scene " + name.toStdString());
@@ -141,7 +170,7 @@ Model buildModel(Arrays arrays)
 {
     Model model;
     for (MeshSource& source : arrays) {
-        model.parts.emplace_back(hostkit::MeshBuilder::build(std::move(source), [](float) {}));
+        model.parts.emplace_back(*hostkit::ShapeBuilder::build(std::move(source), [](float) {}));
     }
     return model;
 }
@@ -161,7 +190,7 @@ void magnifyToShare(hostkit::HostScene& host, const Model& model, double share)
     // How far from the middle of the view, which reaches to 1 upwards and to `aspect` sideways.
     std::vector<float> reach;
     for (const auto& part : model.parts) {
-        for (const Vector3& position : part.mesh->positions) {
+        for (const Vector3& position : part.shape().positions) {
             const Vector3 seen = view.transform(position);
             reach.push_back(std::max(std::abs(seen.x) / aspect, std::abs(seen.y)));
         }

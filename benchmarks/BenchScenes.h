@@ -24,8 +24,8 @@ struct Scene
     bool closed;
 };
 
-/// A closed bumpy sphere of 1,000,000 triangles, spheres on grids of 10 x 10 x 10 and 25 x 20 x 20, and an
-/// engine from a file.
+/// A closed bumpy sphere of 1,000,000 triangles, spheres on grids of 10 x 10 x 10 and 25 x 20 x 20, an engine
+/// from a file, and the same sphere scanned as a cloud of 1,000,000 points.
 QStringList sceneNames();
 
 /// `engineFile` is only read for the engine.
@@ -37,7 +37,7 @@ Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles);
 /// One gear wheel of a million triangles, with sharp edges along 160 lines of 3,125 pieces each.
 Arrays gear();
 
-/// Meshes as a host makes them of arrays: checked, welded, with their hierarchies.
+/// Parts as a host makes them of arrays: checked, welded, with their hierarchies.
 hostkit::Model buildModel(Arrays arrays);
 
 /// Shows the model from above, front right, whole and fitting, and paints it once.

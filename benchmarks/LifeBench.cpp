@@ -84,8 +84,8 @@ void measureMemory()
     OruVisList& list = host.scene().render.visualizations;
     before = bench::heapBytes();
     for (int number = 0; number < nodes; ++number) {
-        auto part =
-            std::make_unique<hostkit::MeshVisualization>(host.scene().group, model.parts.front().mesh);
+        auto part = std::make_unique<hostkit::MeshVisualization>(host.scene().group,
+                                                                 model.parts.front().as<hostkit::Mesh>());
         part->rename(QStringLiteral("part %1").arg(number));
         list.insert(part.release(), false);
     }

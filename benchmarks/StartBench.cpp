@@ -34,8 +34,8 @@ void drawBare(const bench::Scene& scene)
     bench::BareProgram bare;
     Kelvar::Math::BoundingBox box;
     for (const hostkit::MeshSource& part : scene.arrays) {
-        bare.add(
-            {part.material.color, part.positions, part.normals, part.colors, part.indices, scene.closed});
+        bare.add({part.material.color, part.positions, part.normals, part.colors, part.indices, scene.closed,
+                  part.primitive});
         for (const auto& position : part.positions) {
             box.add(position);
         }

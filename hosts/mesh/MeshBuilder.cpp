@@ -6,12 +6,11 @@
 #include "hosts/mesh/internal/EdgeFinder.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
+#include "hosts/mesh/internal/SourceCheck.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <stdexcept>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -60,7 +59,6 @@ public:
     std::shared_ptr<const Mesh> run();
 
 private:
-    void check() const;
     void buildTopology();
     void buildFaceNormals();
     void findTurned();
@@ -99,7 +97,7 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
 
 std::shared_ptr<const Mesh> MeshWork::run()
 {
-    check();
+    checkSource(source_);
     buildTopology();
     if (source_.indices.empty()) {
         return nullptr;
@@ -114,21 +112,6 @@ std::shared_ptr<const Mesh> MeshWork::run()
     mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
     report_(1.0f);
     return mesh_;
-}
-
-void MeshWork::check() const
-{
-    for (std::size_t vertex = 0; vertex < source_.positions.size(); ++vertex) {
-        if (!source_.positions[vertex].isFinite()) {
-            throw std::runtime_error("vertex " + std::to_string(vertex) + " is not a finite position");
-        }
-    }
-    for (const uint32_t index : source_.indices) {
-        if (index >= source_.positions.size()) {
-            throw std::runtime_error("a triangle uses vertex " + std::to_string(index) + " of " +
-                                     std::to_string(source_.positions.size()));
-        }
-    }
 }
 
 void MeshWork::buildTopology()

@@ -27,9 +27,15 @@ struct ModelNode
     /// Of all parts below; a shape counts as often as it is used.
     uint64_t triangleCount() const
     {
-        uint64_t count = 0;
-        visitParts([&](const ModelPart& part) { count += part.mesh->triangleCount(); });
-        return count;
+        return sumOver<Mesh>([](const Mesh& mesh) { return mesh.triangleCount(); });
+    }
+    uint64_t segmentCount() const
+    {
+        return sumOver<LineSet>([](const LineSet& lines) { return lines.segmentCount(); });
+    }
+    uint64_t pointCount() const
+    {
+        return sumOver<PointSet>([](const PointSet& points) { return points.pointCount(); });
     }
 
     /// Without '/'. Empty: it is no list of its own in a scene, its content goes to the list above.
@@ -38,6 +44,18 @@ struct ModelNode
     /// In the order of the file.
     std::vector<ModelPart> parts;
     std::vector<ModelNode> children;
+
+private:
+    template <typename Kind, typename Count>
+    uint64_t sumOver(const Count& count) const
+    {
+        uint64_t sum = 0;
+        visitParts([&](const ModelPart& part) {
+            const auto shape = part.as<Kind>();
+            sum += shape ? count(*shape) : 0;
+        });
+        return sum;
+    }
 };
 
 } // namespace hostkit

@@ -1,14 +1,40 @@
 #include "hosts/mesh/ModelParts.h"
 
 #include "contracts/vis/OruVisList.h"
+#include "hosts/mesh/LineVisualization.h"
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/PartList.h"
+#include "hosts/mesh/PointVisualization.h"
 
 #include <memory>
+#include <variant>
 
 namespace hostkit {
 
 namespace {
+
+std::unique_ptr<PartVisualization> makePart(OruModifiedGroup& group, const std::shared_ptr<const Mesh>& mesh)
+{
+    return std::make_unique<MeshVisualization>(group, mesh);
+}
+
+std::unique_ptr<PartVisualization> makePart(OruModifiedGroup& group,
+                                            const std::shared_ptr<const LineSet>& lines)
+{
+    return std::make_unique<LineVisualization>(group, lines);
+}
+
+std::unique_ptr<PartVisualization> makePart(OruModifiedGroup& group,
+                                            const std::shared_ptr<const PointSet>& points)
+{
+    return std::make_unique<PointVisualization>(group, points);
+}
+
+std::unique_ptr<PartVisualization> visualizationOf(const ModelPart& part, OruModifiedGroup& group)
+{
+    return std::visit([&](const auto& shape) { return makePart(group, shape); }, part.content);
+}
+
 
 void setEdgesBelow(OruProperties& node, const QString& edges)
 {
@@ -20,7 +46,6 @@ void setEdgesBelow(OruProperties& node, const QString& edges)
         }
     }
 }
-
 
 /// Gives an entry to a list, which owns it from then on.
 void give(OruVisList& list, std::unique_ptr<OruVisualization> entry)
@@ -89,12 +114,12 @@ void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
     }
 }
 
-std::unique_ptr<MeshVisualization> ModelParts::made(OruVisList& list, const ModelPart& use)
+std::unique_ptr<PartVisualization> ModelParts::made(OruVisList& list, const ModelPart& use)
 {
-    auto part = std::make_unique<MeshVisualization>(list.group, use.mesh);
+    std::unique_ptr<PartVisualization> part = visualizationOf(use, list.group);
     part->setPlacement(use.placement);
     part->setDropListener(dropListener_);
-    std::weak_ptr<PartBuffer>& known = buffers_[use.mesh.get()];
+    std::weak_ptr<PartBuffer>& known = buffers_[&use.shape()];
     if (const std::shared_ptr<PartBuffer> shared = known.lock()) {
         part->setBuffer(shared);
     } else {

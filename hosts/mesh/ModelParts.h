@@ -66,7 +66,7 @@ private:
 
     const Origin& sceneOrigin(const Model& first) const;
     void fill(OruVisList& list, Names& names, const ModelNode& node);
-    std::unique_ptr<MeshVisualization> made(OruVisList& list, const ModelPart& use);
+    std::unique_ptr<PartVisualization> made(OruVisList& list, const ModelPart& use);
 
     OruVisList& list_;
     Names names_;

@@ -36,19 +36,17 @@ using Kelvar::Math::Vector3;
 namespace {
 
 const QColor markColor(255, 140, 0);
-/// Added to what the lights give, so that a mark shows on parts with colors of their own, too.
-constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
 
 /// By hand: when the attribute stack puts materials back, some drivers miss it until the next change of them.
 class MarkGlow
 {
 public:
-    MarkGlow()
+    explicit MarkGlow(const float* glow)
     {
         for (std::size_t i = 0; i < 2; ++i) {
             glGetMaterialfv(faces[i], GL_EMISSION, before_[i]);
         }
-        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, markGlow);
+        glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, glow);
     }
     ~MarkGlow()
     {
@@ -166,7 +164,7 @@ void PartVisualization::drawPart(const DrawContext& context)
     }
     std::optional<MarkGlow> glow;
     if (shown.marked) {
-        glow.emplace();
+        glow.emplace(markGlow);
     }
     if (shown.placed) {
         glPushMatrix();
@@ -219,7 +217,7 @@ const OruOglMeshBuffer* PartVisualization::ready(OruOglGeometry& geometry)
     if (!mesh || !mesh->belongsTo(geometry)) {
         mesh = geometry.makeMesh();
         const bool done = upload(*mesh);
-        oru::debug_logger::debuglogger().ensure(done, "no room for the mesh " + name().toStdString());
+        oru::debug_logger::debuglogger().ensure(done, "no room for the part " + name().toStdString());
     }
     return mesh->empty() ? nullptr : mesh.get();
 }

@@ -105,6 +105,9 @@ protected:
         OruOglViewport viewport;
     };
 
+    /// Added to the color of a marked part, so that a mark shows on parts with colors of their own, too.
+    static constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
+
     /// What is nearest to the eye in a pick window.
     struct Hit
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/math/Vector3.h"
+#include "hosts/mesh/BoxTree.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
 #include <array>
@@ -56,6 +57,7 @@ public:
 
     /// The same among what `takes` takes. It is asked only where the answer would change the result.
     std::optional<Hit> pick(const OruVisPickVolume& volume, const Filter& takes) const;
+
     /// The same for triangles that are drawn as their three sides: the nearest point at which a side runs
     /// through the pixels of the window.
     std::optional<Hit> pickSides(const OruVisPickVolume& volume) const;
@@ -66,22 +68,15 @@ public:
     /// Memory of the hierarchy itself in bytes, without the borrowed arrays.
     std::size_t byteSize() const;
 
-    /// An axis-parallel box: the lower corner's x, y, z, then the upper corner's.
-    using Box = std::array<float, 6>;
-
 private:
-    class Builder;
-
     template <typename Question>
     std::optional<Hit> run(Question query) const;
 
     const Kelvar::Math::Vector3* positions_ = nullptr;
     const uint32_t* indices_ = nullptr;
-    /// Triangle numbers; each leaf owns a run of them.
+    /// In the order of the tree.
     std::vector<uint32_t> triangles_;
-    /// A balanced binary tree in preorder: with n leaves below a node, the first child follows it directly
-    /// and holds n / 2 of them, so that no links are kept.
-    std::vector<Box> boxes_;
+    BoxTree tree_;
 };
 
 } // namespace hostkit

@@ -128,7 +128,7 @@ TEST(ModelFiles, KeepTheNodesThatHoldPartsUnderTheirNames)
         EXPECT_THAT(model.properties, testing::Contains(std::make_pair("generator", "a test")));
         if (&row == rows) {
             const auto& bolts = model.children.at(0).parts;
-            EXPECT_EQ(bolts.at(0).mesh, bolts.at(1).mesh);
+            EXPECT_EQ(bolts.at(0).content, bolts.at(1).content);
         }
     }
 }
@@ -195,7 +195,7 @@ TEST(ModelFiles, HaveTheirTrianglesOnTheSideOfTheirNormals)
         long along = 0;
         load(QStringLiteral("/usr/share/assimp/models/") + file)
             .visitParts([&](const hostkit::ModelPart& part) {
-                const hostkit::Mesh& mesh = *part.mesh;
+                const hostkit::Mesh& mesh = *part.as<hostkit::Mesh>();
                 for (std::size_t at = 0; at < mesh.indices.size(); at += 3) {
                     const auto corner = [&](std::size_t i) { return mesh.positions[mesh.indices[at + i]]; };
                     const Vector3 face = cross(corner(1) - corner(0), corner(2) - corner(0));
@@ -267,7 +267,7 @@ TEST(ModelFiles, FindTheirPicturesWhereverTheirMakerHadThem)
             load(writtenFile(folder, "m.obj",
                              "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 1\nvt 1 1\nvt 1 0\n"
                              "usemtl m\nf 1/1 2/2 3/3\n"));
-        const Material& material = model.parts.at(0).mesh->material;
+        const Material& material = model.parts.at(0).shape().material;
         EXPECT_EQ(material.texture == nullptr, row.note != nullptr) << row.named;
         if (row.note) {
             EXPECT_THAT(texts(model.notes), ElementsAre(HasSubstr(row.note))) << row.named;

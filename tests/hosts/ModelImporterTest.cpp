@@ -161,11 +161,11 @@ TEST(ModelImporter, ReadsEveryTriangleOfABinaryStl)
     const QByteArray file = contentOf(kelvartest::stlFile("head"));
     const Model model = load(kelvartest::stlFile("head"));
     ASSERT_EQ(model.parts.size(), 1u);
-    EXPECT_EQ(model.parts[0].mesh->name, "head");
+    EXPECT_EQ(model.parts[0].as<hostkit::Mesh>()->name, "head");
 
     // The same file read by hand: 80 bytes of head, a count, 50 bytes a triangle. Triangles that are but a
     // line or a point are left out.
-    const hostkit::Mesh& mesh = *model.parts[0].mesh;
+    const hostkit::Mesh& mesh = *model.parts[0].as<hostkit::Mesh>();
     std::set<std::array<float, 3>> places;
     std::size_t next = 0;
     for (int at = 84; at + 50 <= file.size(); at += 50) {
@@ -201,7 +201,7 @@ TEST(ModelImporter, KeepsNormalsUprightUnderAnUnevenScale)
                             buffer.toBase64() + "\"}]}";
     const QTemporaryDir folder;
     const Model model = load(writtenFile(folder, "slope.gltf", file));
-    const hostkit::Mesh& mesh = *model.parts.at(0).mesh;
+    const hostkit::Mesh& mesh = *model.parts.at(0).as<hostkit::Mesh>();
     const auto corner = [&](std::size_t i) { return mesh.positions[mesh.indices[i]]; };
     const Vector3 upright = cross(corner(1) - corner(0), corner(2) - corner(0)).normalized();
     EXPECT_GT(dot(upright, mesh.normals[mesh.indices[0]].normalized()), 0.999f);
@@ -219,8 +219,8 @@ TEST(ModelImporter, PutsEachUseOfAMeshInPlaceWithZUp)
     for (const auto& part : engine.parts) {
         box.add(shownBounds(part));
         names.insert(part.name);
-        meshes.insert(part.mesh);
-        closed += part.mesh->closed;
+        meshes.insert(part.as<hostkit::Mesh>());
+        closed += part.as<hostkit::Mesh>()->closed;
     }
     EXPECT_EQ(names.size(), 34u);
     EXPECT_EQ(meshes.size(), 34u) << "uses share a mesh";
@@ -248,7 +248,7 @@ TEST(ModelImporter, TurnsMirroredPartsTheRightWayRound)
 </visual_scene></library_visual_scenes><scene><instance_visual_scene url="#s"/></scene></COLLADA>)"));
     ASSERT_EQ(model.parts.size(), 2u);
     for (const auto& part : model.parts) {
-        EXPECT_TRUE(part.mesh->closed) << part.shape().name.toStdString();
+        EXPECT_TRUE(part.as<hostkit::Mesh>()->closed) << part.shape().name.toStdString();
     }
     // x = 5 - 0..1; the file's z = 7..8 points towards -y, its y upwards.
     EXPECT_EQ(shownBounds(model.parts[1]).min(), Vector3(4, -8, 0));
@@ -262,7 +262,7 @@ TEST(ImportJob, LoadsOnItsOwnThreadAndCarriesErrorsOver)
     ASSERT_EQ(models.size(), 2u);
     EXPECT_EQ(models[1].name, "bearing");
     EXPECT_GT(models[1].triangleCount(), 24000u) << "an STL file of text";
-    EXPECT_LT(models[1].parts.at(0).mesh->positions.size(), models[1].triangleCount());
+    EXPECT_LT(models[1].parts.at(0).as<hostkit::Mesh>()->positions.size(), models[1].triangleCount());
     EXPECT_TRUE(good.finished());
 
     hostkit::ImportJob bad({kelvartest::stlFile("shape"), "nowhere.stl"});

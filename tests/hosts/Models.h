@@ -2,7 +2,9 @@
 
 #include "hosts/mesh/Mesh.h"
 #include "hosts/mesh/MeshBuilder.h"
+#include "hosts/mesh/ModelPart.h"
 #include "hosts/mesh/SampleMeshes.h"
+#include "hosts/mesh/ShapeBuilder.h"
 
 #include <QString>
 
@@ -53,6 +55,14 @@ inline hostkit::MeshSource sourceOf(const hostkit::SampleMesh& sample)
 inline std::shared_ptr<const hostkit::Mesh> built(hostkit::MeshSource source)
 {
     return hostkit::MeshBuilder::build(std::move(source), [](float) {});
+}
+
+/// Null when the source makes another shape, or none.
+template <typename Kind>
+std::shared_ptr<const Kind> builtAs(hostkit::MeshSource source)
+{
+    const auto shape = hostkit::ShapeBuilder::build(std::move(source), [](float) {});
+    return shape ? hostkit::ModelPart(*shape).as<Kind>() : nullptr;
 }
 
 } // namespace kelvartest

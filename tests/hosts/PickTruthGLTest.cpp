@@ -10,7 +10,9 @@
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/import/ModelImporter.h"
+#include "hosts/mesh/LineVisualization.h"
 #include "hosts/mesh/ModelParts.h"
+#include "hosts/mesh/PointVisualization.h"
 #include "tests/hosts/Models.h"
 #include "tests/support/GlContext.h"
 
@@ -20,6 +22,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstdlib>
 #include <map>
 #include <random>
@@ -107,9 +110,10 @@ struct PickTruthGLTest : ::testing::Test
     OruSceneEventContext& context() { return host.context(); }
     OruVisList& list() { return host.scene().render.visualizations; }
 
-    MeshVisualization& add(const std::shared_ptr<const Mesh>& mesh, const Matrix& place = Matrix())
+    template <typename Kind = MeshVisualization, typename Content>
+    Kind& add(const Content& content, const Matrix& place = Matrix())
     {
-        auto* part = new MeshVisualization(host.scene().group, mesh);
+        auto* part = new Kind(host.scene().group, content);
         part->rename(QStringLiteral("part %1").arg(list().size()));
         part->offset.setValue(place);
         list().insert(part, false);
@@ -117,7 +121,7 @@ struct PickTruthGLTest : ::testing::Test
         return *part;
     }
 
-    /// Draws what is visible of the meshes, or of the one of that name, flat in the colors of their names.
+    /// Draws what is visible of the parts, or of the one of that name, flat in the colors of their names.
     Picture drawNames(unsigned int only = nobody)
     {
         glPushAttrib(OruOglAllAttribBits);
@@ -141,7 +145,7 @@ struct PickTruthGLTest : ::testing::Test
     void drawNamesBelow(const OruProperties& node, unsigned int only)
     {
         for (unsigned int i = 0; i < node.size(); ++i) {
-            const auto* part = dynamic_cast<const MeshVisualization*>(node.at(i));
+            const auto* part = dynamic_cast<const PartVisualization*>(node.at(i));
             if (part && part->visible.value() && (only == nobody || only == part->hitName())) {
                 drawName(*part);
             }
@@ -149,15 +153,25 @@ struct PickTruthGLTest : ::testing::Test
         }
     }
 
-    void drawName(const MeshVisualization& part)
+    static void drawName(const PartVisualization& part)
     {
         const unsigned int name = part.hitName();
         glColor3ub(name >> 16 & 0xff, name >> 8 & 0xff, name & 0xff);
         glPushMatrix();
         glMultMatrixf((part.placement() * part.offset.value()).data());
-        glVertexPointer(3, GL_FLOAT, sizeof(Vector3), part.mesh().positions.data());
-        glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(part.mesh().indices.size()), GL_UNSIGNED_INT,
-                       part.mesh().indices.data());
+        glVertexPointer(3, GL_FLOAT, sizeof(Vector3), part.shape().positions.data());
+        const auto drawItems = [](GLenum mode, const std::vector<uint32_t>& indices) {
+            glDrawElements(mode, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_INT, indices.data());
+        };
+        if (const auto* surface = dynamic_cast<const MeshVisualization*>(&part)) {
+            drawItems(GL_TRIANGLES, surface->mesh().indices);
+        } else if (const auto* lines = dynamic_cast<const LineVisualization*>(&part)) {
+            glLineWidth(std::round(lines->width.value()));
+            drawItems(GL_LINES, lines->lines().indices);
+        } else if (const auto* points = dynamic_cast<const PointVisualization*>(&part)) {
+            glPointSize(std::round(points->width.value()));
+            glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(points->points().pointCount()));
+        }
         glPopMatrix();
     }
 
@@ -206,6 +220,50 @@ struct PickTruthGLTest : ::testing::Test
             for (const int size : {1, 3, 9}) {
                 hits += compareAt(truth, QPoint(x, y), size);
             }
+        }
+        return hits;
+    }
+
+    /// Whether the record tells what a picture has in the window.
+    static bool tells(const OruVisHitRecord& record, Picture& truth, const QRect& window)
+    {
+        const auto depths = truth.nearestIn(window);
+        const auto found = depths.find(record.name);
+        const float nearest = std::min_element(depths.begin(), depths.end(), [](auto& a, auto& b) {
+                                  return a.second < b.second;
+                              })->second;
+        return found != depths.end() && std::abs(found->second - nearest) <= tieTolerance &&
+               (record.name == nobody || std::abs(record.distance - nearest) <= depthTolerance);
+    }
+
+    /// 800 pixels, as a renderer may draw them whose rounding moves things by a fiftieth of a pixel; how
+    /// often there was something to hit.
+    int compareWithRounding()
+    {
+        const Matrix exact = context().projection;
+        const OruOglViewport& view = context().viewport;
+        std::vector<Picture> truths;
+        const float step = 0.04f; // in clip coordinates a pixel is two steps of one over the side
+        for (const auto& [x, y] :
+             {std::pair(0.0f, 0.0f), {step, 0.0f}, {-step, 0.0f}, {0.0f, step}, {0.0f, -step}}) {
+            context().projection = exact * Matrix::translate(Vector3(x / view.width, y / view.height, 0.0f));
+            truths.push_back(drawNames());
+        }
+        context().projection = exact;
+        std::mt19937 random(20);
+        int hits = 0;
+        for (int i = 0; i < 800; ++i) {
+            const QPoint point(view.x + static_cast<int>(random() % view.width),
+                               view.y + static_cast<int>(random() % view.height));
+            const int reach = static_cast<int>(random() % 3);
+            const QRect window = QRect(point, QSize(1, 1)).adjusted(-reach, -reach, reach, reach) &
+                                 QRect(view.x, view.y, view.width, view.height);
+            const auto record = OruVisHitRecordQuery::top(pick(point, 1 + 2 * reach), nullptr, nullptr);
+            EXPECT_TRUE(std::any_of(truths.begin(), truths.end(),
+                                    [&](Picture& truth) { return tells(record, truth, window); }))
+                << "at " << point.x() << "," << point.y() << " window " << window.width() << " found "
+                << record.name;
+            hits += record.name != nobody;
         }
         return hits;
     }
@@ -317,6 +375,48 @@ TEST_F(PickTruthGLTest, FlatOverSolid)
     EXPECT_FALSE(OruVisHitRecordQuery::any(pick(QPoint(INT_MIN, INT_MAX), 9)));
     EXPECT_FALSE(OruVisHitRecordQuery::any(pick(QPoint(200, 150), INT_MIN)));
     EXPECT_TRUE(OruVisHitRecordQuery::any(pick(QPoint(200, 150), INT_MAX)));
+}
+
+/// Points at random places, or lines between every two of them.
+MeshSource scattered(Primitive primitive, uint32_t vertices, float reach)
+{
+    std::mt19937 random(vertices);
+    std::uniform_real_distribution<float> unit(-1.0f, 1.0f);
+    MeshSource source;
+    source.primitive = primitive;
+    source.name = "scattered";
+    for (uint32_t i = 0; i < vertices; ++i) {
+        const Vector3 place(unit(random), unit(random), unit(random));
+        const bool ends = primitive == Primitive::Lines && i % 2 == 1;
+        source.positions.push_back(ends ? source.positions.back() + place * reach : place);
+        source.indices.push_back(i);
+    }
+    return source;
+}
+
+TEST_F(PickTruthGLTest, PointsAndLinesOfAllWidths)
+{
+    context().viewport = OruOglViewport(30, 20, 340, 260);
+    add(built(sourceOf(bumpySphere(500, 0.4f))));
+    ThinVisualization* const parts[] = {
+        &add<PointVisualization>(builtAs<PointSet>(scattered(Primitive::Points, 4000, 0.0f))),
+        &add<LineVisualization>(builtAs<LineSet>(scattered(Primitive::Lines, 300, 2.0f))),
+        &add<LineVisualization>(builtAs<LineSet>(scattered(Primitive::Lines, 4000, 0.1f)))};
+    show();
+    const Matrix whole = context().projection;
+    Matrix perspective;
+    perspective(2, 3) = 0.6f;
+    const Matrix near = Matrix::scale(Vector3(3, 3, 1)) * perspective;
+    const std::pair<float, Matrix> rows[] = {{1.0f, Matrix()}, {1.0f, near},     {2.0f, perspective},
+                                             {3.4f, near},     {8.0f, Matrix()}, {8.0f, near}};
+    for (const auto& [width, view] : rows) {
+        SCOPED_TRACE(::testing::Message() << "row " << &view - &rows[0].second);
+        for (ThinVisualization* const part : parts) {
+            part->width.setValue(width);
+        }
+        context().projection = whole * view;
+        EXPECT_GT(compareWithRounding(), 50);
+    }
 }
 
 TEST_F(PickTruthGLTest, ObjectsCutByTheViewVolume)

@@ -67,6 +67,14 @@ TEST_F(OruOglMeshBufferGLTest, DrawsAllOrAPart)
     EXPECT_GE(litBy(*mesh).width(), 9);
     EXPECT_EQ(pixel(context.grab(), 15, 12), QColor(Qt::black)) << "lines, not triangles";
     EXPECT_EQ(pixel(context.grab(), 14, 14), QColor(Qt::red)) << "colors of its own";
+
+    arrays.primitive = OruOglMeshArrays::Primitive::Points;
+    arrays.indices = nullptr;
+    ASSERT_TRUE(mesh->upload(arrays));
+    EXPECT_EQ(mesh->byteCount(), 4 * 28U) << "without indices";
+    EXPECT_EQ(mesh->indexCount(), 4U);
+    EXPECT_EQ(litBy(*mesh), QRect(10, 10, 11, 11)) << "all corners";
+    EXPECT_EQ(litBy(*mesh, 1, 2), QRect(20, 10, 1, 11)) << "those on the right";
 }
 
 TEST_F(OruOglMeshBufferGLTest, LargeMeshesKeepWideIndices)

@@ -17,10 +17,20 @@ constexpr std::size_t shortIndexVertices = 0x10000;
 
 bool usable(const OruOglMeshArrays& arrays)
 {
-    if (!arrays.positions || !arrays.indices || arrays.vertexCount == 0 || arrays.indexCount == 0) {
+    if (!arrays.positions || arrays.vertexCount == 0) {
         return false;
     }
-    return *std::max_element(arrays.indices, arrays.indices + arrays.indexCount) < arrays.vertexCount;
+    if (!arrays.indices) {
+        return true;
+    }
+    return arrays.indexCount > 0 &&
+           *std::max_element(arrays.indices, arrays.indices + arrays.indexCount) < arrays.vertexCount;
+}
+
+GLenum modeOf(OruOglMeshArrays::Primitive primitive)
+{
+    static constexpr GLenum modes[] = {GL_TRIANGLES, GL_LINES, GL_POINTS};
+    return modes[static_cast<int>(primitive)];
 }
 
 const void* bufferOffset(std::size_t bytes)
@@ -130,8 +140,9 @@ bool OruOglMeshBuffer::upload(const OruOglMeshArrays& arrays)
 bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
 {
     vertexCount_ = arrays.vertexCount;
-    indexCount_ = arrays.indexCount;
-    lines_ = arrays.primitive == OruOglMeshArrays::Primitive::Lines;
+    indexed_ = arrays.indices != nullptr;
+    indexCount_ = indexed_ ? arrays.indexCount : arrays.vertexCount;
+    primitive_ = arrays.primitive;
     normals_ = arrays.normals != nullptr;
     colors_ = arrays.colors != nullptr;
     texturePoints_ = arrays.texturePoints != nullptr;
@@ -150,6 +161,9 @@ bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
     }
     if (texturePoints_) {
         ::store(texturePointOffset(), vertexCount_ * 8, arrays.texturePoints);
+    }
+    if (!indexed_) {
+        return true;
     }
     if (shortIndices_) {
         const std::vector<std::uint16_t> narrow(arrays.indices, arrays.indices + indexCount_);
@@ -189,9 +203,13 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
         glEnableClientState(GL_TEXTURE_COORD_ARRAY);
         glTexCoordPointer(2, GL_FLOAT, 0, bufferOffset(texturePointOffset()));
     }
-    glDrawElements(lines_ ? GL_LINES : GL_TRIANGLES, static_cast<GLsizei>(drawn),
-                   shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
-                   bufferOffset(indexOffset() + first * indexSize()));
+    const GLenum mode = modeOf(primitive_);
+    if (indexed_) {
+        glDrawElements(mode, static_cast<GLsizei>(drawn), shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
+                       bufferOffset(indexOffset() + first * indexSize()));
+    } else {
+        glDrawArrays(mode, static_cast<GLint>(first), static_cast<GLsizei>(drawn));
+    }
 }
 
 bool OruOglMeshBuffer::empty() const

@@ -21,8 +21,8 @@ public:
     OruOglMeshBuffer& operator=(const OruOglMeshBuffer&) = delete;
 
     /// Copies the arrays into a GL buffer in place of what was there; needs the context. Indices take 2 bytes
-    /// where the vertex count allows. False, and the mesh is empty: no positions or indices, an index out of
-    /// range, a store that is gone, or no memory on the GL side.
+    /// where the vertex count allows. False, and the mesh is empty: no positions, no vertices or indices, an
+    /// index out of range, a store that is gone, or no memory on the GL side.
     bool upload(const OruOglMeshArrays& arrays);
 
     /// Releases the GL buffer; the mesh is empty.
@@ -43,6 +43,7 @@ public:
     bool belongsTo(const OruOglGeometry& geometry) const;
 
     std::size_t vertexCount() const { return vertexCount_; }
+    /// Without indices the number of vertices.
     std::size_t indexCount() const { return indexCount_; }
 
     /// Bytes in the GL buffer.
@@ -53,7 +54,7 @@ private:
     explicit OruOglMeshBuffer(std::weak_ptr<OruOglBufferStore> store);
 
     bool fill(const OruOglMeshArrays& arrays);
-    std::size_t indexSize() const { return shortIndices_ ? 2 : 4; }
+    std::size_t indexSize() const { return !indexed_ ? 0 : shortIndices_ ? 2 : 4; }
     std::size_t normalOffset() const { return vertexCount_ * 12; }
     std::size_t colorOffset() const { return vertexCount_ * (normals_ ? 24 : 12); }
     std::size_t texturePointOffset() const { return colorOffset() + (colors_ ? vertexCount_ * 4 : 0); }
@@ -63,7 +64,8 @@ private:
     std::size_t vertexCount_ = 0;
     std::size_t indexCount_ = 0;
     unsigned int buffer_ = 0; // positions, normals, colors, texture points, indices, one after the other
-    bool lines_ = false;
+    OruOglMeshArrays::Primitive primitive_ = OruOglMeshArrays::Primitive::Triangles;
+    bool indexed_ = false;
     bool normals_ = false;
     bool colors_ = false;
     bool texturePoints_ = false;

@@ -246,7 +246,7 @@ OruVisHitRecordList OruVisList::select3d(const SelectContext& context)
 {
     OruVisHitRecordList hits;
     guarded([&] {
-        picked_ = OruVisPickVolume(context).volume();
+        picked_ = OruVisPickVolume(context, rim()).volume();
         forEach(reached_->inScene(picked_, context.modelView),
                 [&](OruVisualization& entry) { hits.insert(entry.select3d(context)); });
     });
@@ -265,6 +265,11 @@ OruVisHitRecordList OruVisList::select2d(const SelectContext& context)
 BoundingBox OruVisList::bounds() const
 {
     return reached_->bounds();
+}
+
+double OruVisList::rim() const
+{
+    return reached_->rim();
 }
 
 /// The next 2D pass is another frame's, unless a 3D pass comes first and says what it shows.

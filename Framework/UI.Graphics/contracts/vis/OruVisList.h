@@ -73,6 +73,9 @@ public:
     /// The union of the bounds of the visible entries; undefined if none has any.
     Kelvar::Math::BoundingBox bounds() const override;
 
+    /// The widest of the visible entries.
+    double rim() const override;
+
 protected:
     OruProperties* makeChild(const QString& name, const QString& type) override;
 

@@ -60,14 +60,14 @@ double beyond(double value, double low, double high)
 
 } // namespace
 
-OruVisPickVolume::OruVisPickVolume(const OruVisualization::SelectContext& context)
+OruVisPickVolume::OruVisPickVolume(const OruVisualization::SelectContext& context, double rim)
     : viewport_(context.viewport)
     , toWindow_(windowMap(context.modelView, context.projection, context.viewport))
 {
     setWindow(context);
     volume_ = empty() ? OruVisViewVolume::nothing()
-                      : OruVisViewVolume::ofWindow(context.modelView, context.projection, viewport_, x_, y_,
-                                                   width_, height_);
+                      : OruVisViewVolume::ofWindow(context.modelView, context.projection, viewport_, x_ - rim,
+                                                   y_ - rim, width_ + 2.0 * rim, height_ + 2.0 * rim);
 }
 
 void OruVisPickVolume::setWindow(const OruVisualization::SelectContext& context)

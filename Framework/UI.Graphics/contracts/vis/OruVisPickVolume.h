@@ -15,8 +15,9 @@
 class KELVAR_VIS_API OruVisPickVolume
 {
 public:
-    /// Takes matrices, viewport and pick window of `context` as they are now.
-    explicit OruVisPickVolume(const OruVisualization::SelectContext& context);
+    /// Takes matrices, viewport and pick window of `context` as they are now. volume() and meets() reach
+    /// `rim` pixels beyond the window, for what is drawn that much wider than it is.
+    explicit OruVisPickVolume(const OruVisualization::SelectContext& context, double rim = 0.0);
 
     /// No pixel is asked about: the window's size is below 1, it lies outside the viewport, or the viewport
     /// is empty.
@@ -27,6 +28,9 @@ public:
     int y() const { return y_; }
     int width() const { return width_; }
     int height() const { return height_; }
+
+    /// The viewport that the window was clipped to.
+    const OruOglViewport& viewport() const { return viewport_; }
 
     /// Takes a model point to window x and y in pixels and depth 0 near to 1 far; with a perspective
     /// projection the result wants its divide by w.

@@ -96,6 +96,11 @@ int OruVisualization::drawOrder() const
 
 void OruVisualization::drawTransparent3d(const DrawContext& /*context*/) {}
 
+double OruVisualization::rim() const
+{
+    return 0.0;
+}
+
 void OruVisualization::setReach(Reach reach)
 {
     if (reach_ != reach) {

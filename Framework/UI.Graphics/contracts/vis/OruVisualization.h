@@ -166,6 +166,10 @@ public:
     /// OruOglTransparency. The context holds the matrices of the one that was asked, loaded in OpenGL.
     virtual void drawTransparent3d(const DrawContext& context);
 
+    /// How many pixels beyond its bounds as seen on the screen it may cover in 3D: half the width of a wide
+    /// line. Changes as bounds() may.
+    virtual double rim() const;
+
 protected:
     /// Takes effect with the list's next pass.
     void setReach(Reach reach);

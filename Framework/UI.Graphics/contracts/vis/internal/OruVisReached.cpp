@@ -41,7 +41,7 @@ OruVisReached::OruVisReached(const OruModified& list)
 void OruVisReached::append(OruVisualization* entry)
 {
     constexpr std::uint64_t neverAsked = 0;
-    entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0, false, false});
+    entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0.0, 0, false, false});
     entriesStale_ = true;
     boundsStale_ = true;
     orderStale_ = true;
@@ -74,6 +74,12 @@ const BoundingBox& OruVisReached::bounds()
 {
     refresh();
     return bounds_;
+}
+
+double OruVisReached::rim()
+{
+    refresh();
+    return rim_;
 }
 
 OruVisReached::Indices OruVisReached::groupIn(const OruVisViewVolume& volume) const
@@ -154,14 +160,15 @@ void OruVisReached::refreshEntry(Entry& entry)
     if (entry.revision == object.subtreeRevision()) {
         return;
     }
-    Entry now{entry.object, object.subtreeRevision(), BoundingBox(), object.drawOrder(), false, false};
+    Entry now{entry.object, object.subtreeRevision(), BoundingBox(), 0.0, object.drawOrder(), false, false};
     now.visible = object.visible.value();
     if (now.visible) {
         now.box = object.bounds();
+        now.rim = object.rim();
     }
     const bool onlyInView = object.reach() == OruVisualization::Reach::WhenInView;
     now.grouped = now.visible && onlyInView && now.box.defined() && finite(now.box);
-    boundsStale_ = boundsStale_ || now.box != entry.box;
+    boundsStale_ = boundsStale_ || now.box != entry.box || now.rim != entry.rim;
     orderStale_ = orderStale_ || now.visible != entry.visible || now.grouped != entry.grouped;
     if (now.grouped && now.box != entry.box) {
         ++movedBoxes_;
@@ -172,8 +179,10 @@ void OruVisReached::refreshEntry(Entry& entry)
 void OruVisReached::rebuildBounds()
 {
     bounds_ = BoundingBox();
+    rim_ = 0.0;
     for (const Entry& entry : entries_) {
         bounds_.add(entry.box);
+        rim_ = std::max(rim_, entry.rim);
     }
     boundsStale_ = false;
 }

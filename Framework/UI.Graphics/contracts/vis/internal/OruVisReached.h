@@ -37,6 +37,9 @@ public:
     /// The union of the boxes of the visible entries; undefined if none has any.
     const Kelvar::Math::BoundingBox& bounds();
 
+    /// The widest rim of the visible entries: what a volume has to reach further so that none is missed.
+    double rim();
+
     /// The visible entries in the order of a 3D pass: list order, but those that are reached only in view
     /// form one group at the place of the first of them, nearest first, without those outside of `volume`.
     Objects inScene(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView);
@@ -53,6 +56,7 @@ private:
         std::uint64_t revision;
         /// Undefined for a hidden entry.
         Kelvar::Math::BoundingBox box;
+        double rim;
         int order;
         bool visible;
         /// One of the group that is reached only in view.
@@ -81,6 +85,7 @@ private:
     std::size_t movedBoxes_ = 0;
 
     Kelvar::Math::BoundingBox bounds_;
+    double rim_ = 0.0;
     /// Visible entries that every pass reaches: those ahead of the group's place in the list, and the others.
     Indices ahead_;
     Indices behind_;
