@@ -3,10 +3,9 @@
 #include "contracts/core/OruFileReader.h"
 #include "hosts/import/internal/IsolatedReader.h"
 #include "hosts/import/internal/ModelSource.h"
-#include "hosts/mesh/Mesh.h"
-#include "hosts/mesh/MeshBuilder.h"
+#include "hosts/mesh/AnyShape.h"
 #include "hosts/mesh/MeshSource.h"
-#include "hosts/mesh/Primitive.h"
+#include "hosts/mesh/ShapeBuilder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,7 +14,7 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
-#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -94,11 +93,11 @@ ModelSource readSource(const QString& file, Progress& progress)
     }
 }
 
-std::shared_ptr<const Mesh> buildMesh(const QString& file, MeshSource source, const ReportShare& report)
+std::optional<AnyShape> buildShape(const QString& file, MeshSource source, const ReportShare& report)
 {
     const QString name = source.name;
     try {
-        return MeshBuilder::build(std::move(source), report);
+        return ShapeBuilder::build(std::move(source), report);
     } catch (const Progress::Cancelled&) {
         throw;
     } catch (const std::runtime_error& error) {
@@ -106,11 +105,11 @@ std::shared_ptr<const Mesh> buildMesh(const QString& file, MeshSource source, co
     }
 }
 
-/// What parts show, in the order of the sources; null where nothing is left of one.
-std::vector<std::shared_ptr<const Mesh>> buildShapes(const QString& file, std::vector<MeshSource> sources,
+/// What parts show, in the order of the sources; nothing where nothing is left of one.
+std::vector<std::optional<AnyShape>> buildShapes(const QString& file, std::vector<MeshSource> sources,
                                                      const QString& modelName, Progress& progress)
 {
-    std::vector<std::shared_ptr<const Mesh>> shapes;
+    std::vector<std::optional<AnyShape>> shapes;
     shapes.reserve(sources.size());
     const float step = (1.0f - readingShare) / static_cast<float>(sources.size() + 1);
     float done = readingShare;
@@ -118,10 +117,7 @@ std::vector<std::shared_ptr<const Mesh>> buildShapes(const QString& file, std::v
         if (source.name.isEmpty()) {
             source.name = modelName;
         }
-        // Lines and points have no shapes of their own yet.
-        const bool surface = source.primitive == Primitive::Triangles;
-        shapes.push_back(surface ? buildMesh(file, std::move(source), within(progress, done, done + step))
-                                 : nullptr);
+        shapes.push_back(buildShape(file, std::move(source), within(progress, done, done + step)));
         done += step;
     }
     return shapes;
@@ -131,7 +127,7 @@ std::vector<std::shared_ptr<const Mesh>> buildShapes(const QString& file, std::v
 class NodeTree
 {
 public:
-    NodeTree(const ModelSource& source, const std::vector<std::shared_ptr<const Mesh>>& shapes)
+    NodeTree(const ModelSource& source, const std::vector<std::optional<AnyShape>>& shapes)
         : nodes_(source.nodes.size())
         , children_(source.nodes.size())
     {
@@ -143,7 +139,7 @@ public:
         }
         for (const ModelSource::Use& use : source.uses) {
             if (shapes[use.mesh]) {
-                nodes_[use.node].parts.emplace_back(shapes[use.mesh], use.placement, use.name);
+                nodes_[use.node].parts.emplace_back(*shapes[use.mesh], use.placement, use.name);
             }
         }
     }
@@ -189,7 +185,7 @@ Model ModelImporter::load(const QString& file, Progress& progress)
     std::transform(source.notes.begin(), source.notes.end(), std::back_inserter(model.notes), readable);
     if (model.parts.empty() && model.children.empty()) {
         const QString why = model.notes.isEmpty() ? QString() : QStringLiteral(": ") + model.notes.first();
-        throw Error(file, QStringLiteral("there are no triangles") + why);
+        throw Error(file, QStringLiteral("there is nothing to draw") + why);
     }
     return model;
 }

@@ -48,7 +48,7 @@ struct KnownError
 
 constexpr std::array<KnownError, 2> knownErrors = {{
     {"No suitable reader", "damaged: it does not hold what a file of its name should"},
-    {"No meshes remaining", "there are no triangles"},
+    {"No meshes remaining", "there is nothing to draw"},
 }};
 
 /// Passes on how far assimp is.
