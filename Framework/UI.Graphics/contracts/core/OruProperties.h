@@ -71,7 +71,7 @@ public:
 
 protected:
     /// Makes a child that a loaded file names, without inserting it; the caller owns it. Null: this node has
-    /// no children of that type, as here.
+    /// no children of that type, as here. It is asked before anything of the file is in the tree.
     virtual OruProperties* makeChild(const QString& childName, const QString& childType);
 
 public:
@@ -113,6 +113,7 @@ private:
     friend class OruPropertiesChildren;
     friend class OruPropertiesFile;
     friend class OruPropertiesCheck;
+    friend class OruPropertiesText;
 
     bool accepts(const OruProperties* child) const;
 

@@ -13,6 +13,14 @@ OruProperties* OruPropertiesChildren::at(std::size_t position) const
     return entries_[first_ + position].node;
 }
 
+OruProperties* OruPropertiesChildren::find(const QString& name, std::size_t guess) const
+{
+    if (guess < size() && at(guess)->name() == name) {
+        return at(guess);
+    }
+    return find(name);
+}
+
 std::size_t OruPropertiesChildren::index(const OruProperties& child) const
 {
     if (gaps_ > 0) {
@@ -43,6 +51,7 @@ void OruPropertiesChildren::remove(const OruProperties& child)
 
 OruPropertiesChildren::Child OruPropertiesChildren::takeLast()
 {
+    byName_.clear();
     const Child last = entries_.back();
     remove(*last.node);
     return last;

@@ -42,7 +42,7 @@ std::vector<const OruPropertiesLayout*> OruPropertiesLayout::rows() const
 bool OruPropertiesLayout::isRow(const QString& key, const Slot& slot) const
 {
     const auto same = [](const QString& a, const QString& b) { return a == b && a.isNull() == b.isNull(); };
-    return key_ == key && slot_.kind == slot.kind && slot_.defined == slot.defined &&
+    return slot_.kind == slot.kind && slot_.defined == slot.defined && key_ == key &&
            same(slot_.text, slot.text) && same(slot_.unit, slot.unit);
 }
 
@@ -78,7 +78,8 @@ OruPropertiesLayout::Pointer OruPropertiesLayout::with(const QString& key, const
 OruPropertiesLayout::Pointer OruPropertiesLayout::withSlot(std::size_t index, const Slot& slot)
 {
     if (index == size_ - 1) {
-        return parent_->step(key_, slot) || parent_->keepsStep(key_) ? parent_->with(key_, slot) : nullptr;
+        OruPropertiesLayout* const known = parent_->step(key_, slot);
+        return known || !parent_->keepsStep(key_) ? known : parent_->with(key_, slot);
     }
     const Pointer before = parent_->withSlot(index, slot);
     return before ? before->with(key_, slot_) : nullptr;
