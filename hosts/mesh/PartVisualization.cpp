@@ -117,16 +117,34 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , shape_(std::move(shape))
     , hasAlpha_(hasAlpha(*shape_))
-    , handler_(boost::make_shared<PartEventHandler>(*this))
     , buffer_(std::make_shared<PartBuffer>())
+    , view_(noView())
 {
     rename(shape_->name);
     opacity.setKind(shares);
     setReach(Reach::WhenInView);
-    hitProperties.insert(hitName_.value(), OruVisHitProperty(this, {}));
 }
 
 PartVisualization::~PartVisualization() = default;
+
+/// What a part has seen that was neither drawn nor picked.
+const PartVisualization::SharedView& PartVisualization::noView()
+{
+    static const SharedView none = std::make_shared<const View>();
+    return none;
+}
+
+/// The view of a pass. Parts that are reached one after the other see the same.
+template <typename Context>
+const PartVisualization::SharedView& PartVisualization::viewOf(const Context& context)
+{
+    thread_local SharedView latest = noView();
+    if (latest->modelView != context.modelView || latest->projection != context.projection ||
+        latest->viewport != context.viewport) {
+        latest = std::make_shared<const View>(View{context.modelView, context.projection, context.viewport});
+    }
+    return latest;
+}
 
 void PartVisualization::setPlacement(const Matrix& placement)
 {
@@ -136,7 +154,7 @@ void PartVisualization::setPlacement(const Matrix& placement)
 
 void PartVisualization::draw3d(const DrawContext& context)
 {
-    view_ = View{context.modelView, context.projection, context.viewport};
+    view_ = viewOf(context);
     if (!look().seeThrough) {
         drawPart(context);
     } else if (look().opacity > 0.0f && !context.defer(*this)) {
@@ -168,7 +186,7 @@ void PartVisualization::drawPart(const DrawContext& context)
     }
     if (shown.placed) {
         glPushMatrix();
-        glMultMatrixf(shown.place.data());
+        glMultMatrixf(place().data());
     }
     // Not put back: some drivers then miss that the tracked material has to follow the current color.
     glColor(shown.color);
@@ -180,8 +198,8 @@ void PartVisualization::drawPart(const DrawContext& context)
 
 OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
 {
-    view_ = View{context.modelView, context.projection, context.viewport};
-    if (dragged_ != Vector3() || look().opacity < leastPickedOpacity) {
+    view_ = viewOf(context);
+    if (carried() || look().opacity < leastPickedOpacity) {
         // What is dragged hangs on the pointer; what it is dropped on lies below.
         return {};
     }
@@ -196,7 +214,7 @@ OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
         OruVisHitRecord record;
         record.distance = hit->depth;
         record.name = hitName();
-        hits.add(record, OruVisHitRecordList::Rank::Scene3d, hit->centerDistance, handler_, this);
+        hits.add(record, OruVisHitRecordList::Rank::Scene3d, hit->centerDistance, handler(), this);
     }
     return hits;
 }
@@ -232,18 +250,47 @@ const PartVisualization::Look& PartVisualization::look() const
         look_.color = look_.marked ? markColor : color.value();
         const bool blends = shape_->material.alpha == Material::Alpha::Blend;
         look_.color.setAlphaF(blends ? look_.opacity : 1.0f);
-        look_.place = placement_ * offset.value() * Matrix::translate(dragged_);
-        look_.placed = look_.place != Matrix();
-        look_.mirrored = look_.placed && DoubleMatrix(look_.place).determinant3x3() < 0.0;
+        refreshPlace();
+        const Matrix& where = moved_ ? *moved_ : placement_;
+        look_.placed = where != Matrix();
+        look_.mirrored = look_.placed && DoubleMatrix(where).determinant3x3() < 0.0;
     }
     return look_;
+}
+
+void PartVisualization::refreshPlace() const
+{
+    const Matrix& way = offset.value();
+    if (!carried() && way == Matrix()) {
+        moved_.reset();
+        return;
+    }
+    if (!moved_) {
+        moved_ = std::make_unique<Matrix>();
+    }
+    *moved_ = placement_ * way * Matrix::translate(drag_ ? drag_->moved : Vector3());
+}
+
+const Matrix& PartVisualization::place() const
+{
+    look();
+    return moved_ ? *moved_ : placement_;
+}
+
+const boost::shared_ptr<PartEventHandler>& PartVisualization::handler()
+{
+    if (!handler_) {
+        handler_ = boost::make_shared<PartEventHandler>(*this);
+        hitProperties.insert(hitName_.value(), OruVisHitProperty(this, {}));
+    }
+    return handler_;
 }
 
 /// What the pixels of a drag come to, at the depth of the part's center. Reckoned from that center, since far
 /// from the origin a pixel is less than floats can tell apart.
 Vector3 PartVisualization::worldWay(const Drag& drag) const
 {
-    const View& view = drag.view;
+    const View& view = *drag.view;
     const Matrix fromCenter =
         Matrix::translate((placement_ * offset.value()).transform(shape_->bounds.center())) * view.modelView;
     const float depth = Vector3().project(fromCenter, view.projection, view.viewport.data()).z;
@@ -257,24 +304,25 @@ Vector3 PartVisualization::worldWay(const Drag& drag) const
 void PartVisualization::moveBy(const QPoint& delta)
 {
     const bool turned =
-        drag_ && (drag_->view.modelView != view_.modelView || drag_->view.viewport != view_.viewport);
+        drag_ && (drag_->view->modelView != view_->modelView || drag_->view->viewport != view_->viewport);
     if (!drag_ || turned) {
-        drag_ = Drag{view_, dragged_, QPointF()};
+        const Vector3 moved = drag_ ? drag_->moved : Vector3();
+        drag_ = std::make_unique<Drag>(Drag{view_, moved, QPointF(), moved});
     }
     drag_->way += delta;
-    dragged_ = drag_->before + worldWay(*drag_);
+    drag_->moved = drag_->before + worldWay(*drag_);
     boundsChanged();
 }
 
 bool PartVisualization::endMove(IOruVisPropertyEdit* editor)
 {
-    drag_.reset();
-    if (!carried()) {
+    const bool moved = carried();
+    const std::unique_ptr<Drag> drag = std::move(drag_);
+    if (!moved) {
         return false;
     }
-    const QString text = oru::toString(offset.value() * Matrix::translate(dragged_));
-    dragged_ = Vector3();
     boundsChanged();
+    const QString text = oru::toString(offset.value() * Matrix::translate(drag->moved));
     editor->editValue(dynamic_cast<OruVisList*>(parent()), this, offset.name(), text);
     return true;
 }

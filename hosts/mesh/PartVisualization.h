@@ -77,7 +77,7 @@ public:
     void moveBy(const QPoint& delta);
 
     /// A drag that still goes on has moved it.
-    bool carried() const { return dragged_ != Kelvar::Math::Vector3(); }
+    bool carried() const { return drag_ && drag_->moved != Kelvar::Math::Vector3(); }
 
     /// Ends a drag: writes the new place as one edit. False: the part is where it was before the drag, and
     /// nothing is written.
@@ -120,6 +120,9 @@ protected:
     struct Look
     {
         std::uint64_t revision = 0;
+        /// Its alpha is what the material makes of the opacity.
+        QColor color;
+        float opacity = 1.0f;
         bool marked = false;
         /// It does not stand in the frame of its shape.
         bool placed = false;
@@ -127,10 +130,6 @@ protected:
         bool mirrored = false;
         /// Something shines through: drawn behind all that is solid.
         bool seeThrough = false;
-        float opacity = 1.0f;
-        /// Its alpha is what the material makes of the opacity.
-        QColor color;
-        Kelvar::Math::Matrix place;
     };
 
     /// Named as the shape is. The shape is shared and not null.
@@ -145,7 +144,7 @@ protected:
     virtual void drawShape(const OruOglMeshBuffer& buffer) = 0;
 
     /// Takes the frame of the shape to the window.
-    View shapeView() const { return View{place() * view_.modelView, view_.projection, view_.viewport}; }
+    View shapeView() const { return View{place() * view_->modelView, view_->projection, view_->viewport}; }
 
     const Look& look() const;
 
@@ -153,36 +152,49 @@ protected:
     virtual std::optional<Hit> pickShape(const OruVisPickVolume& volume) const = 0;
 
 private:
-    /// The part of a drag that one view has seen. What the pixels of a drag come to hangs on all of them, not
-    /// on how many moves they came in and what was drawn in between.
+    using SharedView = std::shared_ptr<const View>;
+
+    /// A drag, and the part of it that one view has seen. What the pixels of a drag come to hangs on all of
+    /// them, not on how many moves they came in and what was drawn in between.
     struct Drag
     {
-        View view;
-        /// How far the part had been moved before, and the pixels since.
+        SharedView view;
+        /// How far the part had been moved before that view, and the pixels since.
         Kelvar::Math::Vector3 before;
         QPointF way;
+        /// How far it has moved the part.
+        Kelvar::Math::Vector3 moved;
     };
+
+    static const SharedView& noView();
+    template <typename Context>
+    static const SharedView& viewOf(const Context& context);
 
     Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
     const OruOglMeshBuffer* ready(OruOglGeometry& geometry);
     void drawPart(const DrawContext& context);
-    const Kelvar::Math::Matrix& place() const { return look().place; }
+    void refreshPlace() const;
+    const Kelvar::Math::Matrix& place() const;
+    const boost::shared_ptr<PartEventHandler>& handler();
 
+    // Scenes have 100,000 parts. What few of them ever need is made when it is needed.
     std::shared_ptr<const Shape> shape_;
     Kelvar::Math::Matrix placement_;
     /// The material blends, and vertices or texture have alpha.
     const bool hasAlpha_;
     OruVisHitName hitName_;
+    /// Made by the first pick that finds the part.
     boost::shared_ptr<PartEventHandler> handler_;
     DropListener dropListener_;
     std::shared_ptr<PartBuffer> buffer_;
     /// As of its revision of this node.
     mutable Look look_;
-    View view_;
-    /// Nothing while no drag goes on.
-    std::optional<Drag> drag_;
-    /// How far it has moved the part.
-    Kelvar::Math::Vector3 dragged_;
+    /// Where it is, as of look_; null: at its placement.
+    mutable std::unique_ptr<Kelvar::Math::Matrix> moved_;
+    /// The view of the last draw or pick, shared by all parts that it reached.
+    SharedView view_;
+    /// Null while no drag goes on.
+    std::unique_ptr<Drag> drag_;
 };
 
 } // namespace hostkit

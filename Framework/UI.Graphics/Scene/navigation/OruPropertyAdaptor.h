@@ -88,6 +88,7 @@ private:
 
     void fetch() const;
     void store();
+    QString text() const;
 
     static constexpr OruPropertyKind kind_ = OruPropertyKind::of<Stored>();
     mutable T value_;
@@ -101,7 +102,9 @@ OruPropertyAdaptor<T>::OruPropertyAdaptor(OruProperties& owner, const QString& k
 {
     OruPropertiesString& values = node()->string();
     if (!values.defined(name())) {
-        setValue(initial);
+        value_ = initial;
+        begin(text());
+        reset();
     }
     if (values.getUnit(name(), QString()).isEmpty() && !unit.isEmpty()) {
         setUnit(unit);
@@ -165,8 +168,19 @@ void OruPropertyAdaptor<T>::store()
 {
     // The store keeps text and has no write for matrices, so a matrix goes in as the text that it reads back.
     if constexpr (std::is_same<T, Kelvar::Math::Matrix>::value) {
-        node()->string().setValue(name(), oru::toString(value_));
+        node()->string().setValue(name(), text());
     } else {
         node()->string().setValue(name(), static_cast<Stored>(value_));
+    }
+}
+
+/// The cached value as the store keeps it.
+template <typename T>
+QString OruPropertyAdaptor<T>::text() const
+{
+    if constexpr (std::is_same<T, QString>::value) {
+        return value_;
+    } else {
+        return oru::toString(static_cast<Stored>(value_));
     }
 }

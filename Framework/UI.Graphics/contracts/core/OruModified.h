@@ -35,7 +35,8 @@ public:
     void touch();
 
     /// Where view_ptr is told of this node's end.
-    const oru::view_anchor& viewAnchor() const { return viewAnchor_; }
+    using Viewed = OruModified;
+    const oru::view_anchor<OruModified>& viewAnchor() const { return viewAnchor_; }
 
 protected:
     ~OruModified();
@@ -49,5 +50,5 @@ private:
     OruModified* parentRecord_ = nullptr;
     std::uint64_t revision_;
     std::uint64_t subtreeRevision_;
-    oru::view_anchor viewAnchor_;
+    oru::view_anchor<OruModified> viewAnchor_;
 };

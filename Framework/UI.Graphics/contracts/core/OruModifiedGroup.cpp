@@ -1,5 +1,13 @@
 #include "contracts/core/OruModifiedGroup.h"
 
+#include "contracts/core/internal/OruPropertiesLayout.h"
+
+OruModifiedGroup::OruModifiedGroup()
+    : layout_(new OruPropertiesLayout)
+{}
+
+OruModifiedGroup::~OruModifiedGroup() = default;
+
 OruModifiedGroup& OruModifiedGroup::handOver()
 {
     handedOver_ = true;

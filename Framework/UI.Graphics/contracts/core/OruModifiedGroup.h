@@ -2,17 +2,23 @@
 
 #include "contracts/core/kelvar_core_api.h"
 
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
 #include <cstddef>
 #include <cstdint>
 
-/// What the nodes of one property tree share for change tracking: the source of revision numbers and a lock.
+class OruPropertiesLayout;
+
+/// What the nodes of one property tree share: for change tracking the source of revision numbers and a lock,
+/// and what nodes of one type have in common, so that each node keeps only what it does not share.
 ///
 /// The group must outlive its nodes. A group on the stack or owned by a caller is left to that caller; one
 /// that was made with `new` and handed over deletes itself together with its last node.
 class KELVAR_CORE_API OruModifiedGroup
 {
 public:
-    OruModifiedGroup() = default;
+    OruModifiedGroup();
+    ~OruModifiedGroup();
     OruModifiedGroup(const OruModifiedGroup&) = delete;
     OruModifiedGroup& operator=(const OruModifiedGroup&) = delete;
 
@@ -38,6 +44,9 @@ public:
     void detach();
 
 private:
+    friend class OruPropertiesString;
+
+    boost::intrusive_ptr<OruPropertiesLayout> layout_;
     std::uint64_t revision_ = 0;
     std::size_t nodes_ = 0;
     unsigned locks_ = 0;

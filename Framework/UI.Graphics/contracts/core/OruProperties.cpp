@@ -2,14 +2,13 @@
 
 #include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruModifiedGroup.h"
+#include "contracts/core/internal/OruPropertiesChildren.h"
 #include "contracts/core/internal/OruPropertiesForeign.h"
 #include "contracts/debug/dbgostream.h"
 #include "contracts/debug/logger.h"
 
 #include <QStringList>
 
-#include <algorithm>
-#include <iterator>
 #include <string>
 
 namespace {
@@ -58,9 +57,8 @@ OruProperties::~OruProperties()
     if (OruProperties* above = parent()) {
         above->remove(this);
     }
-    while (!children_.empty()) {
-        const Child last = children_.back();
-        children_.pop_back();
+    while (size() > 0) {
+        const OruPropertiesChildren::Child last = children_->takeLast();
         last.node->setParentRecord(nullptr);
         if (!last.member) {
             delete last.node;
@@ -90,8 +88,10 @@ bool OruProperties::insert(OruProperties* child, bool member)
     if (!accepts(child)) {
         return false;
     }
-    children_.push_back(Child{child, member});
-    byName_.insert(child->name(), child);
+    if (!children_) {
+        children_ = std::make_unique<OruPropertiesChildren>();
+    }
+    children_->append(child, member);
     child->setParentRecord(this);
     touch();
     return true;
@@ -99,12 +99,10 @@ bool OruProperties::insert(OruProperties* child, bool member)
 
 bool OruProperties::remove(OruProperties* child)
 {
-    const int position = index(child);
-    if (position < 0) {
+    if (!child || child->parent() != this) {
         return false;
     }
-    children_.erase(children_.begin() + position);
-    byName_.remove(child->name());
+    children_->remove(*child);
     child->setParentRecord(nullptr);
     touch();
     return true;
@@ -112,11 +110,10 @@ bool OruProperties::remove(OruProperties* child)
 
 bool OruProperties::erase(OruProperties* child)
 {
-    const int position = index(child);
-    if (position < 0) {
+    if (!child || child->parent() != this) {
         return false;
     }
-    const bool member = children_[static_cast<std::size_t>(position)].member;
+    const bool member = children_->isMember(*child);
     if (!remove(child)) {
         return false;
     }
@@ -139,8 +136,7 @@ bool OruProperties::rename(const QString& newName)
     name_ = newName;
     touch();
     if (above) {
-        above->byName_.remove(oldName);
-        above->byName_.insert(name_, this);
+        above->children_->rename(oldName, *this);
         above->onDependentRename(oldName, name_);
     }
     return true;
@@ -171,15 +167,24 @@ void OruProperties::setType(const QString& newType)
     }
 }
 
+unsigned int OruProperties::size() const
+{
+    return children_ ? static_cast<unsigned int>(children_->size()) : 0;
+}
+
+OruProperties* OruProperties::at(unsigned int position) const
+{
+    return children_->at(position);
+}
+
 int OruProperties::index(const OruProperties* child) const
 {
-    if (!child || child->parent() != this) {
-        return -1;
-    }
-    // From the back: members of a parent die in that order.
-    const auto found = std::find_if(children_.rbegin(), children_.rend(),
-                                    [child](const Child& entry) { return entry.node == child; });
-    return static_cast<int>(std::distance(found, children_.rend())) - 1;
+    return child && child->parent() == this ? static_cast<int>(children_->index(*child)) : -1;
+}
+
+OruProperties* OruProperties::childByName(const QString& childName) const
+{
+    return children_ ? children_->find(childName) : nullptr;
 }
 
 OruProperties* OruProperties::find(const QString& relativePath)

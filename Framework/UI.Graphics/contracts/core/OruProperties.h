@@ -4,13 +4,12 @@
 #include "contracts/core/OruPropertiesString.h"
 #include "contracts/core/kelvar_core_api.h"
 
-#include <QHash>
 #include <QString>
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
+class OruPropertiesChildren;
 struct OruPropertiesForeign;
 
 /// A node of the property tree: a name, a type text, ordered children with names of their own, and values.
@@ -72,7 +71,7 @@ public:
 
 protected:
     /// Makes a child that a loaded file names, without inserting it; the caller owns it. Null: this node has
-    /// no children of that type, as here.
+    /// no children of that type, as here. It is asked before anything of the file is in the tree.
     virtual OruProperties* makeChild(const QString& childName, const QString& childType);
 
 public:
@@ -87,15 +86,16 @@ public:
     /// What the property `key` of this node holds; any text where nobody has told.
     const OruPropertyKind& kind(const QString& key) const { return values_.kind(key); }
 
-    /// Number of children, and the child at a position below it.
-    unsigned int size() const { return static_cast<unsigned int>(children_.size()); }
-    OruProperties* at(unsigned int position) const { return children_[position].node; }
+    /// Number of children, and the child at a position below it. Asking for positions and removing what is in
+    /// the middle by turns costs O(n) each time; removing alone, in any order, O(1).
+    unsigned int size() const;
+    OruProperties* at(unsigned int position) const;
 
     /// The position of `child`, or -1.
     int index(const OruProperties* child) const;
 
     /// The child of that name, or null; costs O(1).
-    OruProperties* childByName(const QString& childName) const { return byName_.value(childName, nullptr); }
+    OruProperties* childByName(const QString& childName) const;
 
     /// The node at a path relative to this one, or null. An empty path is this node.
     OruProperties* find(const QString& relativePath);
@@ -110,21 +110,19 @@ public:
     std::uint16_t flags = 0;
 
 private:
+    friend class OruPropertiesChildren;
     friend class OruPropertiesFile;
     friend class OruPropertiesCheck;
-
-    struct Child
-    {
-        OruProperties* node;
-        bool member;
-    };
+    friend class OruPropertiesText;
 
     bool accepts(const OruProperties* child) const;
 
+    /// Where the parent keeps it.
+    std::uint32_t place_ = 0;
     QString name_;
     QString type_;
     OruPropertiesString values_;
-    std::vector<Child> children_;
-    QHash<QString, OruProperties*> byName_;
+    /// Null until the first one comes; most nodes never have any.
+    std::unique_ptr<OruPropertiesChildren> children_;
     std::unique_ptr<OruPropertiesForeign> foreign_;
 };

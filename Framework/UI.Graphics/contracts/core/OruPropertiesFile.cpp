@@ -5,24 +5,29 @@
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/internal/OruJson.h"
 #include "contracts/core/internal/OruPropertiesCheck.h"
+#include "contracts/core/internal/OruPropertiesChildren.h"
 #include "contracts/core/internal/OruPropertiesForeign.h"
+#include "contracts/core/internal/OruPropertiesPlan.h"
+#include "contracts/core/internal/OruPropertiesText.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
+#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace {
 
-/// The members that are known, in the order in which they are written.
-const char* const knownHead[] = {"format", "version", "tree"};
-const char* const knownNode[] = {"name", "type", "flags", "values", "children"};
-const char* const knownValue[] = {"value", "unit"};
+using Known = OruPropertiesForeign;
 
 QString member(const char* name)
 {
@@ -46,14 +51,32 @@ void join(QJsonObject& kept, const QJsonObject& newer)
     }
 }
 
-QStringList writingOrder()
+template <std::size_t Count>
+bool hasUnknown(const QJsonObject& object, const char* const (&known)[Count])
 {
-    QStringList order;
-    const auto append = [&order](const char* name) { order.append(member(name)); };
-    std::for_each(std::begin(knownHead), std::end(knownHead), append);
-    std::for_each(std::begin(knownNode), std::end(knownNode), append);
-    std::for_each(std::begin(knownValue), std::end(knownValue), append);
-    return order;
+    const auto given = std::count_if(std::begin(known), std::end(known), [&object](const char* name) {
+        return object.contains(QLatin1String(name));
+    });
+    return object.size() > static_cast<int>(given);
+}
+
+QString nameOf(const QJsonObject& json)
+{
+    return json.value(QLatin1String("name")).toString();
+}
+
+using KeptNodes = std::vector<std::pair<int, QJsonObject>>;
+
+/// Adds to the nodes that are kept for a node; they come in place of those of the same names.
+void keep(KeptNodes& kept, const KeptNodes& newer)
+{
+    QSet<QString> names;
+    for (const auto& [position, json] : newer) {
+        names.insert(nameOf(json));
+    }
+    const auto replaced = [&names](const auto& entry) { return names.contains(nameOf(entry.second)); };
+    kept.erase(std::remove_if(kept.begin(), kept.end(), replaced), kept.end());
+    kept.insert(kept.end(), newer.begin(), newer.end());
 }
 
 bool fail(QString* error, const QString& file, const QString& reason)
@@ -77,11 +100,6 @@ int depthOf(const OruProperties& node)
         depth = std::max(depth, 1 + depthOf(*node.at(i)));
     }
     return depth;
-}
-
-QString nameOf(const QJsonObject& json)
-{
-    return json.value(member("name")).toString();
 }
 
 /// The text of a file, without a byte order mark.
@@ -118,9 +136,21 @@ int offsetOf(const QJsonParseError& problem, const QByteArray& text)
     return offset;
 }
 
+/// Where a string of the document begins with a byte order mark, or -1.
+int markInText(const QByteArray& text)
+{
+    const std::string_view bytes(text.constData(), static_cast<std::size_t>(text.size()));
+    const std::string_view mark(oru::byteOrderMark);
+    std::size_t found = bytes.find(mark);
+    while (found != std::string_view::npos && (found == 0 || bytes[found - 1] != '"')) {
+        found = bytes.find(mark, found + 1);
+    }
+    return found == std::string_view::npos ? -1 : static_cast<int>(found) - 1;
+}
+
 bool parse(const QString& file, const QByteArray& text, QJsonObject& document, QString* error)
 {
-    const int mark = static_cast<int>(text.indexOf(QByteArray("\"") + oru::byteOrderMark));
+    const int mark = markInText(text);
     if (mark >= 0) {
         return failAt(error, file, oru::jsonPosition(text, mark),
                       member("a byte order mark in a text; write it as \\ufeff"));
@@ -161,11 +191,7 @@ bool OruPropertiesFile::save(const OruProperties& root, const QString& file, QSt
 
 QByteArray OruPropertiesFile::text(const OruProperties& root)
 {
-    QJsonObject document = root.foreign_ ? root.foreign_->head : QJsonObject();
-    document.insert(member("format"), OruPropertiesCheck::format());
-    document.insert(member("version"), Version);
-    document.insert(member("tree"), describe(root));
-    return oru::jsonText(document, writingOrder());
+    return OruPropertiesText().of(root, Version);
 }
 
 bool OruPropertiesFile::load(OruProperties& root, const QString& file, QString* error)
@@ -181,15 +207,15 @@ bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const 
         return false;
     }
     OruPropertiesCheck check(Version, maximumDepth);
-    if (!check.accepts(document, root)) {
+    OruPropertiesPlan plan;
+    if (!check.accepts(document, root, plan)) {
         const int offset = oru::jsonOffset(text, check.place());
         return failAt(error, file, oru::jsonPosition(text, offset), check.reason());
     }
-    const QJsonObject unknown = withoutKnown(document, knownHead);
-    if (!unknown.isEmpty()) {
-        join(foreign(root).head, unknown);
+    if (hasUnknown(document, Known::knownHead)) {
+        join(foreign(root).head, withoutKnown(document, Known::knownHead));
     }
-    merge(root, document.value(member("tree")).toObject());
+    merge(root, plan);
     return true;
 }
 
@@ -201,112 +227,61 @@ OruPropertiesForeign& OruPropertiesFile::foreign(OruProperties& node)
     return *node.foreign_;
 }
 
-QJsonObject OruPropertiesFile::describe(const OruProperties& node)
+void OruPropertiesFile::merge(OruProperties& node, OruPropertiesPlan& plan)
 {
-    QJsonObject json = node.foreign_ ? node.foreign_->members : QJsonObject();
-    json.insert(member("name"), node.name());
-    json.insert(member("type"), node.type());
-    if (node.flags != 0) {
-        json.insert(member("flags"), node.flags);
+    if (plan.hasUnknown) {
+        join(foreign(node).members, withoutKnown(plan.json, Known::knownNode));
     }
-    const QJsonObject values = describeValues(node);
-    if (!values.isEmpty()) {
-        json.insert(member("values"), values);
-    }
-    QJsonArray children;
-    for (unsigned int i = 0; i < node.size(); ++i) {
-        children.append(describe(*node.at(i)));
-    }
-    if (node.foreign_) {
-        for (const auto& [position, kept] : node.foreign_->nodes) {
-            if (!node.childByName(nameOf(kept))) {
-                children.insert(std::min(position, static_cast<int>(children.size())), kept);
-            }
-        }
-    }
-    if (!children.isEmpty()) {
-        json.insert(member("children"), children);
-    }
-    return json;
-}
-
-QJsonObject OruPropertiesFile::describeValues(const OruProperties& node)
-{
-    QJsonObject values;
-    for (const QString& key : node.string().keys()) {
-        QString text;
-        node.string().getValue(key, text, QString());
-        const QString unit = node.string().getUnit(key, QString());
-        QJsonObject parts = node.foreign_ ? node.foreign_->valueMembers.value(key) : QJsonObject();
-        if (parts.isEmpty() && unit.isEmpty()) {
-            values.insert(key, text);
-            continue;
-        }
-        parts.insert(member("value"), text);
-        if (!unit.isEmpty()) {
-            parts.insert(member("unit"), unit);
-        }
-        values.insert(key, parts);
-    }
-    return values;
-}
-
-void OruPropertiesFile::merge(OruProperties& node, const QJsonObject& json)
-{
-    const QJsonObject unknown = withoutKnown(json, knownNode);
-    if (!unknown.isEmpty()) {
-        join(foreign(node).members, unknown);
-    }
-    const int flags = json.value(member("flags")).toInt(node.flags);
-    if (flags != node.flags) {
-        node.flags = static_cast<std::uint16_t>(flags);
+    if (plan.flags >= 0 && plan.flags != node.flags) {
+        node.flags = static_cast<std::uint16_t>(plan.flags);
         node.touch();
     }
-    mergeValues(node, json.value(member("values")).toObject());
-    const QJsonArray children = json.value(member("children")).toArray();
-    for (int i = 0; i < static_cast<int>(children.size()); ++i) {
-        mergeChild(node, i, children.at(i).toObject());
-    }
+    mergeValues(node, plan);
+    mergeChildren(node, plan);
 }
 
-void OruPropertiesFile::mergeValues(OruProperties& node, const QJsonObject& values)
+void OruPropertiesFile::mergeValues(OruProperties& node, const OruPropertiesPlan& plan)
 {
-    for (auto entry = values.begin(); entry != values.end(); ++entry) {
-        const QJsonObject parts = entry.value().toObject();
-        QString text;
-        OruPropertiesCheck::plainText(entry.value().isObject() ? parts.value(member("value")) : entry.value(),
-                                      text);
-        node.setValue(entry.key(), text);
-        if (parts.contains(member("unit"))) {
-            node.string().setUnit(entry.key(), parts.value(member("unit")).toString());
+    for (const OruPropertiesPlan::Value& value : plan.values) {
+        node.setValue(value.key, value.text);
+        const QJsonValue unit = value.parts.value(QLatin1String("unit"));
+        if (!unit.isUndefined()) {
+            node.string().setUnit(value.key, unit.toString());
         }
-        const QJsonObject unknown = withoutKnown(parts, knownValue);
-        if (!unknown.isEmpty()) {
-            join(foreign(node).valueMembers[entry.key()], unknown);
+        if (hasUnknown(value.parts, Known::knownValue)) {
+            join(foreign(node).valueMembers[value.key], withoutKnown(value.parts, Known::knownValue));
         }
     }
 }
 
-void OruPropertiesFile::mergeChild(OruProperties& node, int position, const QJsonObject& json)
+void OruPropertiesFile::mergeChildren(OruProperties& node, OruPropertiesPlan& plan)
 {
-    OruProperties* child = node.childByName(nameOf(json));
+    KeptNodes unmade;
+    std::size_t next = 0;
+    for (std::size_t i = 0; i < plan.children.size(); ++i) {
+        OruPropertiesPlan& childPlan = plan.children[i];
+        OruProperties* child = node.children_ ? node.children_->find(childPlan.name, next) : nullptr;
+        if (!child) {
+            child = addChild(node, childPlan);
+        }
+        if (child) {
+            next = node.children_->index(*child) + 1;
+            merge(*child, childPlan);
+        } else {
+            unmade.emplace_back(static_cast<int>(i), childPlan.json);
+        }
+    }
+    if (!unmade.empty()) {
+        keep(foreign(node).nodes, unmade);
+    }
+}
+
+OruProperties* OruPropertiesFile::addChild(OruProperties& node, OruPropertiesPlan& plan)
+{
+    std::unique_ptr<OruProperties> child = std::move(plan.made);
     if (!child) {
-        child = addChild(node, json);
+        child.reset(node.makeChild(plan.name, plan.type));
     }
-    if (child) {
-        merge(*child, json);
-        return;
-    }
-    auto& kept = foreign(node).nodes;
-    const auto sameName = [&json](const auto& entry) { return nameOf(entry.second) == nameOf(json); };
-    kept.erase(std::remove_if(kept.begin(), kept.end(), sameName), kept.end());
-    kept.emplace_back(position, json);
-}
-
-OruProperties* OruPropertiesFile::addChild(OruProperties& node, const QJsonObject& json)
-{
-    const QString name = nameOf(json);
-    std::unique_ptr<OruProperties> child(node.makeChild(name, json.value(member("type")).toString()));
-    const bool named = child && (child->name() == name || child->rename(name));
+    const bool named = child && (child->name() == plan.name || child->rename(plan.name));
     return named && node.insert(child.get(), false) ? child.release() : nullptr;
 }

@@ -7,7 +7,7 @@
 
 class OruProperties;
 struct OruPropertiesForeign;
-class QJsonObject;
+struct OruPropertiesPlan;
 
 /// A property tree as a JSON file.
 ///
@@ -45,9 +45,9 @@ public:
 
     /// Merges a file into the tree below `root`: values and units in the file overwrite, children that are
     /// missing are made by their parent's makeChild() and enter through its insert() as tree-owned; nothing
-    /// is removed. The name of the root is not changed.
+    /// is removed. The name of the root is not changed. Takes O(n), whatever the tree has and the file adds.
     ///
-    /// The whole file is checked first; one that is damaged, too large, too new, of another shape, that is no
+    /// The whole file is checked first, for which the children that are missing are made; one that is damaged, too large, too new, of another shape, that is no
     /// regular file, that gives a node another type than the tree has, or a value that is not of its
     /// property's kind, is refused, and the tree is as it was.
     static bool load(OruProperties& root, const QString& file, QString* error);
@@ -57,11 +57,9 @@ public:
     static bool load(OruProperties& root, const QByteArray& text, const QString& file, QString* error);
 
 private:
-    static QJsonObject describe(const OruProperties& node);
-    static QJsonObject describeValues(const OruProperties& node);
-    static void merge(OruProperties& node, const QJsonObject& json);
-    static void mergeValues(OruProperties& node, const QJsonObject& values);
-    static void mergeChild(OruProperties& node, int position, const QJsonObject& json);
-    static OruProperties* addChild(OruProperties& node, const QJsonObject& json);
+    static void merge(OruProperties& node, OruPropertiesPlan& plan);
+    static void mergeValues(OruProperties& node, const OruPropertiesPlan& plan);
+    static void mergeChildren(OruProperties& node, OruPropertiesPlan& plan);
+    static OruProperties* addChild(OruProperties& node, OruPropertiesPlan& plan);
     static OruPropertiesForeign& foreign(OruProperties& node);
 };

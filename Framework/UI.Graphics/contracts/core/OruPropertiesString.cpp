@@ -1,8 +1,13 @@
 #include "contracts/core/OruPropertiesString.h"
 
 #include "contracts/core/OruModified.h"
+#include "contracts/core/OruModifiedGroup.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/OruText.h"
+#include "contracts/core/internal/OruPropertiesLayout.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -27,12 +32,136 @@ static_assert(sizeof(OruPropertiesString::Slot) <=
 
 OruPropertiesString::OruPropertiesString(OruModified& owner)
     : owner_(owner)
+    , layout_(owner.group.layout_)
 {}
+
+OruPropertiesString::~OruPropertiesString() = default;
+
+const OruPropertiesString::Slot& OruPropertiesString::slotIn(const OruPropertiesLayout& row) const
+{
+    const Slot* const own = ownSlot(row.index());
+    return own ? *own : row.slot();
+}
 
 const OruPropertiesString::Slot* OruPropertiesString::find(const QString& key) const
 {
-    const auto found = slots_.find(key);
-    return found != slots_.end() ? &found->second : nullptr;
+    if (const OruPropertiesLayout* const row = layout_->find(key)) {
+        return &slotIn(*row);
+    }
+    if (!loose_) {
+        return nullptr;
+    }
+    const auto found = loose_->find(key);
+    return found != loose_->end() ? found->second.get() : nullptr;
+}
+
+OruPropertiesString::Slot& OruPropertiesString::own(const OruPropertiesLayout& row)
+{
+    if (!rows_) {
+        rows_ = std::make_unique<OwnSlot[]>(layout_->size());
+    }
+    OwnSlot& own = rows_[row.index()];
+    if (!own) {
+        own = std::make_unique<Slot>(row.slot());
+    }
+    return *own;
+}
+
+OruPropertiesString::Slot& OruPropertiesString::loose(const QString& key)
+{
+    if (!loose_) {
+        loose_ = std::make_unique<std::map<QString, OwnSlot>>();
+    }
+    OwnSlot& own = (*loose_)[key];
+    if (!own) {
+        own = std::make_unique<Slot>();
+    }
+    return *own;
+}
+
+/// The slot of `key` that this node alone has, made when missing.
+OruPropertiesString::Slot& OruPropertiesString::own(const QString& key)
+{
+    const OruPropertiesLayout* const row = layout_->find(key);
+    return row ? own(*row) : loose(key);
+}
+
+/// Goes over to the nodes that have `slot` in `row`. False: there will be none but this one.
+bool OruPropertiesString::share(const OruPropertiesLayout& row, const Slot& slot)
+{
+    auto changed = layout_->withSlot(row.index(), slot);
+    if (!changed) {
+        return false;
+    }
+    layout_ = std::move(changed);
+    return true;
+}
+
+/// Changes what no revision tells of. A slot that is shared stays so, with the nodes that had the same
+/// change.
+template <typename Change>
+void OruPropertiesString::change(const QString& key, Change change)
+{
+    const OruPropertiesLayout* const row = layout_->find(key);
+    if (row && !ownSlot(row->index())) {
+        Slot slot = row->slot();
+        change(slot);
+        if (share(*row, slot)) {
+            return;
+        }
+    }
+    change(own(key));
+}
+
+std::size_t OruPropertiesString::bind(const QString& key, const OruPropertyKind* kind)
+{
+    if (layout_->find(key)) {
+        noteKind(key, kind);
+    } else {
+        append(key, kind);
+    }
+    return layout_->find(key)->index();
+}
+
+/// One more row. A slot that was there for the key keeps its address.
+void OruPropertiesString::append(const QString& key, const OruPropertyKind* kind)
+{
+    OwnSlot own;
+    if (loose_ && loose_->count(key) > 0) {
+        own = std::move((*loose_)[key]);
+        loose_->erase(key);
+    }
+    Slot shared;
+    shared.kind = kind;
+    shared.revision = sharedRevision;
+    const std::size_t row = layout_->size();
+    layout_ = layout_->with(key, shared);
+    if (!own && !rows_) {
+        return;
+    }
+    auto rows = std::make_unique<OwnSlot[]>(row + 1);
+    if (rows_) {
+        std::move(rows_.get(), rows_.get() + row, rows.get());
+    }
+    rows[row] = std::move(own);
+    rows_ = std::move(rows);
+    noteKind(key, kind);
+}
+
+void OruPropertiesString::begin(const QString& key, const QString& text)
+{
+    const OruPropertiesLayout* const row = layout_->find(key);
+    if (row && !ownSlot(row->index()) && !row->slot().defined) {
+        Slot slot = row->slot();
+        slot.text = text;
+        slot.defined = true;
+        slot.writes = 1;
+        if (share(*row, slot)) {
+            owner_.touch();
+            return;
+        }
+    }
+    setValue(key, text);
 }
 
 void OruPropertiesString::noteChange(Slot& slot)
@@ -50,11 +179,19 @@ bool OruPropertiesString::defined(const QString& key) const
 QStringList OruPropertiesString::keys() const
 {
     QStringList result;
-    for (const auto& [key, slot] : slots_) {
-        if (slot.defined) {
-            result.append(key);
+    for (const OruPropertiesLayout* row : layout_->rows()) {
+        if (slotIn(*row).defined) {
+            result.append(row->key());
         }
     }
+    if (loose_) {
+        for (const auto& [key, slot] : *loose_) {
+            if (slot->defined) {
+                result.append(key);
+            }
+        }
+    }
+    std::sort(result.begin(), result.end());
     return result;
 }
 
@@ -140,7 +277,11 @@ QString OruPropertiesString::setValue(const QString& key, const char* value)
 
 QString OruPropertiesString::setValue(const QString& key, const QString& value)
 {
-    Slot& slot = slots_[key];
+    const OruPropertiesLayout* const row = layout_->find(key);
+    if (row && !ownSlot(row->index()) && row->slot().defined && row->slot().text == value) {
+        return value; // and nobody has a slot to see that it was written
+    }
+    Slot& slot = row ? own(*row) : loose(key);
     ++slot.writes;
     if (!slot.defined || slot.text != value) {
         slot.text = value;
@@ -152,11 +293,10 @@ QString OruPropertiesString::setValue(const QString& key, const QString& value)
 
 bool OruPropertiesString::remove(const QString& key)
 {
-    const auto found = slots_.find(key);
-    if (found == slots_.end() || !found->second.defined) {
+    if (!defined(key)) {
         return false;
     }
-    Slot& slot = found->second;
+    Slot& slot = own(key);
     slot.defined = false;
     slot.text.clear();
     slot.unit.clear();
@@ -172,17 +312,18 @@ QString OruPropertiesString::getUnit(const QString& key, const QString& fallback
 
 void OruPropertiesString::setUnit(const QString& key, const QString& unit)
 {
-    Slot& slot = slots_[key];
-    if (slot.unit != unit) {
-        slot.unit = unit;
-        owner_.touch();
+    if (getUnit(key, QString()) == unit) {
+        return;
     }
+    change(key, [&](Slot& slot) { slot.unit = unit; });
+    owner_.touch();
 }
 
 void OruPropertiesString::setCachable(const QString& key, bool cachable)
 {
-    Slot& slot = slots_[key];
-    if (slot.cachable != cachable) {
+    const Slot* const present = find(key);
+    if (cachable != (!present || present->cachable)) {
+        Slot& slot = own(key);
         slot.cachable = cachable;
         noteChange(slot);
     }
@@ -195,13 +336,23 @@ const OruPropertyKind& OruPropertiesString::kind(const QString& key) const
     return slot && slot->kind ? *slot->kind : anyText;
 }
 
+void OruPropertiesString::setKind(const QString& key, const OruPropertyKind& kind)
+{
+    change(key, [&](Slot& slot) { slot.kind = &kind; });
+}
+
+void OruPropertiesString::noteKind(const QString& key, const OruPropertyKind* kind)
+{
+    const Slot* const present = find(key);
+    if (kind && !(present && present->kind)) {
+        setKind(key, *kind);
+    }
+}
+
 const OruPropertiesString::Slot& OruPropertiesString::slot(const QString& key, const OruPropertyKind* kind)
 {
-    Slot& slot = slots_[key];
-    if (!slot.kind) {
-        slot.kind = kind;
-    }
-    return slot;
+    noteKind(key, kind);
+    return own(key);
 }
 
 void OruPropertiesString::assign(const OruPropertiesString& other)
@@ -211,11 +362,21 @@ void OruPropertiesString::assign(const OruPropertiesString& other)
             remove(key);
         }
     }
-    for (const auto& [key, slot] : other.slots_) {
+    const auto take = [this](const QString& key, const Slot& slot) {
         if (slot.defined) {
-            setValue(key, slot.text);
+            begin(key, slot.text);
             setUnit(key, slot.unit);
         }
-        this->slot(key, slot.kind);
+    };
+    for (const OruPropertiesLayout* row : other.layout_->rows()) {
+        const Slot& slot = other.slotIn(*row);
+        bind(row->key(), slot.kind);
+        take(row->key(), slot);
+    }
+    if (other.loose_) {
+        for (const auto& [key, slot] : *other.loose_) {
+            noteKind(key, slot->kind);
+            take(key, *slot);
+        }
     }
 }

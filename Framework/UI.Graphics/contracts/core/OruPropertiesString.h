@@ -7,10 +7,15 @@
 #include <QString>
 #include <QStringList>
 
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 
 class OruModified;
+class OruPropertiesLayout;
 class OruPropertyKind;
 
 /// The values of one node: a text and a unit by key, and what kind of text it is.
@@ -19,11 +24,14 @@ class OruPropertyKind;
 /// bit for bit, in every locale. A typed read of a key that is not defined, or whose text does not parse,
 /// yields the fallback. Every change is noted at the node, so that watchers see it; writing the text that a
 /// key already has is no change.
+///
+/// What an adaptor binds begins in a slot that it shares with all nodes of the group that bound the same keys
+/// with the same defaults. A node gets a slot of its own for a key once that is written to or asked for by
+/// slot().
 class KELVAR_CORE_API OruPropertiesString
 {
 public:
-    /// What is kept for one key. It stays at its address as long as the store lives, defined or not, so that
-    /// a reader can hold on to it and see a change without looking the key up again.
+    /// What is kept for one key.
     struct Slot
     {
         Slot()
@@ -37,7 +45,8 @@ public:
         QString unit;
         const OruPropertyKind* kind = nullptr; ///< null: nobody has told
         std::uint64_t revision : 46;           ///< grows with each change of text, defined or cachable
-        std::uint64_t writes : 16;             ///< goes on with each setValue, also of the text that is there
+        std::uint64_t writes : 16; ///< goes on with each setValue, also of the text that is there,
+                                   ///< from when the slot is the node's own
         bool defined : 1;
         bool cachable : 1;
     };
@@ -46,6 +55,7 @@ public:
     explicit OruPropertiesString(OruModified& owner);
     OruPropertiesString(const OruPropertiesString&) = delete;
     OruPropertiesString& operator=(const OruPropertiesString&) = delete;
+    ~OruPropertiesString();
 
     bool defined(const QString& key) const;
 
@@ -91,23 +101,62 @@ public:
 
     /// Tells what `key` holds, in place of what was told before. The kind must outlive the store. No change
     /// for watchers, and the value stays as it is.
-    void setKind(const QString& key, const OruPropertyKind& kind) { slots_[key].kind = &kind; }
+    void setKind(const QString& key, const OruPropertyKind& kind);
     void setKind(const QString& key, OruPropertyKind&& kind) = delete;
 
     /// Takes over all values and units of `other`; keys that `other` does not define are removed. Kinds are
     /// taken over where none was told here.
     void assign(const OruPropertiesString& other);
 
-    /// The slot of `key`, made when missing. `kind` is noted where none was told yet; null: it is not known.
+    /// The node's own slot of `key`, made when missing. It stays at its address as long as the store lives,
+    /// defined or not, so that a reader can hold on to it and see a change without looking the key up again.
+    /// `kind` is noted where none was told yet; null: it is not known.
     const Slot& slot(const QString& key, const OruPropertyKind* kind = nullptr);
 
 private:
+    friend class OruPropertiesLayout;
+    friend class OruPropertyAdaptorBase;
+
+    using OwnSlot = std::unique_ptr<Slot>;
+
+    /// The revision of every slot that is shared. A slot is shared before anybody could have seen it changed.
+    static constexpr std::uint64_t sharedRevision = 2;
+
+    /// Makes `key` one that this node shares with others, if it is none yet. Its row is then looked up
+    /// without the key, as long as the store lives.
+    std::size_t bind(const QString& key, const OruPropertyKind* kind);
+
+    /// The first value of a bound key, which other nodes may have begun with, too; or just another one.
+    void begin(const QString& key, const QString& text);
+
+    /// The node's own slot in a row; null while that is a shared one.
+    const Slot* ownSlot(std::size_t row) const { return rows_ ? rows_[row].get() : nullptr; }
+    std::uint64_t revision(std::size_t row) const
+    {
+        return ownSlot(row) ? ownSlot(row)->revision : sharedRevision;
+    }
+    bool cachable(std::size_t row) const { return !ownSlot(row) || ownSlot(row)->cachable; }
+
     template <typename T>
     QString read(const QString& key, T& value, const T& fallback) const;
 
     const Slot* find(const QString& key) const;
+    const Slot& slotIn(const OruPropertiesLayout& row) const;
+    Slot& own(const OruPropertiesLayout& row);
+    Slot& loose(const QString& key);
+    Slot& own(const QString& key);
+    template <typename Change>
+    void change(const QString& key, Change change);
+    bool share(const OruPropertiesLayout& row, const Slot& slot);
+    void append(const QString& key, const OruPropertyKind* kind);
+    void noteKind(const QString& key, const OruPropertyKind* kind);
     void noteChange(Slot& slot);
 
     OruModified& owner_;
-    std::map<QString, Slot> slots_;
+    /// The bound keys, and the slots of those that have none in rows_.
+    boost::intrusive_ptr<OruPropertiesLayout> layout_;
+    /// One for each row of the layout; null until there is a slot in it.
+    std::unique_ptr<OwnSlot[]> rows_;
+    /// The keys that nobody has bound; null without any.
+    std::unique_ptr<std::map<QString, OwnSlot>> loose_;
 };

@@ -7,7 +7,8 @@ OruPropertyAdaptorBase::OruPropertyAdaptorBase(OruProperties& owner, const QStri
                                                const OruPropertyKind* kind)
     : node_(owner)
     , key_(key)
-    , slot_(&owner.string().slot(key, kind))
+    , seen_(0)
+    , row_(owner.string().bind(key, kind))
 {}
 
 void OruPropertyAdaptorBase::setKind(const OruPropertyKind& kind)
@@ -26,12 +27,19 @@ void OruPropertyAdaptorBase::setUnit(const QString& unit)
 
 QString OruPropertyAdaptorBase::getUnit() const
 {
-    return node_ ? slot_->unit : QString();
+    return node_ ? node_->string().getUnit(key_, QString()) : QString();
 }
 
 void OruPropertyAdaptorBase::reset() const
 {
     if (node_) {
-        seen_ = slot_->revision;
+        seen_ = node_->string().revision(row_);
+    }
+}
+
+void OruPropertyAdaptorBase::begin(const QString& text)
+{
+    if (node_) {
+        node_->string().begin(key_, text);
     }
 }

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "contracts/core/OruPropertiesString.h"
+#include "contracts/core/OruProperties.h"
 #include "contracts/core/OruViewPtr.h"
 #include "contracts/core/kelvar_core_api.h"
 
 #include <QString>
 
 #include <cstdint>
-
-class OruProperties;
 
 /// What a typed property member needs to know: its node, its key, and whether its copy of the value is stale.
 ///
@@ -38,17 +36,21 @@ protected:
     const oru::view_ptr<OruProperties>& node() const { return node_; }
 
     /// True when the value changed since the last reset(). A new adaptor counts as changed.
-    bool modified() const { return node_ && slot_->revision != seen_; }
+    bool modified() const { return node_ && node_->string().revision(row_) != seen_; }
 
     /// False when the value must be read from the store each time.
-    bool cachable() const { return !node_ || slot_->cachable; }
+    bool cachable() const { return !node_ || node_->string().cachable(row_); }
 
     /// Takes the value as seen.
     void reset() const;
 
+    /// Gives the key, which nobody has defined yet, its first value. Nodes that begin with the same share it.
+    void begin(const QString& text);
+
 private:
     oru::view_ptr<OruProperties> node_;
     QString key_;
-    const OruPropertiesString::Slot* slot_;
-    mutable std::uint64_t seen_ = 0;
+    /// Both as wide as they need be: a scene has a million adaptors.
+    mutable std::uint64_t seen_ : 46;
+    std::uint64_t row_ : 18;
 };

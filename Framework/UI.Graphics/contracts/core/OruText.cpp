@@ -7,19 +7,41 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstddef>
 #include <system_error>
 
 namespace {
 
 /// The shortest float or double takes at most 24 characters, "-1.7976931348623157e+308".
-using NumberBuffer = std::array<char, 32>;
+constexpr std::size_t longestNumber = 32;
 
+/// Writes a number and answers where it ends. Most are a digit, as those of a matrix that changes nothing.
 template <typename Number>
-QString numberText(Number value)
+char* writeNumber(char* to, char* end, Number value)
 {
-    NumberBuffer buffer;
-    const std::to_chars_result end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    return QString::fromLatin1(buffer.data(), static_cast<int>(end.ptr - buffer.data()));
+    if (value >= 0 && value <= 9 && !std::signbit(static_cast<double>(value))) {
+        const int digit = static_cast<int>(value);
+        if (static_cast<Number>(digit) == value) {
+            *to = static_cast<char>('0' + digit);
+            return to + 1;
+        }
+    }
+    return std::to_chars(to, end, value).ptr;
+}
+
+template <std::size_t Count, typename Number>
+QString numbersText(const Number* values)
+{
+    std::array<char, Count * longestNumber> buffer;
+    char* end = buffer.data();
+    for (std::size_t i = 0; i < Count; ++i) {
+        if (i > 0) {
+            *end++ = ' ';
+        }
+        end = writeNumber(end, buffer.data() + buffer.size(), values[i]);
+    }
+    return QString::fromLatin1(buffer.data(), static_cast<int>(end - buffer.data()));
 }
 
 bool isBlank(char character)
@@ -33,6 +55,9 @@ Number takeNumber(const char*& from, const char* end)
 {
     while (from != end && isBlank(*from)) {
         ++from;
+    }
+    if (from != end && *from >= '0' && *from <= '9' && (from + 1 == end || isBlank(from[1]))) {
+        return static_cast<Number>(*from++ - '0');
     }
     Number number{};
     const std::from_chars_result read = std::from_chars(from, end, number);
@@ -148,22 +173,22 @@ namespace oru {
 
 QString toString(bool value)
 {
-    return QLatin1String(value ? "true" : "false");
+    return value ? QStringLiteral("true") : QStringLiteral("false");
 }
 
 QString toString(int value)
 {
-    return numberText(value);
+    return numbersText<1>(&value);
 }
 
 QString toString(float value)
 {
-    return numberText(value);
+    return numbersText<1>(&value);
 }
 
 QString toString(double value)
 {
-    return numberText(value);
+    return numbersText<1>(&value);
 }
 
 QString toString(const QColor& value)
@@ -179,12 +204,7 @@ QString toString(const QColor& value)
 
 QString toString(const Kelvar::Math::Matrix& value)
 {
-    QString text = numberText(value.data()[0]);
-    for (int i = 1; i < 16; ++i) {
-        text += QLatin1Char(' ');
-        text += numberText(value.data()[i]);
-    }
-    return text;
+    return numbersText<16>(value.data());
 }
 
 bool fromString(const QString& text, bool& value)

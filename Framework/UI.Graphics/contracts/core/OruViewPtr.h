@@ -1,13 +1,38 @@
 #pragma once
 
-#include <memory>
+#include "contracts/core/kelvar_core_api.h"
+
+#include <boost/smart_ptr/intrusive_ptr.hpp>
+
+#include <type_traits>
 
 namespace oru {
 
+/// What an object and the views of it share: where the object is, as long as it lives.
+class KELVAR_CORE_API view_record
+{
+public:
+    explicit view_record(const void* viewed)
+        : object(viewed)
+    {}
+    view_record(const view_record&) = delete;
+    view_record& operator=(const view_record&) = delete;
+
+    /// Null once the object has died.
+    const void* object;
+
+private:
+    friend void intrusive_ptr_add_ref(view_record* record) { ++record->holders_; }
+    friend KELVAR_CORE_API void intrusive_ptr_release(view_record* record);
+
+    unsigned holders_ = 0;
+};
+
 /// The end of a view_ptr that the viewed object holds as a member: it tells all views when the object dies.
 ///
-/// Costs nothing until the first view asks for it. Copies and assignments of the object have views of their
+/// Costs a pointer until the first view asks for it. Copies and assignments of the object have views of their
 /// own.
+template <typename Object>
 class view_anchor
 {
 public:
@@ -16,49 +41,55 @@ public:
     view_anchor& operator=(const view_anchor&) = delete;
     ~view_anchor()
     {
-        if (alive_) {
-            *alive_ = false;
+        if (record_) {
+            record_->object = nullptr;
         }
     }
 
-    /// The flag that all views of one object share; false once the object is gone.
-    std::shared_ptr<const bool> share() const
+    /// What all views of `object`, whose member this is, share.
+    const boost::intrusive_ptr<view_record>& share(const Object& object) const
     {
-        if (!alive_) {
-            alive_ = std::make_shared<bool>(true);
+        if (!record_) {
+            record_ = new view_record(&object);
         }
-        return alive_;
+        return record_;
     }
 
 private:
-    mutable std::shared_ptr<bool> alive_;
+    mutable boost::intrusive_ptr<view_record> record_;
 };
 
 /// A pointer that owns nothing and becomes null when its object dies.
 ///
-/// T offers `const oru::view_anchor& viewAnchor() const`. A test costs two loads. One thread only.
+/// T is, or derives from, a class that names itself `Viewed` and offers `const oru::view_anchor<Viewed>&
+/// viewAnchor() const`. A view takes as much room as a pointer, and a test costs two loads. One thread only.
 template <typename T>
 class view_ptr
 {
 public:
     view_ptr() = default;
     explicit view_ptr(T& target)
-        : target_(&target)
-        , alive_(target.viewAnchor().share())
+        : record_(target.viewAnchor().share(target))
     {}
 
     /// The object, or null when there never was one or it has died.
-    T* get() const { return alive_ && *alive_ ? target_ : nullptr; }
+    T* get() const { return *this ? target() : nullptr; }
 
     /// The object must be alive.
-    T* operator->() const { return target_; }
-    T& operator*() const { return *target_; }
+    T* operator->() const { return target(); }
+    T& operator*() const { return *target(); }
 
-    explicit operator bool() const { return get() != nullptr; }
+    explicit operator bool() const { return record_ && record_->object; }
 
 private:
-    T* target_ = nullptr;
-    std::shared_ptr<const bool> alive_;
+    /// The view was made of a T, so it may be as constant as that and no more.
+    T* target() const
+    {
+        using Viewed = typename std::remove_const_t<T>::Viewed;
+        return static_cast<T*>(const_cast<Viewed*>(static_cast<const Viewed*>(record_->object)));
+    }
+
+    boost::intrusive_ptr<view_record> record_;
 };
 
 } // namespace oru

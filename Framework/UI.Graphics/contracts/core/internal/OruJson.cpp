@@ -7,97 +7,9 @@
 #include <QMetaType>
 #include <QVariant>
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
-
-/// Indented output; QJsonDocument's own would round 64-bit integers and sort all members.
-class Writer
-{
-public:
-    explicit Writer(const QStringList& order)
-        : order_(order)
-    {}
-
-    QByteArray text;
-
-    void write(const QJsonValue& value, int depth)
-    {
-        if (value.isObject()) {
-            writeObject(value.toObject(), depth);
-        } else if (value.isArray()) {
-            writeArray(value.toArray(), depth);
-        } else if (value.isDouble()) {
-            text += oru::jsonNumber(value).toLatin1();
-        } else {
-            writeLeaf(value);
-        }
-    }
-
-private:
-    void writeObject(const QJsonObject& object, int depth)
-    {
-        text += '{';
-        const char* separator = "";
-        for (const QString& key : orderedKeys(object)) {
-            text += separator;
-            startLine(depth + 1);
-            writeLeaf(key);
-            text += ": ";
-            write(object.value(key), depth + 1);
-            separator = ",";
-        }
-        endBlock(object.isEmpty(), depth, '}');
-    }
-
-    void writeArray(const QJsonArray& array, int depth)
-    {
-        text += '[';
-        const char* separator = "";
-        for (const QJsonValue& element : array) {
-            text += separator;
-            startLine(depth + 1);
-            write(element, depth + 1);
-            separator = ",";
-        }
-        endBlock(array.isEmpty(), depth, ']');
-    }
-
-    /// A document must be an object or an array, so a leaf is written as the only element of one. A byte
-    /// order mark is escaped: the reader would drop it from the start of a text.
-    void writeLeaf(const QJsonValue& leaf)
-    {
-        const QByteArray array = QJsonDocument(QJsonArray{leaf}).toJson(QJsonDocument::Compact);
-        text += array.mid(1, array.size() - 2).replace(oru::byteOrderMark, "\\ufeff");
-    }
-
-    void startLine(int depth) { text += '\n' + QByteArray(4 * depth, ' '); }
-
-    void endBlock(bool empty, int depth, char bracket)
-    {
-        if (!empty) {
-            startLine(depth);
-        }
-        text += bracket;
-    }
-
-    QStringList orderedKeys(const QJsonObject& object) const
-    {
-        QStringList keys = object.keys();
-        std::stable_sort(keys.begin(), keys.end(),
-                         [this](const QString& a, const QString& b) { return rank(a) < rank(b); });
-        return keys;
-    }
-
-    int rank(const QString& key) const
-    {
-        const int position = static_cast<int>(order_.indexOf(key));
-        return position < 0 ? static_cast<int>(order_.size()) : position;
-    }
-
-    QStringList order_;
-};
 
 bool isOneOf(char character, const char* characters)
 {
@@ -199,13 +111,6 @@ QString oru::jsonNumber(const QJsonValue& number)
     const QVariant variant = number.toVariant();
     return variant.userType() == QMetaType::LongLong ? QString::number(variant.toLongLong())
                                                      : oru::toString(number.toDouble());
-}
-
-QByteArray oru::jsonText(const QJsonObject& document, const QStringList& order)
-{
-    Writer writer(order);
-    writer.write(document, 0);
-    return writer.text + '\n';
 }
 
 int oru::jsonOffset(const QByteArray& document, const QStringList& steps)

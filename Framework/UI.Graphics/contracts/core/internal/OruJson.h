@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 #include <QStringList>
@@ -15,10 +14,6 @@ constexpr const char* byteOrderMark = "\xEF\xBB\xBF";
 
 /// The text of a number, with all digits of a 64-bit integer.
 QString jsonNumber(const QJsonValue& number);
-
-/// An indented document. In every object the members that `order` names come first, in that order; the others
-/// follow, sorted.
-QByteArray jsonText(const QJsonObject& document, const QStringList& order);
 
 /// Where in `document`, which must be valid, a value stands: the offset of its first byte. `steps` lead there
 /// from the top, names of members and numbers of array elements; a step that is not there ends the way.

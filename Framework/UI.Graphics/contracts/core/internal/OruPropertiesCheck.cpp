@@ -3,19 +3,18 @@
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/internal/OruJson.h"
+#include "contracts/core/internal/OruPropertiesChildren.h"
 
 #include <QJsonArray>
 #include <QSet>
 
+#include <algorithm>
 #include <cmath>
-#include <memory>
+#include <cstddef>
+#include <iterator>
+#include <vector>
 
 namespace {
-
-QString member(const char* name)
-{
-    return QString::fromLatin1(name);
-}
 
 bool isWhole(const QJsonValue& value, double smallest, double largest)
 {
@@ -23,42 +22,116 @@ bool isWhole(const QJsonValue& value, double smallest, double largest)
     return value.isDouble() && number == std::floor(number) && number >= smallest && number <= largest;
 }
 
-} // namespace
-
-QString OruPropertiesCheck::format()
-{
-    return member("kelvar property tree");
-}
-
-bool OruPropertiesCheck::accepts(const QJsonObject& document, OruProperties& root)
-{
-    if (!acceptsHead(document)) {
-        return false;
-    }
-    place_.append(member("tree"));
-    return acceptsNode(document.value(member("tree")), &root, 0);
-}
-
-bool OruPropertiesCheck::plainText(const QJsonValue& value, QString& text)
+/// The text of a value that may stand as a string, a number or a flag. False: it is neither.
+bool plainText(const QJsonValue& value, QString& text)
 {
     if (value.isDouble()) {
         text = oru::jsonNumber(value);
     } else if (value.isBool()) {
-        text = member(value.toBool() ? "true" : "false");
+        text = value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
     } else {
         text = value.toString();
     }
     return value.isDouble() || value.isBool() || value.isString();
 }
 
+} // namespace
+
+/// The names of a file's children as they come, and which children of the tree those are.
+class OruPropertiesCheck::Names
+{
+public:
+    explicit Names(const OruPropertiesChildren* present)
+        : present_(present)
+        , found_(present ? present->size() : 0)
+    {}
+
+    /// False: the name came before. True: `child` is the one of the tree, or null.
+    bool take(const QString& name, OruProperties*& child)
+    {
+        child = present_ ? present_->find(name, next_) : nullptr;
+        if (!child) {
+            const auto before = others_.size();
+            others_.insert(name);
+            return others_.size() > before;
+        }
+        const std::size_t position = present_->index(*child);
+        next_ = position + 1;
+        const bool fresh = !found_[position];
+        found_[position] = true;
+        return fresh;
+    }
+
+private:
+    const OruPropertiesChildren* present_;
+    std::vector<bool> found_;
+    QSet<QString> others_;
+    std::size_t next_ = 0;
+};
+
+/// What the object of a node says: each member is undefined where it is missing.
+struct OruPropertiesCheck::Members
+{
+    explicit Members(const QJsonObject& node)
+        : json(node)
+    {
+        for (auto entry = json.begin(); entry != json.end(); ++entry) {
+            const QString key = entry.key();
+            const auto known = std::find_if(std::begin(all), std::end(all), [&key](const Row& row) {
+                return key == QLatin1String(row.name);
+            });
+            if (known != std::end(all)) {
+                this->*known->member = entry.value();
+            } else {
+                hasUnknown = true;
+            }
+        }
+    }
+
+    const QJsonObject json;
+    QJsonValue name = QJsonValue::Undefined;
+    QJsonValue type = QJsonValue::Undefined;
+    QJsonValue flags = QJsonValue::Undefined;
+    QJsonValue values = QJsonValue::Undefined;
+    QJsonValue children = QJsonValue::Undefined;
+    bool hasUnknown = false;
+
+    struct Row
+    {
+        const char* name;
+        QJsonValue Members::*member;
+    };
+    static constexpr Row all[] = {{"name", &Members::name},
+                                  {"type", &Members::type},
+                                  {"flags", &Members::flags},
+                                  {"values", &Members::values},
+                                  {"children", &Members::children}};
+};
+
+QString OruPropertiesCheck::format()
+{
+    return QStringLiteral("kelvar property tree");
+}
+
+bool OruPropertiesCheck::accepts(const QJsonObject& document, OruProperties& root, Plan& plan)
+{
+    if (!acceptsHead(document)) {
+        return false;
+    }
+    const QJsonValue tree = document.value(QLatin1String("tree"));
+    const bool accepted = tree.isObject() ? acceptsNode(Members(tree.toObject()), &root, 0, plan)
+                                          : refuse(QStringLiteral("a node must be an object"));
+    return accepted || within({QStringLiteral("tree")});
+}
+
 bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
 {
-    if (document.value(member("format")).toString() != format()) {
+    if (document.value(QLatin1String("format")).toString() != format()) {
         return refuseMember("format", QStringLiteral("\"format\" is not \"%1\"").arg(format()));
     }
-    const QJsonValue version = document.value(member("version"));
+    const QJsonValue version = document.value(QLatin1String("version"));
     if (!isWhole(version, 1, 1e9)) {
-        return refuseMember("version", member("\"version\" is not a whole number from 1"));
+        return refuseMember("version", QStringLiteral("\"version\" is not a whole number from 1"));
     }
     if (version.toDouble() > version_) {
         return refuseMember("version",
@@ -69,145 +142,131 @@ bool OruPropertiesCheck::acceptsHead(const QJsonObject& document)
     return true;
 }
 
-bool OruPropertiesCheck::acceptsNode(const QJsonValue& value, OruProperties* node, int depth)
+bool OruPropertiesCheck::acceptsNode(const Members& members, OruProperties* node, int depth, Plan& plan)
 {
-    if (!value.isObject()) {
-        return refuse(member("a node must be an object"));
-    }
     if (depth > maximumDepth_) {
         return refuse(QStringLiteral("the tree is deeper than %1 levels").arg(maximumDepth_));
     }
-    const QJsonObject json = value.toObject();
-    // A sample hangs nowhere; which type it has is its maker's affair.
+    plan.json = members.json;
+    plan.hasUnknown = members.hasUnknown;
+    // What has just been made hangs nowhere; which type it has is its maker's affair.
     const bool present = depth == 0 || (node && node->parent());
-    return acceptsType(json, present ? node : nullptr) && acceptsFlags(json) && acceptsValues(json, node) &&
-           acceptsChildren(json, node, depth);
+    return acceptsType(members.type, present ? node : nullptr, plan) && acceptsFlags(members.flags, plan) &&
+           acceptsValues(members.values, node, plan) &&
+           acceptsChildren(members.children, node, depth, plan);
 }
 
-bool OruPropertiesCheck::acceptsType(const QJsonObject& json, const OruProperties* node)
+bool OruPropertiesCheck::acceptsType(const QJsonValue& type, const OruProperties* node, Plan& plan)
 {
-    const QJsonValue type = json.value(member("type"));
-    if (type.isUndefined()) {
-        return true;
+    plan.type = type.toString();
+    if (!type.isUndefined() && !type.isString()) {
+        return refuseMember("type", QStringLiteral("\"type\" must be a string"));
     }
-    if (!type.isString()) {
-        return refuseMember("type", member("\"type\" must be a string"));
-    }
-    if (node && type.toString() != node->type()) {
+    if (node && type.isString() && plan.type != node->type()) {
         return refuseMember("type", QStringLiteral("type \"%1\", where the tree has a node of type \"%2\"")
-                                        .arg(type.toString(), node->type()));
+                                        .arg(plan.type, node->type()));
     }
     return true;
 }
 
-bool OruPropertiesCheck::acceptsFlags(const QJsonObject& json)
+bool OruPropertiesCheck::acceptsFlags(const QJsonValue& flags, Plan& plan)
 {
-    const QJsonValue flags = json.value(member("flags"));
+    plan.flags = flags.toInt(-1);
     return flags.isUndefined() || isWhole(flags, 0, 0xffff) ||
-           refuseMember("flags", member("\"flags\" must be a whole number from 0 to 65535"));
+           refuseMember("flags", QStringLiteral("\"flags\" must be a whole number from 0 to 65535"));
 }
 
-bool OruPropertiesCheck::acceptsValues(const QJsonObject& json, const OruProperties* node)
+bool OruPropertiesCheck::acceptsValues(const QJsonValue& values, const OruProperties* node, Plan& plan)
 {
-    const QJsonValue values = json.value(member("values"));
     if (values.isUndefined()) {
         return true;
     }
     if (!values.isObject()) {
-        return refuseMember("values", member("\"values\" must be an object"));
+        return refuseMember("values", QStringLiteral("\"values\" must be an object"));
     }
-    place_.append(member("values"));
     const QJsonObject entries = values.toObject();
+    plan.values.reserve(static_cast<std::size_t>(entries.size()));
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        place_.append(entry.key());
-        if (!acceptsValue(entry.key(), entry.value(), node)) {
-            return false;
+        plan.values.push_back({entry.key(), QString(), QJsonObject()});
+        if (!acceptsValue(entry.value(), node, plan.values.back())) {
+            return within({QStringLiteral("values"), entry.key()});
         }
-        place_.removeLast();
     }
-    place_.removeLast();
     return true;
 }
 
-bool OruPropertiesCheck::acceptsValue(const QString& key, const QJsonValue& value, const OruProperties* node)
+bool OruPropertiesCheck::acceptsValue(const QJsonValue& json, const OruProperties* node, Plan::Value& value)
 {
-    QString text;
-    if (plainText(value, text)) {
-        return acceptsKind(key, text, node);
+    if (plainText(json, value.text)) {
+        return acceptsKind(node, value);
     }
-    const QJsonObject parts = value.toObject();
-    if (!plainText(parts.value(member("value")), text)) {
-        return refuse(QString::fromLatin1(
-                          "value \"%1\" must be a string, a number, a flag, or an object with a \"value\"")
-                          .arg(key));
+    value.parts = json.toObject();
+    if (!plainText(value.parts.value(QLatin1String("value")), value.text)) {
+        return refuse(
+            QStringLiteral("value \"%1\" must be a string, a number, a flag, or an object with a \"value\"")
+                .arg(value.key));
     }
-    const QJsonValue unit = parts.value(member("unit"));
+    const QJsonValue unit = value.parts.value(QLatin1String("unit"));
     if (!unit.isUndefined() && !unit.isString()) {
-        return refuseMember("unit", member("\"unit\" must be a string"));
+        return refuseMember("unit", QStringLiteral("\"unit\" must be a string"));
     }
-    return acceptsKind(key, text, node);
+    return acceptsKind(node, value);
 }
 
-bool OruPropertiesCheck::acceptsKind(const QString& key, const QString& text, const OruProperties* node)
+bool OruPropertiesCheck::acceptsKind(const OruProperties* node, const Plan::Value& value)
 {
     QString reason;
-    return !node || node->kind(key).accepts(text, &reason) ||
-           refuse(QStringLiteral("%1 %2").arg((path_ + QStringList(key)).join(QLatin1Char('/')), reason));
+    if (!node || node->kind(value.key).accepts(value.text, &reason)) {
+        return true;
+    }
+    reasonHasPath_ = true;
+    return refuse(QStringLiteral("%1 %2").arg(value.key, reason));
 }
 
-bool OruPropertiesCheck::acceptsChildren(const QJsonObject& json, OruProperties* node, int depth)
+bool OruPropertiesCheck::acceptsChildren(const QJsonValue& children, OruProperties* node, int depth,
+                                         Plan& plan)
 {
-    const QJsonValue children = json.value(member("children"));
     if (children.isUndefined()) {
         return true;
     }
     if (!children.isArray()) {
-        return refuseMember("children", member("\"children\" must be an array"));
+        return refuseMember("children", QStringLiteral("\"children\" must be an array"));
     }
-    place_.append(member("children"));
     const QJsonArray array = children.toArray();
-    QSet<QString> taken;
-    for (int i = 0; i < static_cast<int>(array.size()); ++i) {
-        const QJsonValue child = array.at(i);
-        place_.append(QString::number(i));
-        if (!acceptsName(child, taken) || !acceptsChild(child.toObject(), node, depth + 1)) {
-            return false;
+    plan.children.resize(static_cast<std::size_t>(array.size()));
+    Names names(node ? node->children_.get() : nullptr);
+    for (std::size_t i = 0; i < plan.children.size(); ++i) {
+        const Members members(array.at(static_cast<int>(i)).toObject());
+        if (!acceptsChild(members, node, names, depth + 1, plan.children[i])) {
+            return within({QStringLiteral("children"), QString::number(i)});
         }
-        place_.removeLast();
     }
-    place_.removeLast();
     return true;
 }
 
 /// What a child holds that is still to be made, a child of its kind can tell.
-bool OruPropertiesCheck::acceptsChild(const QJsonObject& json, OruProperties* parent, int depth)
+bool OruPropertiesCheck::acceptsChild(const Members& members, OruProperties* parent, Names& names, int depth,
+                                      Plan& plan)
 {
-    const QString name = json.value(member("name")).toString();
-    OruProperties* node = parent ? parent->childByName(name) : nullptr;
-    std::unique_ptr<OruProperties> sample;
-    if (parent && !node) {
-        sample.reset(parent->makeChild(name, json.value(member("type")).toString()));
-        node = sample.get();
+    plan.name = members.name.toString();
+    if (!members.name.isString() || plan.name.contains(QLatin1Char('/'))) {
+        return refuseMember("name", QStringLiteral("a child needs a \"name\" without '/'"));
     }
-    path_.append(name);
-    if (!acceptsNode(json, node, depth)) {
-        return false;
+    OruProperties* child = nullptr;
+    if (!names.take(plan.name, child)) {
+        return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(plan.name));
     }
-    path_.removeLast();
-    return true;
-}
-
-bool OruPropertiesCheck::acceptsName(const QJsonValue& child, QSet<QString>& taken)
-{
-    const QJsonValue name = child.toObject().value(member("name"));
-    if (!name.isString() || name.toString().contains(QLatin1Char('/'))) {
-        return refuseMember("name", member("a child needs a \"name\" without '/'"));
+    if (parent && !child) {
+        plan.made.reset(parent->makeChild(plan.name, members.type.toString()));
+        child = plan.made.get();
     }
-    if (taken.contains(name.toString())) {
-        return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(name.toString()));
+    if (acceptsNode(members, child, depth, plan)) {
+        return true;
     }
-    taken.insert(name.toString());
-    return true;
+    if (reasonHasPath_) {
+        reason_.prepend(plan.name + QLatin1Char('/'));
+    }
+    return false;
 }
 
 bool OruPropertiesCheck::refuse(const QString& reason)
@@ -216,8 +275,14 @@ bool OruPropertiesCheck::refuse(const QString& reason)
     return false;
 }
 
-bool OruPropertiesCheck::refuseMember(const char* name, const QString& reason)
+bool OruPropertiesCheck::refuseMember(const char* member, const QString& reason)
 {
-    place_.append(member(name));
-    return refuse(reason);
+    return refuse(reason) || within({QString::fromLatin1(member)});
+}
+
+/// What was refused stands that many steps further down.
+bool OruPropertiesCheck::within(const QStringList& steps)
+{
+    place_ = steps + place_;
+    return false;
 }

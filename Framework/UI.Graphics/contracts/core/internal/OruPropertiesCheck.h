@@ -1,8 +1,9 @@
 #pragma once
 
+#include "contracts/core/internal/OruPropertiesPlan.h"
+
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -22,37 +23,38 @@ public:
     /// What the head of each file says under "format".
     static QString format();
 
-    /// True: the document can be merged into the tree below `root`. False: reason() and place() say why not.
-    /// Children that the tree has not got are made to see what they hold, and deleted again.
-    bool accepts(const QJsonObject& document, OruProperties& root);
+    /// True: the document can be merged into the tree below `root`, and `plan` tells how. False: reason() and
+    /// place() say why not. Children that the tree has not got are made, since they know what they can hold.
+    bool accepts(const QJsonObject& document, OruProperties& root, OruPropertiesPlan& plan);
 
     const QString& reason() const { return reason_; }
 
     /// The way to what is wrong, in the terms of oru::jsonOffset().
     const QStringList& place() const { return place_; }
 
-    /// The text of a value that may stand as a string, a number or a flag. False: it is neither.
-    static bool plainText(const QJsonValue& value, QString& text);
-
 private:
+    using Plan = OruPropertiesPlan;
+    class Names;
+    struct Members;
+
     bool acceptsHead(const QJsonObject& document);
-    bool acceptsNode(const QJsonValue& value, OruProperties* node, int depth);
-    bool acceptsType(const QJsonObject& json, const OruProperties* node);
-    bool acceptsFlags(const QJsonObject& json);
-    bool acceptsValues(const QJsonObject& json, const OruProperties* node);
-    bool acceptsValue(const QString& key, const QJsonValue& value, const OruProperties* node);
-    bool acceptsKind(const QString& key, const QString& text, const OruProperties* node);
-    bool acceptsChildren(const QJsonObject& json, OruProperties* node, int depth);
-    bool acceptsChild(const QJsonObject& json, OruProperties* parent, int depth);
-    bool acceptsName(const QJsonValue& child, QSet<QString>& taken);
+    bool acceptsNode(const Members& members, OruProperties* node, int depth, Plan& plan);
+    bool acceptsType(const QJsonValue& type, const OruProperties* node, Plan& plan);
+    bool acceptsFlags(const QJsonValue& flags, Plan& plan);
+    bool acceptsValues(const QJsonValue& values, const OruProperties* node, Plan& plan);
+    bool acceptsValue(const QJsonValue& json, const OruProperties* node, Plan::Value& value);
+    bool acceptsKind(const OruProperties* node, const Plan::Value& value);
+    bool acceptsChildren(const QJsonValue& children, OruProperties* node, int depth, Plan& plan);
+    bool acceptsChild(const Members& members, OruProperties* parent, Names& names, int depth, Plan& plan);
 
     bool refuse(const QString& reason);
     bool refuseMember(const char* member, const QString& reason);
+    bool within(const QStringList& steps);
 
     const int version_;
     const int maximumDepth_;
     QString reason_;
     QStringList place_;
-    /// Names of the nodes on the way, without the root.
-    QStringList path_;
+    /// The reason begins with the path of the node and a key.
+    bool reasonHasPath_ = false;
 };

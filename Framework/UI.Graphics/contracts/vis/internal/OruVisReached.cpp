@@ -40,6 +40,9 @@ OruVisReached::OruVisReached(const OruModified& list)
 
 void OruVisReached::append(OruVisualization* entry)
 {
+    if (removed_.contains(entry)) {
+        takeOutRemoved(); // the one that was there before
+    }
     constexpr std::uint64_t neverAsked = 0;
     entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0.0, 0, false, false});
     entriesStale_ = true;
@@ -49,19 +52,27 @@ void OruVisReached::append(OruVisualization* entry)
 
 void OruVisReached::remove(const OruProperties* entry)
 {
-    // A dying entry is no visualization any more, so nothing but its address counts.
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [entry](const Entry& known) { return known.object == entry; });
-    if (found != entries_.end()) {
-        entries_.erase(found);
-    }
+    removed_.insert(entry);
     entriesStale_ = true;
     boundsStale_ = true;
     orderStale_ = true;
 }
 
-OruVisReached::Objects OruVisReached::all() const
+/// All at once: one by one it would cost a look through the list each time.
+void OruVisReached::takeOutRemoved()
 {
+    if (removed_.isEmpty()) {
+        return;
+    }
+    entries_.erase(std::remove_if(entries_.begin(), entries_.end(),
+                                  [this](const Entry& entry) { return removed_.contains(entry.object); }),
+                   entries_.end());
+    removed_.clear();
+}
+
+OruVisReached::Objects OruVisReached::all()
+{
+    takeOutRemoved();
     Objects objects;
     objects.reserve(entries_.size());
     for (const Entry& entry : entries_) {
@@ -138,6 +149,7 @@ void OruVisReached::refresh()
     if (!entriesStale_) {
         return;
     }
+    takeOutRemoved();
     for (Entry& entry : entries_) {
         refreshEntry(entry);
     }

@@ -6,6 +6,8 @@
 #include "contracts/vis/OruVisHierarchy.h"
 #include "contracts/vis/OruVisViewVolume.h"
 
+#include <QSet>
+
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -28,11 +30,11 @@ public:
 
     void append(OruVisualization* entry);
 
-    /// Takes an entry out; it may be dying. Nothing happens for an object that is none.
+    /// Takes an entry out, in O(1); it may be dying. Nothing happens for an object that is none.
     void remove(const OruProperties* entry);
 
     /// All entries in list order, hidden ones too.
-    Objects all() const;
+    Objects all();
 
     /// The union of the boxes of the visible entries; undefined if none has any.
     const Kelvar::Math::BoundingBox& bounds();
@@ -65,6 +67,7 @@ private:
     /// Indices into entries_.
     using Indices = std::vector<std::uint32_t>;
 
+    void takeOutRemoved();
     void refresh();
     void refreshEntry(Entry& entry);
     void rebuildBounds();
@@ -73,6 +76,9 @@ private:
     Indices groupIn(const OruVisViewVolume& volume) const;
 
     std::vector<Entry> entries_;
+    /// Entries that are still in entries_ and no more in the list. They may be dead: nothing but their
+    /// addresses counts.
+    QSet<const OruProperties*> removed_;
     OruModifiedWatcher content_;
 
     /// An entry may have changed since it was asked.

@@ -2,12 +2,14 @@
 
 #include "contracts/vis/OruVisualization.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <utility>
 #include <vector>
 
 /// One pass on its way over the entries of a list. The list knows it, so what leaves the list leaves the
-/// walk, and no pointer in it is ever a dead one.
+/// walk, and no dead one is ever reached.
 class OruVisWalk
 {
 public:
@@ -36,19 +38,15 @@ public:
         for (std::size_t i = 0; i < objects_.size(); ++i) {
             // Thousands of objects lie all over the memory: one is fetched while the one before is at work.
             __builtin_prefetch(objects_[std::min(i + 1, objects_.size() - 1)]);
-            if (objects_[i]) {
+            if (!left_.contains(objects_[i])) {
                 operation(*objects_[i]);
             }
         }
     }
 
-    /// Passes over this object from now on; it may be dying.
-    void leaveOut(const OruProperties* child)
-    {
-        std::replace_if(
-            objects_.begin(), objects_.end(),
-            [child](const OruVisualization* object) { return object == child; }, nullptr);
-    }
+    /// Passes over this object from now on; it may be dying. What comes to be at its address is none of the
+    /// objects of this walk.
+    void leaveOut(const OruProperties* child) { left_.insert(child); }
 
     /// The list is dying: nothing is left to reach.
     void end()
@@ -63,5 +61,6 @@ public:
 private:
     OruVisWalk** innermost_;
     Objects objects_;
+    QSet<const OruProperties*> left_;
     OruVisWalk* outer_;
 };

@@ -1,0 +1,86 @@
+#include "contracts/core/internal/OruPropertiesLayout.h"
+
+#include <algorithm>
+
+namespace {
+
+/// So many slots of one key, and so many steps in all, are kept at a layout. Nodes that go beyond made up
+/// their keys and defaults one by one.
+constexpr std::ptrdiff_t mostVariants = 32;
+constexpr std::size_t mostSteps = 256;
+
+} // namespace
+
+OruPropertiesLayout::OruPropertiesLayout(OruPropertiesLayout& parent, const QString& key, const Slot& slot)
+    : parent_(&parent)
+    , size_(parent.size_ + 1)
+    , key_(key)
+    , slot_(slot)
+{}
+
+const OruPropertiesLayout* OruPropertiesLayout::find(const QString& key) const
+{
+    const OruPropertiesLayout* row = this;
+    while (row->parent_ && row->key_ != key) {
+        row = row->parent_;
+    }
+    return row->parent_ ? row : nullptr;
+}
+
+std::vector<const OruPropertiesLayout*> OruPropertiesLayout::rows() const
+{
+    std::vector<const OruPropertiesLayout*> all(size_);
+    const OruPropertiesLayout* row = this;
+    std::generate(all.rbegin(), all.rend(), [&row] {
+        const OruPropertiesLayout* const current = row;
+        row = row->parent_;
+        return current;
+    });
+    return all;
+}
+
+bool OruPropertiesLayout::isRow(const QString& key, const Slot& slot) const
+{
+    const auto same = [](const QString& a, const QString& b) { return a == b && a.isNull() == b.isNull(); };
+    return slot_.kind == slot.kind && slot_.defined == slot.defined && key_ == key &&
+           same(slot_.text, slot.text) && same(slot_.unit, slot.unit);
+}
+
+OruPropertiesLayout* OruPropertiesLayout::step(const QString& key, const Slot& slot) const
+{
+    const auto found = std::find_if(steps_.begin(), steps_.end(),
+                                    [&](const Pointer& step) { return step->isRow(key, slot); });
+    return found != steps_.end() ? found->get() : nullptr;
+}
+
+/// Whether it keeps one more step. What no group keeps would be found by its one node only.
+bool OruPropertiesLayout::keepsStep(const QString& key) const
+{
+    const auto sameKey = [&key](const Pointer& step) { return step->key_ == key; };
+    return !owner_ && steps_.size() < mostSteps &&
+           std::count_if(steps_.begin(), steps_.end(), sameKey) < mostVariants;
+}
+
+OruPropertiesLayout::Pointer OruPropertiesLayout::with(const QString& key, const Slot& slot)
+{
+    if (OruPropertiesLayout* const known = step(key, slot)) {
+        return known;
+    }
+    const Pointer made(new OruPropertiesLayout(*this, key, slot));
+    if (keepsStep(key)) {
+        steps_.push_back(made);
+    } else {
+        made->owner_ = this;
+    }
+    return made;
+}
+
+OruPropertiesLayout::Pointer OruPropertiesLayout::withSlot(std::size_t index, const Slot& slot)
+{
+    if (index == size_ - 1) {
+        OruPropertiesLayout* const known = parent_->step(key_, slot);
+        return known || !parent_->keepsStep(key_) ? known : parent_->with(key_, slot);
+    }
+    const Pointer before = parent_->withSlot(index, slot);
+    return before ? before->with(key_, slot_) : nullptr;
+}
