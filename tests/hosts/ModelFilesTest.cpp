@@ -91,7 +91,7 @@ TEST(ModelFiles, StandUprightAsTheFileOrElseItsFormatHasIt)
         {"3DS/test1.3ds", "z", 1.01},        {"IFC/AC14-FZK-Haus.ifc", "z", 0.41},
         {"IQM/mrfixit.iqm", "z", 0.78},      {"SMD/holy_grailref.smd", "z", 1.4},
         {"COB/dwarf.cob", "z", 1.13},        {"BLEND/HUMAN.blend", "z", 2.28},
-        {"Q3D/E-AT-AT.q3o", "z", 0.84},         {"glTF/CesiumMilkTruck/CesiumMilkTruck.gltf", "y", 0.6},
+        {"Q3D/E-AT-AT.q3o", "z", 0.84},      {"glTF/CesiumMilkTruck/CesiumMilkTruck.gltf", "y", 0.6},
     };
     for (const auto& row : rows) {
         const Model model = load(QStringLiteral("/usr/share/assimp/models/") + row.file);

@@ -34,6 +34,9 @@ constexpr std::array<const char*, 8> usualFolders = {"textures", "texture",   "t
 /// Of more exotic ones the readers are less well tried.
 constexpr std::array<const char*, 7> knownFormats = {"png", "jpg", "jpeg", "bmp", "gif", "webp", "tiff"};
 
+/// assimp's own stand-in for a texture that a file has without a name.
+constexpr const char* dummyName = "$texture_dummy";
+
 /// The name of a picture as a path of this system: some formats have URLs, many have backslashes, and to
 /// Blender "//" is the folder of the model.
 QString pathOf(const std::string& name)
@@ -45,9 +48,6 @@ QString pathOf(const std::string& name)
     path.replace(QLatin1Char('\\'), QLatin1Char('/'));
     return path.startsWith(QLatin1String("//")) ? path.mid(2) : path;
 }
-
-/// assimp's own stand-in for a texture that a file names without a name.
-constexpr const char* dummyName = "$texture_dummy";
 
 /// The entry of a folder that is called so, at the last without regard to upper and lower case; empty: none.
 QString entryOf(const QDir& folder, const QString& name)
@@ -80,16 +80,17 @@ QString fileBelow(const QDir& folder, const QString& path)
 QImage decodedTga(const QByteArray& content)
 {
     const auto* const bytes = reinterpret_cast<const stbi_uc*>(content.constData());
+    const auto size = static_cast<int>(content.size());
     int width = 0;
     int height = 0;
     int channels = 0;
     constexpr int largest = ReaderProtocol::largestSide;
-    if (stbi_info_from_memory(bytes, content.size(), &width, &height, &channels) == 0 || width > largest ||
+    if (stbi_info_from_memory(bytes, size, &width, &height, &channels) == 0 || width > largest ||
         height > largest) {
         return {};
     }
     const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
-        stbi_load_from_memory(bytes, content.size(), &width, &height, &channels, 4), &stbi_image_free);
+        stbi_load_from_memory(bytes, size, &width, &height, &channels, 4), &stbi_image_free);
     return pixels ? QImage(pixels.get(), width, height, 4 * width, QImage::Format_RGBA8888).copy() : QImage();
 }
 
@@ -101,7 +102,11 @@ TextureReader::TextureReader(const aiScene& scene, const QString& modelFile, std
     , home_(QFileInfo(modelFile).absoluteDir())
     , bytesLeft_(mostBytes > 0 ? mostBytes : std::numeric_limits<std::uint64_t>::max())
     , notes_(notes)
-{}
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    QImageReader::setAllocationLimit(0); // largestSide and the limit of this process are those that count
+#endif
+}
 
 std::shared_ptr<const Texture> TextureReader::read(const std::string& name, Texture::Wrap wrapS,
                                                    Texture::Wrap wrapT)

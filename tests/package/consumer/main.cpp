@@ -26,7 +26,10 @@ hostkit::Model model(const QStringList& arguments)
     triangle.material.color = Qt::red;
     triangle.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
     triangle.indices = {0, 1, 2};
-    return {arguments.value(0), {hostkit::MeshBuilder::build(triangle, [](float) {})}};
+    hostkit::Model model;
+    model.name = arguments.value(0);
+    model.parts.emplace_back(hostkit::MeshBuilder::build(triangle, [](float) {}));
+    return model;
 #endif
 }
 
