@@ -107,7 +107,7 @@ std::optional<AnyShape> buildShape(const QString& file, MeshSource source, const
 
 /// What parts show, in the order of the sources; nothing where nothing is left of one.
 std::vector<std::optional<AnyShape>> buildShapes(const QString& file, std::vector<MeshSource> sources,
-                                                     const QString& modelName, Progress& progress)
+                                                 const QString& modelName, Progress& progress)
 {
     std::vector<std::optional<AnyShape>> shapes;
     shapes.reserve(sources.size());

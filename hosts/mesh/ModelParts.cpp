@@ -35,7 +35,6 @@ std::unique_ptr<PartVisualization> visualizationOf(const ModelPart& part, OruMod
     return std::visit([&](const auto& shape) { return makePart(group, shape); }, part.content);
 }
 
-
 void setEdgesBelow(OruProperties& node, const QString& edges)
 {
     for (unsigned int i = 0; i < node.size(); ++i) {

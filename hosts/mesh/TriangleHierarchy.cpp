@@ -123,8 +123,8 @@ public:
     }
 
 private:
-    /// The piece of a line between two corners, 0 at the first to 1 at the second, in which none of some linear
-    /// functions is negative.
+    /// The piece of a line between two corners, 0 at the first to 1 at the second, in which none of some
+    /// linear functions is negative.
     class Piece
     {
     public:

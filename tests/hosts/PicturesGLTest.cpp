@@ -44,7 +44,7 @@ struct PicturesGLTest : testing::Test
         OruVisList& all = host->scene().render.visualizations;
         host->scene().setViewpoint("viewpoint", view);
         Model model;
-        model.parts.push_back(built(cubeSource()));
+        model.parts.emplace_back(built(cubeSource()));
         ModelParts(all).add(model);
         all.child("triad", OruVisTriad::typeString);
         set("render/visualization/triad/length", "12");

@@ -23,7 +23,7 @@ struct SceneWindowGLTest : testing::Test
                 throw std::runtime_error("as the test wants it");
             }
             Model model;
-            model.parts.push_back(kelvartest::built(kelvartest::cubeSource()));
+            model.parts.emplace_back(kelvartest::built(kelvartest::cubeSource()));
             ModelParts(host.scene().render.visualizations).add(model);
         });
         QString error;

@@ -152,8 +152,7 @@ bool OruPropertiesCheck::acceptsNode(const Members& members, OruProperties* node
     // What has just been made hangs nowhere; which type it has is its maker's affair.
     const bool present = depth == 0 || (node && node->parent());
     return acceptsType(members.type, present ? node : nullptr, plan) && acceptsFlags(members.flags, plan) &&
-           acceptsValues(members.values, node, plan) &&
-           acceptsChildren(members.children, node, depth, plan);
+           acceptsValues(members.values, node, plan) && acceptsChildren(members.children, node, depth, plan);
 }
 
 bool OruPropertiesCheck::acceptsType(const QJsonValue& type, const OruProperties* node, Plan& plan)

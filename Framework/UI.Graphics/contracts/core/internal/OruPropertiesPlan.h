@@ -20,7 +20,7 @@ struct OruPropertiesPlan
     };
 
     QString name;
-    QString type; ///< empty without one
+    QString type;   ///< empty without one
     int flags = -1; ///< -1 without any
     QJsonObject json;
     bool hasUnknown = false; ///< `json` has members that no other member here tells of
