@@ -83,7 +83,7 @@ struct OruPropertiesCheck::Members
             if (known != std::end(all)) {
                 this->*known->member = entry.value();
             } else {
-                hasUnknown = true;
+                unknown.insert(key, entry.value());
             }
         }
     }
@@ -94,7 +94,7 @@ struct OruPropertiesCheck::Members
     QJsonValue flags = QJsonValue::Undefined;
     QJsonValue values = QJsonValue::Undefined;
     QJsonValue children = QJsonValue::Undefined;
-    bool hasUnknown = false;
+    QJsonObject unknown;
 
     struct Row
     {
@@ -148,7 +148,7 @@ bool OruPropertiesCheck::acceptsNode(const Members& members, OruProperties* node
         return refuse(QStringLiteral("the tree is deeper than %1 levels").arg(maximumDepth_));
     }
     plan.json = members.json;
-    plan.hasUnknown = members.hasUnknown;
+    plan.unknown = members.unknown;
     // What has just been made hangs nowhere; which type it has is its maker's affair.
     const bool present = depth == 0 || (node && node->parent());
     return acceptsType(members.type, present ? node : nullptr, plan) && acceptsFlags(members.flags, plan) &&
@@ -187,7 +187,7 @@ bool OruPropertiesCheck::acceptsValues(const QJsonValue& values, const OruProper
     const QJsonObject entries = values.toObject();
     plan.values.reserve(static_cast<std::size_t>(entries.size()));
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        plan.values.push_back({entry.key(), QString(), QJsonObject()});
+        plan.values.push_back({entry.key(), QString(), QString(), QJsonObject()});
         if (!acceptsValue(entry.value(), node, plan.values.back())) {
             return within({QStringLiteral("values"), entry.key()});
         }
@@ -200,13 +200,14 @@ bool OruPropertiesCheck::acceptsValue(const QJsonValue& json, const OruPropertie
     if (plainText(json, value.text)) {
         return acceptsKind(node, value);
     }
-    value.parts = json.toObject();
-    if (!plainText(value.parts.value(QLatin1String("value")), value.text)) {
+    value.unknown = json.toObject();
+    if (!plainText(value.unknown.take(QLatin1String("value")), value.text)) {
         return refuse(
             QStringLiteral("value \"%1\" must be a string, a number, a flag, or an object with a \"value\"")
                 .arg(value.key));
     }
-    const QJsonValue unit = value.parts.value(QLatin1String("unit"));
+    const QJsonValue unit = value.unknown.take(QLatin1String("unit"));
+    value.unit = unit.toString();
     if (!unit.isUndefined() && !unit.isString()) {
         return refuseMember("unit", QStringLiteral("\"unit\" must be a string"));
     }
@@ -256,17 +257,49 @@ bool OruPropertiesCheck::acceptsChild(const Members& members, OruProperties* par
     if (!names.take(plan.name, child)) {
         return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(plan.name));
     }
-    if (parent && !child) {
-        plan.made.reset(parent->makeChild(plan.name, members.type.toString()));
-        child = plan.made.get();
-    }
-    if (acceptsNode(members, child, depth, plan)) {
+    plan.type = members.type.toString();
+    if (acceptsNode(members, childFor(plan, parent, child), depth, plan)) {
         return true;
     }
     if (reasonHasPath_) {
         reason_.prepend(plan.name + QLatin1Char('/'));
     }
     return false;
+}
+
+bool OruPropertiesCheck::fits(Plan& plan, OruProperties& root)
+{
+    return fitsNode(plan, &root, true);
+}
+
+bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present)
+{
+    if (present && !plan.type.isNull() && plan.type != node->type()) {
+        return false;
+    }
+    const auto fitsKind = [node](const Plan::Value& value) { return node->kind(value.key).accepts(value.text); };
+    if (node && !std::all_of(plan.values.begin(), plan.values.end(), fitsKind)) {
+        return false;
+    }
+    Names names(node ? node->children_.get() : nullptr);
+    const auto fitsChild = [&](Plan& child) {
+        OruProperties* found = nullptr;
+        if (child.name.contains(QLatin1Char('/')) || !names.take(child.name, found)) {
+            return false;
+        }
+        return fitsNode(child, childFor(child, node, found), found);
+    };
+    return std::all_of(plan.children.begin(), plan.children.end(), fitsChild);
+}
+
+/// Where the tree has no such child, one of its kind is made.
+OruProperties* OruPropertiesCheck::childFor(Plan& plan, OruProperties* parent, OruProperties* found)
+{
+    if (found || !parent) {
+        return found;
+    }
+    plan.made.reset(parent->makeChild(plan.name, plan.type));
+    return plan.made.get();
 }
 
 bool OruPropertiesCheck::refuse(const QString& reason)
