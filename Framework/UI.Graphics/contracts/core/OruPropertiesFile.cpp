@@ -216,7 +216,8 @@ bool OruPropertiesFile::load(OruProperties& root, const QString& file, QString* 
 bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const QString& file, QString* error)
 {
     OruPropertiesPlan quick;
-    if (OruPropertiesReader(text, maximumDepth).read(quick, Version) && OruPropertiesCheck::fits(quick, root)) {
+    if (OruPropertiesReader(text, maximumDepth).read(quick, Version) &&
+        OruPropertiesCheck::fits(quick, root)) {
         merge(root, quick);
         return true;
     }

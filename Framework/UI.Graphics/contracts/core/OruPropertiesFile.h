@@ -47,9 +47,10 @@ public:
     /// missing are made by their parent's makeChild() and enter through its insert() as tree-owned; nothing
     /// is removed. The name of the root is not changed. Takes O(n), whatever the tree has and the file adds.
     ///
-    /// The whole file is checked first, for which the children that are missing are made; one that is damaged, too large, too new, of another shape, that is no
-    /// regular file, that gives a node another type than the tree has, or a value that is not of its
-    /// property's kind, is refused, and the tree is as it was.
+    /// The whole file is checked first, for which the children that are missing are made; one that is
+    /// damaged, too large, too new, of another shape, that is no regular file, that gives a node another type
+    /// than the tree has, or a value that is not of its property's kind, is refused, and the tree is as it
+    /// was.
     static bool load(OruProperties& root, const QString& file, QString* error);
 
     /// What save() writes, and load() reads, as a text; `file` stands for its name in errors.

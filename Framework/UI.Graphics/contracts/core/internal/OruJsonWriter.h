@@ -8,8 +8,8 @@
 
 #include <vector>
 
-/// Writes an indented JSON document; QJsonDocument's own would round 64-bit integers and sort all members. Not
-/// part of the public interface.
+/// Writes an indented JSON document; QJsonDocument's own would round 64-bit integers and sort all members.
+/// Not part of the public interface.
 ///
 /// What is begun is ended in turn. In an object each value comes behind its key.
 class OruJsonWriter

@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -35,6 +37,12 @@ bool plainText(const QJsonValue& value, QString& text)
     return value.isDouble() || value.isBool() || value.isString();
 }
 
+std::size_t hashOf(const QString& name)
+{
+    const auto* const characters = reinterpret_cast<const char16_t*>(name.utf16());
+    return std::hash<std::u16string_view>()({characters, static_cast<std::size_t>(name.size())});
+}
+
 } // namespace
 
 /// The names of a file's children as they come, and which children of the tree those are.
@@ -46,20 +54,29 @@ public:
         , found_(present ? present->size() : 0)
     {}
 
-    /// False: the name came before. True: `child` is the one of the tree, or null.
-    bool take(const QString& name, OruProperties*& child)
+    /// The child of the tree, or null. They mostly come in its order.
+    OruProperties* find(const QString& name)
     {
-        child = present_ ? present_->find(name, next_) : nullptr;
-        if (!child) {
-            const auto before = others_.size();
-            others_.insert(name);
-            return others_.size() > before;
-        }
-        const std::size_t position = present_->index(*child);
-        next_ = position + 1;
-        const bool fresh = !found_[position];
+        OruProperties* const child = present_ ? present_->find(name, next_) : nullptr;
+        next_ = child ? present_->index(*child) + 1 : next_;
+        return child;
+    }
+
+    /// False: the name of this child came before.
+    bool take(const OruProperties& child)
+    {
+        const std::size_t position = present_->index(child);
+        const bool first = !found_[position];
         found_[position] = true;
-        return fresh;
+        return first;
+    }
+
+    /// The same for a name that the tree has not got.
+    bool take(const QString& name)
+    {
+        const auto before = others_.size();
+        others_.insert(name);
+        return others_.size() > before;
     }
 
 private:
@@ -152,8 +169,7 @@ bool OruPropertiesCheck::acceptsNode(const Members& members, OruProperties* node
     // What has just been made hangs nowhere; which type it has is its maker's affair.
     const bool present = depth == 0 || (node && node->parent());
     return acceptsType(members.type, present ? node : nullptr, plan) && acceptsFlags(members.flags, plan) &&
-           acceptsValues(members.values, node, plan) &&
-           acceptsChildren(members.children, node, depth, plan);
+           acceptsValues(members.values, node, plan) && acceptsChildren(members.children, node, depth, plan);
 }
 
 bool OruPropertiesCheck::acceptsType(const QJsonValue& type, const OruProperties* node, Plan& plan)
@@ -253,8 +269,8 @@ bool OruPropertiesCheck::acceptsChild(const Members& members, OruProperties* par
     if (!members.name.isString() || plan.name.contains(QLatin1Char('/'))) {
         return refuseMember("name", QStringLiteral("a child needs a \"name\" without '/'"));
     }
-    OruProperties* child = nullptr;
-    if (!names.take(plan.name, child)) {
+    OruProperties* const child = names.find(plan.name);
+    if (!(child ? names.take(*child) : names.take(plan.name))) {
         return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(plan.name));
     }
     plan.type = members.type.toString();
@@ -277,19 +293,29 @@ bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present)
     if (present && !plan.type.isNull() && plan.type != node->type()) {
         return false;
     }
-    const auto fitsKind = [node](const Plan::Value& value) { return node->kind(value.key).accepts(value.text); };
+    const auto fitsKind = [node](const Plan::Value& value) {
+        return node->kind(value.key).accepts(value.text);
+    };
     if (node && !std::all_of(plan.values.begin(), plan.values.end(), fitsKind)) {
         return false;
     }
+    // Sorting numbers is faster than a set of names. Two names of one number are left to the general way.
+    std::vector<std::size_t> others;
     Names names(node ? node->children_.get() : nullptr);
     const auto fitsChild = [&](Plan& child) {
-        OruProperties* found = nullptr;
-        if (child.name.contains(QLatin1Char('/')) || !names.take(child.name, found)) {
+        OruProperties* const found = names.find(child.name);
+        if (!found) {
+            others.push_back(hashOf(child.name));
+        } else if (!names.take(*found)) {
             return false;
         }
-        return fitsNode(child, childFor(child, node, found), found);
+        return !child.name.contains(QLatin1Char('/')) && fitsNode(child, childFor(child, node, found), found);
     };
-    return std::all_of(plan.children.begin(), plan.children.end(), fitsChild);
+    if (!std::all_of(plan.children.begin(), plan.children.end(), fitsChild)) {
+        return false;
+    }
+    std::sort(others.begin(), others.end());
+    return std::adjacent_find(others.begin(), others.end()) == others.end();
 }
 
 /// Where the tree has no such child, one of its kind is made.

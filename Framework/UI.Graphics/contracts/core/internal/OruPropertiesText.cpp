@@ -55,7 +55,9 @@ Children withRun(const Children& children, KeptNodes::const_iterator kept, KeptN
 /// Each load has left a run of nodes whose positions rise.
 Children withKept(Children children, const KeptNodes& kept)
 {
-    const auto rises = [](const KeptNode* later, const KeptNode* sooner) { return later->first <= sooner->first; };
+    const auto rises = [](const KeptNode* later, const KeptNode* sooner) {
+        return later->first <= sooner->first;
+    };
     for (auto run = kept.begin(); run != kept.end();) {
         const auto end = std::is_sorted_until(run, kept.end(), rises);
         children = withRun(children, run, end);
