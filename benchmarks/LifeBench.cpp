@@ -2,25 +2,30 @@
 
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/vis/OruVisList.h"
-#include "contracts/vis/OruVisViewpoint.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/mesh/MeshVisualization.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 
+#include <QColor>
 #include <QTemporaryDir>
 
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
 using bench::Cost;
 using hostkit::HostScene;
+using hostkit::MeshVisualization;
 using hostkit::Model;
 
-constexpr int nodes = 10000;
-constexpr int rounds = 9;
+constexpr int fewParts = 10000;
+constexpr int manyParts = 100000;
+constexpr int rounds = 7;
 const QString millisecond = QStringLiteral("ms");
 
 void expect(bool done, const QString& error)
@@ -30,30 +35,115 @@ void expect(bool done, const QString& error)
     }
 }
 
-void measureFiles()
+std::shared_ptr<const hostkit::Mesh> smallMesh()
+{
+    static const Model model = bench::buildModel(bench::sphereGrid(1, 1, 1, 100));
+    return model.parts.front().mesh;
+}
+
+std::unique_ptr<MeshVisualization> makePart(OruModifiedGroup& group, const QString& name)
+{
+    auto part = std::make_unique<MeshVisualization>(group, smallMesh());
+    part->rename(name);
+    return part;
+}
+
+/// A list that a file can fill with parts.
+class PartList : public OruVisList
+{
+public:
+    explicit PartList(OruModifiedGroup& sharedGroup)
+        : OruVisList(sharedGroup, QStringLiteral("tree"))
+    {}
+
+    void fill(int count)
+    {
+        for (int number = 0; number < count; ++number) {
+            insert(makePart(group, QStringLiteral("part %1").arg(number)).release(), false);
+        }
+    }
+
+    using OruVisList::insert;
+
+protected:
+    OruProperties* makeChild(const QString& name, const QString& /*type*/) override
+    {
+        return makePart(group, name).release();
+    }
+};
+
+/// A tree of parts, its file, and what is done with them.
+class PartTree
+{
+public:
+    PartTree(int count, const QTemporaryDir& folder)
+        : file_(folder.filePath(QStringLiteral("%1.json").arg(count)))
+    {
+        tree_.fill(count);
+    }
+
+    void save() { expect(OruPropertiesFile::save(tree_, file_, &error_), error_); }
+    void loadOver() { expect(OruPropertiesFile::load(tree_, file_, &error_), error_); }
+    void loadNew()
+    {
+        made_ = std::make_unique<PartList>(group_);
+        expect(OruPropertiesFile::load(*made_, file_, &error_), error_);
+    }
+
+    /// In the order that is the hardest for a list.
+    void eraseFrontToBack()
+    {
+        while (made_->size() > 0) {
+            made_->erase(made_->at(0));
+        }
+    }
+
+    void setOne()
+    {
+        dynamic_cast<MeshVisualization*>(tree_.at(tree_.size() / 2))->color.setValue(color_ = next());
+    }
+
+private:
+    QColor next() const { return QColor::fromRgba(color_.rgba() + 1); }
+
+    QString file_;
+    QString error_;
+    OruModifiedGroup group_;
+    PartList tree_{group_};
+    std::unique_ptr<PartList> made_;
+    QColor color_ = Qt::black;
+};
+
+/// What takes as long for one part in a large tree as in a small one has a ratio of 10.
+void measureTrees()
 {
     const QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("tree.json"));
-    OruModifiedGroup group;
-    OruVisList tree(group, QStringLiteral("tree"));
-    for (int node = 0; node < nodes; ++node) {
-        tree.child(QStringLiteral("viewpoint %1").arg(node), OruVisViewpoint::typeString);
+    PartTree few(fewParts, folder);
+    PartTree many(manyParts, folder);
+    const struct
+    {
+        const char* what;
+        void (PartTree::*work)();
+        QString aim;
+    } rows[] = {{"save", &PartTree::save, {}},
+                {"load over the same", &PartTree::loadOver, QStringLiteral("<= 400")},
+                {"load, making all parts", &PartTree::loadNew, QStringLiteral("<= 400")},
+                {"erase all, the first one first", &PartTree::eraseFrontToBack, {}},
+                {"set a property of one", &PartTree::setOne, {}}};
+    std::vector<bench::Work> works;
+    for (PartTree* tree : {&few, &many}) {
+        for (const auto& row : rows) {
+            works.emplace_back([tree, &row] { (tree->*row.work)(); });
+        }
     }
-    std::unique_ptr<OruVisList> made;
-    QString error;
-    const auto save = [&] { expect(OruPropertiesFile::save(tree, file, &error), error); };
-    const auto load = [&] { expect(OruPropertiesFile::load(tree, file, &error), error); };
-    const auto make = [&] {
-        made = std::make_unique<OruVisList>(group, QStringLiteral("tree"));
-        expect(OruPropertiesFile::load(*made, file, &error), error);
-    };
-    const auto costs = bench::interleave(rounds, {save, load, make});
-    bench::report(QStringLiteral("tree of 10,000 nodes: save"), bench::median(costs[0], &Cost::wall),
-                  millisecond);
-    bench::report(QStringLiteral("tree of 10,000 nodes: load over the same"),
-                  bench::median(costs[1], &Cost::wall), millisecond);
-    bench::report(QStringLiteral("tree of 10,000 nodes: load, making all nodes"),
-                  bench::median(costs[2], &Cost::wall), millisecond);
+    const auto costs = bench::interleave(rounds, works);
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        const bench::Costs& large = costs[std::size(rows) + i];
+        const QString name = QStringLiteral("tree of 100,000 parts: ") + QLatin1String(rows[i].what);
+        bench::report(name, bench::median(large, &Cost::caller), millisecond, rows[i].aim);
+        bench::report(name, bench::medianRatio(large, costs[i], &Cost::caller),
+                      QStringLiteral("of a tree of 10,000"), QStringLiteral("<= 12"));
+    }
 }
 
 void measureScenes()
@@ -83,14 +173,13 @@ void measureMemory()
     HostScene host{QString(), QString(), QString()};
     OruVisList& list = host.scene().render.visualizations;
     before = bench::heapBytes();
-    for (int number = 0; number < nodes; ++number) {
-        auto part = std::make_unique<hostkit::MeshVisualization>(host.scene().group,
-                                                                 model.parts.front().as<hostkit::Mesh>());
-        part->rename(QStringLiteral("part %1").arg(number));
-        list.insert(part.release(), false);
+    for (int number = 0; number < fewParts; ++number) {
+        list.insert(makePart(host.scene().group, QStringLiteral("part %1").arg(number)).release(), false);
     }
-    bench::report(QStringLiteral("object in a scene, without its mesh: memory"),
-                  (bench::heapBytes() - before) / nodes, QStringLiteral("bytes"));
+    list.bounds(); // which makes the hierarchy
+    bench::report(QStringLiteral("part in a scene, without its mesh: memory"),
+                  (bench::heapBytes() - before) / fewParts, QStringLiteral("bytes"),
+                  QStringLiteral("<= 1000"));
 }
 
 } // namespace
@@ -99,7 +188,7 @@ int main(int argc, char** argv)
 {
     return bench::run(argc, argv, [](const QStringList&) {
         const hostkit::OffscreenView view(bench::frameSize());
-        measureFiles();
+        measureTrees();
         measureScenes();
         measureMemory();
     });

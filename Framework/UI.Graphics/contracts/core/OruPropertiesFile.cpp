@@ -8,8 +8,10 @@
 #include "contracts/core/internal/OruPropertiesChildren.h"
 #include "contracts/core/internal/OruPropertiesForeign.h"
 #include "contracts/core/internal/OruPropertiesPlan.h"
+#include "contracts/core/internal/OruPropertiesReader.h"
 #include "contracts/core/internal/OruPropertiesText.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
@@ -27,20 +29,9 @@
 
 namespace {
 
-using Known = OruPropertiesForeign;
-
 QString member(const char* name)
 {
     return QString::fromLatin1(name);
-}
-
-template <std::size_t Count>
-QJsonObject withoutKnown(QJsonObject object, const char* const (&known)[Count])
-{
-    for (const char* name : known) {
-        object.remove(member(name));
-    }
-    return object;
 }
 
 /// Members of `newer` win over those of the same name.
@@ -49,15 +40,6 @@ void join(QJsonObject& kept, const QJsonObject& newer)
     for (auto entry = newer.begin(); entry != newer.end(); ++entry) {
         kept.insert(entry.key(), entry.value());
     }
-}
-
-template <std::size_t Count>
-bool hasUnknown(const QJsonObject& object, const char* const (&known)[Count])
-{
-    const auto given = std::count_if(std::begin(known), std::end(known), [&object](const char* name) {
-        return object.contains(QLatin1String(name));
-    });
-    return object.size() > static_cast<int>(given);
 }
 
 QString nameOf(const QJsonObject& json)
@@ -77,6 +59,37 @@ void keep(KeptNodes& kept, const KeptNodes& newer)
     const auto replaced = [&names](const auto& entry) { return names.contains(nameOf(entry.second)); };
     kept.erase(std::remove_if(kept.begin(), kept.end(), replaced), kept.end());
     kept.insert(kept.end(), newer.begin(), newer.end());
+}
+
+/// A node that is kept for the file, as it stands in there.
+QJsonObject jsonOf(const OruPropertiesPlan& plan)
+{
+    if (!plan.json.isEmpty()) {
+        return plan.json;
+    }
+    QJsonObject json{{QStringLiteral("name"), plan.name}};
+    if (!plan.type.isNull()) {
+        json.insert(QStringLiteral("type"), plan.type);
+    }
+    if (plan.flags >= 0) {
+        json.insert(QStringLiteral("flags"), plan.flags);
+    }
+    QJsonObject values;
+    for (const OruPropertiesPlan::Value& value : plan.values) {
+        const QJsonObject parts{{QStringLiteral("value"), value.text}, {QStringLiteral("unit"), value.unit}};
+        values.insert(value.key, value.unit.isNull() ? QJsonValue(value.text) : QJsonValue(parts));
+    }
+    if (!values.isEmpty()) {
+        json.insert(QStringLiteral("values"), values);
+    }
+    QJsonArray children;
+    for (const OruPropertiesPlan& child : plan.children) {
+        children.append(jsonOf(child));
+    }
+    if (!children.isEmpty()) {
+        json.insert(QStringLiteral("children"), children);
+    }
+    return json;
 }
 
 bool fail(QString* error, const QString& file, const QString& reason)
@@ -202,6 +215,12 @@ bool OruPropertiesFile::load(OruProperties& root, const QString& file, QString* 
 
 bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const QString& file, QString* error)
 {
+    OruPropertiesPlan quick;
+    if (OruPropertiesReader(text, maximumDepth).read(quick, Version) &&
+        OruPropertiesCheck::fits(quick, root)) {
+        merge(root, quick);
+        return true;
+    }
     QJsonObject document;
     if (!parse(file, text, document, error)) {
         return false;
@@ -212,8 +231,11 @@ bool OruPropertiesFile::load(OruProperties& root, const QByteArray& text, const 
         const int offset = oru::jsonOffset(text, check.place());
         return failAt(error, file, oru::jsonPosition(text, offset), check.reason());
     }
-    if (hasUnknown(document, Known::knownHead)) {
-        join(foreign(root).head, withoutKnown(document, Known::knownHead));
+    for (const char* name : OruPropertiesForeign::knownHead) {
+        document.remove(member(name));
+    }
+    if (!document.isEmpty()) {
+        join(foreign(root).head, document);
     }
     merge(root, plan);
     return true;
@@ -229,8 +251,8 @@ OruPropertiesForeign& OruPropertiesFile::foreign(OruProperties& node)
 
 void OruPropertiesFile::merge(OruProperties& node, OruPropertiesPlan& plan)
 {
-    if (plan.hasUnknown) {
-        join(foreign(node).members, withoutKnown(plan.json, Known::knownNode));
+    if (!plan.unknown.isEmpty()) {
+        join(foreign(node).members, plan.unknown);
     }
     if (plan.flags >= 0 && plan.flags != node.flags) {
         node.flags = static_cast<std::uint16_t>(plan.flags);
@@ -244,12 +266,11 @@ void OruPropertiesFile::mergeValues(OruProperties& node, const OruPropertiesPlan
 {
     for (const OruPropertiesPlan::Value& value : plan.values) {
         node.setValue(value.key, value.text);
-        const QJsonValue unit = value.parts.value(QLatin1String("unit"));
-        if (!unit.isUndefined()) {
-            node.string().setUnit(value.key, unit.toString());
+        if (!value.unit.isNull()) {
+            node.string().setUnit(value.key, value.unit);
         }
-        if (hasUnknown(value.parts, Known::knownValue)) {
-            join(foreign(node).valueMembers[value.key], withoutKnown(value.parts, Known::knownValue));
+        if (!value.unknown.isEmpty()) {
+            join(foreign(node).valueMembers[value.key], value.unknown);
         }
     }
 }
@@ -268,7 +289,7 @@ void OruPropertiesFile::mergeChildren(OruProperties& node, OruPropertiesPlan& pl
             next = node.children_->index(*child) + 1;
             merge(*child, childPlan);
         } else {
-            unmade.emplace_back(static_cast<int>(i), childPlan.json);
+            unmade.emplace_back(static_cast<int>(i), jsonOf(childPlan));
         }
     }
     if (!unmade.empty()) {

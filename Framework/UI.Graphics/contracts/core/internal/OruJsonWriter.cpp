@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 
@@ -17,6 +18,13 @@ bool isPlain(QChar character)
 }
 
 } // namespace
+
+OruJsonWriter::OruJsonWriter(const QStringList& order)
+{
+    for (const QString& key : order) {
+        ranks_.insert(key, static_cast<int>(ranks_.size()));
+    }
+}
 
 void OruJsonWriter::begin(char opening, char closing)
 {
@@ -53,7 +61,7 @@ void OruJsonWriter::value(const QJsonValue& json)
     if (json.isObject()) {
         const QJsonObject object = json.toObject();
         beginObject();
-        for (const QString& name : ordered(object)) {
+        for (const QString& name : ordered(object.keys())) {
             key(name);
             value(object.value(name));
         }
@@ -70,18 +78,11 @@ void OruJsonWriter::value(const QJsonValue& json)
     }
 }
 
-QStringList OruJsonWriter::ordered(const QJsonObject& object) const
+QStringList OruJsonWriter::ordered(QStringList keys) const
 {
-    QStringList keys = object.keys();
     std::stable_sort(keys.begin(), keys.end(),
                      [this](const QString& a, const QString& b) { return rank(a) < rank(b); });
     return keys;
-}
-
-int OruJsonWriter::rank(const QString& key) const
-{
-    const int position = static_cast<int>(order_.indexOf(key));
-    return position < 0 ? static_cast<int>(order_.size()) : position;
 }
 
 void OruJsonWriter::startItem()

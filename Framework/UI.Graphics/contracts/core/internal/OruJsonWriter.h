@@ -1,9 +1,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QJsonObject>
+#include <QHash>
 #include <QJsonValue>
-#include <QLatin1String>
 #include <QString>
 #include <QStringList>
 
@@ -17,9 +16,7 @@ class OruJsonWriter
 {
 public:
     /// In a whole object the members that `order` names come first, in that order; the others follow, sorted.
-    explicit OruJsonWriter(const QStringList& order)
-        : order_(order)
-    {}
+    explicit OruJsonWriter(const QStringList& order);
 
     void beginObject() { begin('{', '}'); }
     void beginArray() { begin('[', ']'); }
@@ -31,11 +28,11 @@ public:
     /// Any value, objects and arrays included.
     void value(const QJsonValue& json);
 
-    /// The members of a whole object in the order in which they are written.
-    QStringList ordered(const QJsonObject& object) const;
+    /// The members of an object, sorted so far, in the order in which they are written.
+    QStringList ordered(QStringList keys) const;
 
     /// The place of a member in `order`; the number of them all for one that is not in it.
-    int rank(const QString& key) const;
+    int rank(const QString& key) const { return ranks_.value(key, static_cast<int>(ranks_.size())); }
 
     const QByteArray& text() const { return text_; }
 
@@ -52,7 +49,7 @@ private:
     void quote(const QString& string);
     void leaf(const QJsonValue& json);
 
-    QStringList order_;
+    QHash<QString, int> ranks_;
     QByteArray text_;
     std::vector<Level> levels_;
     bool behindKey_ = false;

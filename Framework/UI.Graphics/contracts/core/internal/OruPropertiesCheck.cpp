@@ -11,7 +11,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -35,6 +37,12 @@ bool plainText(const QJsonValue& value, QString& text)
     return value.isDouble() || value.isBool() || value.isString();
 }
 
+std::size_t hashOf(const QString& name)
+{
+    const auto* const characters = reinterpret_cast<const char16_t*>(name.utf16());
+    return std::hash<std::u16string_view>()({characters, static_cast<std::size_t>(name.size())});
+}
+
 } // namespace
 
 /// The names of a file's children as they come, and which children of the tree those are.
@@ -46,20 +54,29 @@ public:
         , found_(present ? present->size() : 0)
     {}
 
-    /// False: the name came before. True: `child` is the one of the tree, or null.
-    bool take(const QString& name, OruProperties*& child)
+    /// The child of the tree, or null. They mostly come in its order.
+    OruProperties* find(const QString& name)
     {
-        child = present_ ? present_->find(name, next_) : nullptr;
-        if (!child) {
-            const auto before = others_.size();
-            others_.insert(name);
-            return others_.size() > before;
-        }
-        const std::size_t position = present_->index(*child);
-        next_ = position + 1;
-        const bool fresh = !found_[position];
+        OruProperties* const child = present_ ? present_->find(name, next_) : nullptr;
+        next_ = child ? present_->index(*child) + 1 : next_;
+        return child;
+    }
+
+    /// False: the name of this child came before.
+    bool take(const OruProperties& child)
+    {
+        const std::size_t position = present_->index(child);
+        const bool first = !found_[position];
         found_[position] = true;
-        return fresh;
+        return first;
+    }
+
+    /// The same for a name that the tree has not got.
+    bool take(const QString& name)
+    {
+        const auto before = others_.size();
+        others_.insert(name);
+        return others_.size() > before;
     }
 
 private:
@@ -83,7 +100,7 @@ struct OruPropertiesCheck::Members
             if (known != std::end(all)) {
                 this->*known->member = entry.value();
             } else {
-                hasUnknown = true;
+                unknown.insert(key, entry.value());
             }
         }
     }
@@ -94,7 +111,7 @@ struct OruPropertiesCheck::Members
     QJsonValue flags = QJsonValue::Undefined;
     QJsonValue values = QJsonValue::Undefined;
     QJsonValue children = QJsonValue::Undefined;
-    bool hasUnknown = false;
+    QJsonObject unknown;
 
     struct Row
     {
@@ -148,7 +165,7 @@ bool OruPropertiesCheck::acceptsNode(const Members& members, OruProperties* node
         return refuse(QStringLiteral("the tree is deeper than %1 levels").arg(maximumDepth_));
     }
     plan.json = members.json;
-    plan.hasUnknown = members.hasUnknown;
+    plan.unknown = members.unknown;
     // What has just been made hangs nowhere; which type it has is its maker's affair.
     const bool present = depth == 0 || (node && node->parent());
     return acceptsType(members.type, present ? node : nullptr, plan) && acceptsFlags(members.flags, plan) &&
@@ -186,7 +203,7 @@ bool OruPropertiesCheck::acceptsValues(const QJsonValue& values, const OruProper
     const QJsonObject entries = values.toObject();
     plan.values.reserve(static_cast<std::size_t>(entries.size()));
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
-        plan.values.push_back({entry.key(), QString(), QJsonObject()});
+        plan.values.push_back({entry.key(), QString(), QString(), QJsonObject()});
         if (!acceptsValue(entry.value(), node, plan.values.back())) {
             return within({QStringLiteral("values"), entry.key()});
         }
@@ -199,13 +216,14 @@ bool OruPropertiesCheck::acceptsValue(const QJsonValue& json, const OruPropertie
     if (plainText(json, value.text)) {
         return acceptsKind(node, value);
     }
-    value.parts = json.toObject();
-    if (!plainText(value.parts.value(QLatin1String("value")), value.text)) {
+    value.unknown = json.toObject();
+    if (!plainText(value.unknown.take(QLatin1String("value")), value.text)) {
         return refuse(
             QStringLiteral("value \"%1\" must be a string, a number, a flag, or an object with a \"value\"")
                 .arg(value.key));
     }
-    const QJsonValue unit = value.parts.value(QLatin1String("unit"));
+    const QJsonValue unit = value.unknown.take(QLatin1String("unit"));
+    value.unit = unit.toString();
     if (!unit.isUndefined() && !unit.isString()) {
         return refuseMember("unit", QStringLiteral("\"unit\" must be a string"));
     }
@@ -251,21 +269,63 @@ bool OruPropertiesCheck::acceptsChild(const Members& members, OruProperties* par
     if (!members.name.isString() || plan.name.contains(QLatin1Char('/'))) {
         return refuseMember("name", QStringLiteral("a child needs a \"name\" without '/'"));
     }
-    OruProperties* child = nullptr;
-    if (!names.take(plan.name, child)) {
+    OruProperties* const child = names.find(plan.name);
+    if (!(child ? names.take(*child) : names.take(plan.name))) {
         return refuseMember("name", QStringLiteral("a second child of the name \"%1\"").arg(plan.name));
     }
-    if (parent && !child) {
-        plan.made.reset(parent->makeChild(plan.name, members.type.toString()));
-        child = plan.made.get();
-    }
-    if (acceptsNode(members, child, depth, plan)) {
+    plan.type = members.type.toString();
+    if (acceptsNode(members, childFor(plan, parent, child), depth, plan)) {
         return true;
     }
     if (reasonHasPath_) {
         reason_.prepend(plan.name + QLatin1Char('/'));
     }
     return false;
+}
+
+bool OruPropertiesCheck::fits(Plan& plan, OruProperties& root)
+{
+    return fitsNode(plan, &root, true);
+}
+
+bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present)
+{
+    if (present && !plan.type.isNull() && plan.type != node->type()) {
+        return false;
+    }
+    const auto fitsKind = [node](const Plan::Value& value) {
+        return node->kind(value.key).accepts(value.text);
+    };
+    if (node && !std::all_of(plan.values.begin(), plan.values.end(), fitsKind)) {
+        return false;
+    }
+    // Sorting numbers is faster than a set of names. Two names of one number are left to the general way.
+    std::vector<std::size_t> others;
+    Names names(node ? node->children_.get() : nullptr);
+    const auto fitsChild = [&](Plan& child) {
+        OruProperties* const found = names.find(child.name);
+        if (!found) {
+            others.push_back(hashOf(child.name));
+        } else if (!names.take(*found)) {
+            return false;
+        }
+        return !child.name.contains(QLatin1Char('/')) && fitsNode(child, childFor(child, node, found), found);
+    };
+    if (!std::all_of(plan.children.begin(), plan.children.end(), fitsChild)) {
+        return false;
+    }
+    std::sort(others.begin(), others.end());
+    return std::adjacent_find(others.begin(), others.end()) == others.end();
+}
+
+/// Where the tree has no such child, one of its kind is made.
+OruProperties* OruPropertiesCheck::childFor(Plan& plan, OruProperties* parent, OruProperties* found)
+{
+    if (found || !parent) {
+        return found;
+    }
+    plan.made.reset(parent->makeChild(plan.name, plan.type));
+    return plan.made.get();
 }
 
 bool OruPropertiesCheck::refuse(const QString& reason)

@@ -27,6 +27,9 @@ public:
     /// place() say why not. Children that the tree has not got are made, since they know what they can hold.
     bool accepts(const QJsonObject& document, OruProperties& root, OruPropertiesPlan& plan);
 
+    /// The same for a plan that has been read and is of the right shape. False: nobody says why not.
+    static bool fits(OruPropertiesPlan& plan, OruProperties& root);
+
     const QString& reason() const { return reason_; }
 
     /// The way to what is wrong, in the terms of oru::jsonOffset().
@@ -36,6 +39,9 @@ private:
     using Plan = OruPropertiesPlan;
     class Names;
     struct Members;
+
+    static bool fitsNode(Plan& plan, OruProperties* node, bool present);
+    static OruProperties* childFor(Plan& plan, OruProperties* parent, OruProperties* found);
 
     bool acceptsHead(const QJsonObject& document);
     bool acceptsNode(const Members& members, OruProperties* node, int depth, Plan& plan);

@@ -109,7 +109,7 @@ void OruPropertiesText::write(const OruProperties& node)
 
 void OruPropertiesText::writeValues(const OruProperties& node)
 {
-    const QStringList keys = node.string().keys();
+    const QStringList keys = writer_.ordered(node.string().keys());
     if (keys.isEmpty()) {
         return;
     }
@@ -170,10 +170,10 @@ void OruPropertiesText::writeChildren(const OruProperties& node)
     writer_.end();
 }
 
-/// A file may use the names of known members elsewhere; they are written in the order of the known ones.
+/// A file may give the names of known members to others; those are in the order, too.
 void OruPropertiesText::writeUnknown(const QJsonObject& members, bool aheadOfName)
 {
-    for (const QString& key : writer_.ordered(members)) {
+    for (const QString& key : writer_.ordered(members.keys())) {
         if ((writer_.rank(key) < writer_.rank(QStringLiteral("name"))) == aheadOfName) {
             writer_.key(key);
             writer_.value(members.value(key));
