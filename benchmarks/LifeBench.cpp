@@ -38,7 +38,7 @@ void expect(bool done, const QString& error)
 std::shared_ptr<const hostkit::Mesh> smallMesh()
 {
     static const Model model = bench::buildModel(bench::sphereGrid(1, 1, 1, 100));
-    return model.parts.front().mesh;
+    return model.parts.front().as<hostkit::Mesh>();
 }
 
 std::unique_ptr<MeshVisualization> makePart(OruModifiedGroup& group, const QString& name)
