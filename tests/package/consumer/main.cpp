@@ -16,7 +16,7 @@
 
 namespace {
 
-hostkit::Model model(const QStringList& arguments)
+hostkit::Model modelOf(const QStringList& arguments)
 {
 #ifdef CONSUMES_Import
     hostkit::Progress progress;
@@ -26,7 +26,10 @@ hostkit::Model model(const QStringList& arguments)
     triangle.material.color = Qt::red;
     triangle.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
     triangle.indices = {0, 1, 2};
-    return {arguments.value(0), {hostkit::MeshBuilder::build(triangle, [](float) {})}};
+    hostkit::Model model;
+    model.name = arguments.value(0);
+    model.parts.emplace_back(hostkit::MeshBuilder::build(triangle, [](float) {}));
+    return model;
 #endif
 }
 
@@ -43,7 +46,7 @@ int main(int argc, char** argv)
         return 1;
     }
     OruScene scene{QString(), QString(), QString()};
-    hostkit::ModelParts(scene.render.visualizations).add(model(QGuiApplication::arguments()));
+    hostkit::ModelParts(scene.render.visualizations).add(modelOf(QGuiApplication::arguments()));
     OruSceneEventContext ctx;
     ctx.viewport = OruOglViewport(0, 0, 960, 720);
     ctx.noDraw = true;
