@@ -16,7 +16,7 @@
 
 namespace {
 
-hostkit::Model model(const QStringList& arguments)
+hostkit::Model modelOf(const QStringList& arguments)
 {
 #ifdef CONSUMES_Import
     hostkit::Progress progress;
@@ -46,7 +46,7 @@ int main(int argc, char** argv)
         return 1;
     }
     OruScene scene{QString(), QString(), QString()};
-    hostkit::ModelParts(scene.render.visualizations).add(model(QGuiApplication::arguments()));
+    hostkit::ModelParts(scene.render.visualizations).add(modelOf(QGuiApplication::arguments()));
     OruSceneEventContext ctx;
     ctx.viewport = OruOglViewport(0, 0, 960, 720);
     ctx.noDraw = true;
