@@ -6,6 +6,7 @@
 #include "contracts/ogl/OruOglMeshBuffer.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisViewVolume.h"
+#include "hosts/mesh/MeshEdges.h"
 #include "hosts/mesh/internal/EdgeLines.h"
 
 #include <algorithm>
