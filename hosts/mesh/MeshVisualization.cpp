@@ -9,6 +9,7 @@
 #include "contracts/ogl/OruOglTextureStages.h"
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisViewVolume.h"
+#include "hosts/mesh/MeshEdges.h"
 #include "hosts/mesh/internal/EdgeLines.h"
 #include "hosts/mesh/internal/SurfaceOpacity.h"
 
