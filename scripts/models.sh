@@ -19,7 +19,7 @@ measure() {
     shift
     TIMEFORMAT='%U %S'
     { time timeout 60 "$@" >"$log" 2>&1; } 2>"$work/time" || code=$?
-    awk -v code="$code" 'END { printf "%.2f\t%d", $1 + $2, code }' "$work/time"
+    awk -v code="$code" 'END { printf "%.2f\t%d\n", $1 + $2, code }' "$work/time"
 }
 
 # What the viewer said of the file $1: one line, without the paths.
@@ -75,8 +75,7 @@ if [ "${1:-}" != --inside ]; then
     with_virtual_display "${BASH_SOURCE[0]}" --inside
     exit
 fi
-models=$(dpkg -L assimp-testmodels | grep -m 1 '/models/OBJ$')
-models=${models%/OBJ}
+models=$(dpkg -L assimp-testmodels | sed -n 's|/OBJ$||p')
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 draw_all
