@@ -55,7 +55,6 @@ double ThinVisualization::rim() const
 
 bool ThinVisualization::upload(OruOglMeshBuffer& buffer)
 {
-    widest_ = ThinState::widest(primitive_);
     OruOglMeshArrays arrays;
     arrays.positions = &shape().positions.front().x;
     arrays.normals = shape().normals.empty() ? nullptr : &shape().normals.front().x;
@@ -70,6 +69,9 @@ bool ThinVisualization::upload(OruOglMeshBuffer& buffer)
 
 void ThinVisualization::drawShape(const OruOglMeshBuffer& buffer)
 {
+    if (widest_ == widestOfAll) {
+        widest_ = ThinState::widest(primitive_);
+    }
     const ThinState state(primitive_, drawnWidth(), !shape().normals.empty(),
                           marked.value() ? markGlow : nullptr);
     if (tree_.size() < leastItemsToCull) {
