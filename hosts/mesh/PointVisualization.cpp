@@ -1,12 +1,21 @@
 #include "hosts/mesh/PointVisualization.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace hostkit {
 
 namespace {
 
+/// Of the points of a scan, and of a few, which would be lost to the eye at that size.
 constexpr float usualSize = 3.0f;
+constexpr float sizeOfFew = 7.0f;
+constexpr uint32_t mostFew = 1000;
+
+float firstSize(const PointSet& points)
+{
+    return points.pointCount() > mostFew ? usualSize : sizeOfFew;
+}
 
 } // namespace
 
@@ -15,8 +24,8 @@ const QString PointVisualization::typeString = QStringLiteral("hostkit.points");
 PointVisualization::PointVisualization(OruModifiedGroup& modifiedGroup,
                                        std::shared_ptr<const PointSet> points)
     : ThinVisualization(modifiedGroup,
-                        {Primitive::Points, typeString, QStringLiteral("pointSize"), usualSize}, points,
-                        points->hierarchy.tree(), nullptr)
+                        {Primitive::Points, typeString, QStringLiteral("pointSize"), firstSize(*points)},
+                        points, points->hierarchy.tree(), nullptr)
     , points_(std::move(points))
 {}
 
