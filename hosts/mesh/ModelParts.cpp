@@ -76,7 +76,7 @@ OruVisList& ModelParts::add(const Model& model)
     }
     auto made = std::make_unique<ModelList>(list_.group, model, sceneOrigin(model));
     ModelList& top = *made;
-    top.rename(names_.free(model.name));
+    top.rename(names_.unused(model.name));
     Names names(top);
     fill(top, names, model);
     give(list_, std::move(made));
@@ -98,7 +98,7 @@ void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
 {
     for (const ModelPart& use : node.parts) {
         auto part = made(list, use);
-        part->rename(names.free(use.name.isEmpty() ? use.shape().name : use.name));
+        part->rename(names.unused(use.name.isEmpty() ? use.shape().name : use.name));
         give(list, std::move(part));
     }
     for (const ModelNode& child : node.children) {
@@ -106,7 +106,7 @@ void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
             fill(list, names, child);
             continue;
         }
-        auto below = std::make_unique<PartList>(list.group, names.free(child.name));
+        auto below = std::make_unique<PartList>(list.group, names.unused(child.name));
         Names namesBelow(*below);
         fill(*below, namesBelow, child);
         give(list, std::move(below));
@@ -127,7 +127,7 @@ std::unique_ptr<PartVisualization> ModelParts::made(OruVisList& list, const Mode
     return part;
 }
 
-QString ModelParts::Names::free(const QString& wanted)
+QString ModelParts::Names::unused(const QString& wanted)
 {
     QString name = wanted;
     while (list_.childByName(name)) {

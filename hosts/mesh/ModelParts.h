@@ -56,7 +56,7 @@ private:
         {}
 
         /// `wanted`, or with a number behind it where that is taken.
-        QString free(const QString& wanted);
+        QString unused(const QString& wanted);
 
     private:
         OruVisList& list_;

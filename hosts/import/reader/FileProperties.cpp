@@ -67,7 +67,7 @@ QString find(const aiMetadata* metadata, const QStringList& names)
     for (const QString& name : names) {
         for (unsigned int i = 0; metadata && i < metadata->mNumProperties; ++i) {
             if (QString::fromUtf8(metadata->mKeys[i].C_Str()).toLower() == name) {
-                const QString text = textOf(metadata->mValues[i]).simplified().left(mostCharacters);
+                QString text = textOf(metadata->mValues[i]).simplified().left(mostCharacters);
                 if (!text.isEmpty()) {
                     return text;
                 }

@@ -189,7 +189,7 @@ QImage TextureReader::decoded(const QByteArray& content, const QByteArray& suffi
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    if (const QImage picture = suffix == "tga" ? decodedTga(content) : QImage(); !picture.isNull()) {
+    if (QImage picture = suffix == "tga" ? decodedTga(content) : QImage(); !picture.isNull()) {
         return picture; // nothing in the content says what it is
     }
     QImageReader reader(&buffer);
@@ -227,13 +227,13 @@ QString TextureReader::find(const QString& name)
 {
     // In a URL a blank is "%20"; in a file name that may be what it says.
     for (const QString& path : {name, QUrl::fromPercentEncoding(name.toUtf8())}) {
-        const QString file = fileBelow(home_, path);
+        QString file = fileBelow(home_, path);
         if (!file.isEmpty()) {
             return file;
         }
         const QString base = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
         for (const QDir& folder : folders()) {
-            const QString near = fileBelow(folder, base);
+            QString near = fileBelow(folder, base);
             if (!near.isEmpty()) {
                 return near;
             }

@@ -66,7 +66,7 @@ OruPropertiesLayout::Pointer OruPropertiesLayout::with(const QString& key, const
     if (OruPropertiesLayout* const known = step(key, slot)) {
         return known;
     }
-    const Pointer made(new OruPropertiesLayout(*this, key, slot));
+    Pointer made(new OruPropertiesLayout(*this, key, slot));
     if (keepsStep(key)) {
         steps_.push_back(made);
     } else {
