@@ -7,6 +7,8 @@
 #include "hosts/mesh/PointVisualization.h"
 
 #include <memory>
+#include <stdexcept>
+#include <utility>
 #include <variant>
 
 namespace hostkit {
@@ -47,11 +49,13 @@ void setEdgesBelow(OruProperties& node, const QString& edges)
 }
 
 /// Gives an entry to a list, which owns it from then on.
-void give(OruVisList& list, std::unique_ptr<OruVisualization> entry)
+template <typename Entry>
+Entry& give(OruVisList& list, std::unique_ptr<Entry> entry)
 {
-    if (list.insert(entry.get(), false)) {
-        static_cast<void>(entry.release());
+    if (!list.insert(entry.get(), false)) {
+        throw std::invalid_argument("no name for a part: \"" + entry->name().toStdString() + "\"");
     }
+    return *entry.release();
 }
 
 } // namespace
@@ -75,12 +79,10 @@ OruVisList& ModelParts::add(const Model& model)
         return list_;
     }
     auto made = std::make_unique<ModelList>(list_.group, model, sceneOrigin(model));
-    ModelList& top = *made;
-    top.rename(names_.unused(model.name));
-    Names names(top);
-    fill(top, names, model);
-    give(list_, std::move(made));
-    return top;
+    made->rename(names_.available(model.name));
+    Names names(*made);
+    fill(*made, names, model);
+    return give(list_, std::move(made));
 }
 
 /// That of the models which are there; `first` decides where there is none.
@@ -98,7 +100,7 @@ void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
 {
     for (const ModelPart& use : node.parts) {
         auto part = made(list, use);
-        part->rename(names.unused(use.name.isEmpty() ? use.shape().name : use.name));
+        part->rename(names.available(use.name.isEmpty() ? use.shape().name : use.name));
         give(list, std::move(part));
     }
     for (const ModelNode& child : node.children) {
@@ -106,7 +108,7 @@ void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
             fill(list, names, child);
             continue;
         }
-        auto below = std::make_unique<PartList>(list.group, names.unused(child.name));
+        auto below = std::make_unique<PartList>(list.group, names.available(child.name));
         Names namesBelow(*below);
         fill(*below, namesBelow, child);
         give(list, std::move(below));
@@ -127,11 +129,12 @@ std::unique_ptr<PartVisualization> ModelParts::made(OruVisList& list, const Mode
     return part;
 }
 
-QString ModelParts::Names::unused(const QString& wanted)
+QString ModelParts::Names::available(const QString& wanted)
 {
-    QString name = wanted;
+    const QString step = QString(wanted).replace(QLatin1Char('/'), QLatin1Char('_'));
+    QString name = step;
     while (list_.childByName(name)) {
-        name = QStringLiteral("%1.%2").arg(wanted).arg(++numbers_[wanted] + 1);
+        name = QStringLiteral("%1.%2").arg(step).arg(++numbers_[step] + 1);
     }
     return name;
 }

@@ -55,8 +55,8 @@ private:
             : list_(list)
         {}
 
-        /// `wanted`, or with a number behind it where that is taken.
-        QString unused(const QString& wanted);
+        /// `wanted` with '_' for each '/', and with a number behind it where that is taken.
+        QString available(const QString& wanted);
 
     private:
         OruVisList& list_;

@@ -189,8 +189,10 @@ QImage TextureReader::decoded(const QByteArray& content, const QByteArray& suffi
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    if (QImage picture = suffix == "tga" ? decodedTga(content) : QImage(); !picture.isNull()) {
-        return picture; // nothing in the content says what it is
+    // Nothing in the content says what it is.
+    QImage picture = suffix == "tga" ? decodedTga(content) : QImage();
+    if (!picture.isNull()) {
+        return picture;
     }
     QImageReader reader(&buffer);
     const QByteArray format = reader.canRead() ? reader.format() : QByteArray();
@@ -204,7 +206,7 @@ QImage TextureReader::decoded(const QByteArray& content, const QByteArray& suffi
         reason = QStringLiteral("it is larger than %1 pixels on a side").arg(largest);
         return {};
     }
-    QImage picture = reader.read();
+    picture = reader.read();
     if (picture.isNull()) {
         reason = QStringLiteral("damaged: ") + reader.errorString();
     }
@@ -233,9 +235,9 @@ QString TextureReader::find(const QString& name)
         }
         const QString base = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
         for (const QDir& folder : folders()) {
-            QString near = fileBelow(folder, base);
-            if (!near.isEmpty()) {
-                return near;
+            file = fileBelow(folder, base);
+            if (!file.isEmpty()) {
+                return file;
             }
         }
     }
