@@ -1,6 +1,7 @@
 #include "contracts/core/OruPropertiesFile.h"
 #include "contracts/core/OruPropertyKind.h"
 #include "tests/core/TreeSupport.h"
+#include "tests/support/CpuTime.h"
 #include "tests/support/FullDisk.h"
 
 #include <QFile>
@@ -83,6 +84,7 @@ TEST_F(OruPropertiesFileTest, WritesAFormThatPeopleCanRead)
     root.string().setValue("zoom", 1.1);
     root.string().setValue("pick", 3);
     root.string().setUnit("pick", "px");
+    root.string().setValue("unit", "a name of the file's own goes ahead");
     root.flags = OruProperties::defaultContent;
     root.insert(new Branch(group, "child"), false);
     ASSERT_TRUE(save(root)) << error.toStdString();
@@ -94,6 +96,7 @@ TEST_F(OruPropertiesFileTest, WritesAFormThatPeopleCanRead)
         "type": "branch",
         "flags": 256,
         "values": {
+            "unit": "a name of the file's own goes ahead",
             "pick": {
                 "value": "3",
                 "unit": "px"
@@ -304,6 +307,73 @@ TEST_F(OruPropertiesFileTest, ToleratesAByteOrderMarkAndMissingMembers)
 {
     write("\xEF\xBB\xBF{\"format\": \"kelvar property tree\", \"version\": 1, \"tree\": {}}");
     EXPECT_TRUE(load(root)) << error.toStdString();
+}
+
+/// A member that nobody knows keeps the fast reader off; else the texts are the same.
+TEST_F(OruPropertiesFileTest, BothWaysOfReadingComeToTheSame)
+{
+    const char* const trees[] = {
+        R"("values": {"b": "2", "a": "1", "size": " 3 "}, "flags": 7)",
+        R"("values": {"unit": "u", "name": {"unit": "mm", "value": "\\ \"\n\t/\/"}}, "type": "branch")",
+        R"("values": {"a": "", "\u0061\ud800": "\ufeff"}, "children": [])",
+        R"("values": {"a": "1", "a": "2"}, "flags": 1, "flags": 2)",
+        R"("values": {"a": 1, "b": true, "c": {"value": 0.5}}, "flags": 65536)",
+        "\"values\": {\"\xc3\xa4\": \"\xe2\x82\xac\xf0\x9f\x98\x80 \xef\xbf\xbd\", \"b\": \"raw\ttab\"}",
+        R"("children": [{"name": "leaf", "type": "leaf", "values": {"size": "1"}}, {"type": "odd", "name": "kept",
+            "flags": 3, "values": {"a": {"value": "1", "unit": "m"}, "b": ""}, "children": [{"name": "x"}]}])",
+        R"("children": [{"name": "a", "type": "leaf"}, {"name": "b", "type": "leaf"}, {"name": "a"}])",
+        R"("children": [{"name": "kept", "type": "odd"}, {"name": "kept", "type": "odd"}])",
+        R"("children": [{"name": "leaf", "type": "leaf", "values": {"size": "x"}}])",
+        R"("children": [{"name": "there", "type": "leaf"}])",
+        R"("children": [{"name": "there", "type": "branch"}, {"name": "there"}])",
+        R"("children": [{"name": "a/b"}])",
+        R"("flags": 01)",
+        R"("flags": 1.0)",
+        "\"flags\": \f1",
+    };
+    for (const QByteArray tree : trees) {
+        SCOPED_TRACE(tree.toStdString());
+        std::string answers[2];
+        for (const bool general : {false, true}) {
+            Branch read(group, "root");
+            read.insert(new Branch(group, "there"), false);
+            const QByteArray text =
+                R"({"format": "kelvar property tree", "version": 1, "tree": {"name": "root", )" + tree +
+                (general ? R"(}, "odd": 1})" : R"(}          })");
+            error.clear();
+            const bool good = OruPropertiesFile::load(read, text, "file", &error);
+            QString answer = good ? QString(OruPropertiesFile::text(read)) : error;
+            answers[general] = answer.remove(",\n    \"odd\": 1").toStdString();
+        }
+        EXPECT_EQ(answers[0], answers[1]);
+    }
+}
+
+TEST_F(OruPropertiesFileTest, ANodeCostsTheSameInALargeFileAsInASmallOne)
+{
+    const auto tree = [this](int count, const QString& type) {
+        auto made = std::make_unique<Branch>(group, "root");
+        for (int number = 0; number < count; ++number) {
+            auto* child = new Named(group, QString::number(number));
+            child->setType(type);
+            made->OruProperties::insert(child, false);
+        }
+        return made;
+    };
+    for (const char* type : {"leaf", "nobody makes it"}) {
+        double costs[2];
+        for (const bool large : {false, true}) {
+            const QByteArray text = OruPropertiesFile::text(*tree(large ? 10000 : 1000, type));
+            std::unique_ptr<Branch> read;
+            costs[large] = kelvartest::cpuTime([&] { read = tree(0, type); },
+                                               [&] {
+                                                   OruPropertiesFile::load(*read, text, "file", &error);
+                                                   OruPropertiesFile::load(*read, text, "file", &error);
+                                                   EXPECT_EQ(OruPropertiesFile::text(*read), text);
+                                               });
+        }
+        EXPECT_LT(costs[1] / costs[0], kelvartest::linear) << type;
+    }
 }
 
 TEST_F(OruPropertiesFileTest, FailedSaveLeavesTheFileAlone)

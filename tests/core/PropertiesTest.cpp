@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -169,6 +170,31 @@ TEST_F(OruPropertiesTest, ParentDeletesWhatItOwnsLastFirstAndOrphansMembers)
     EXPECT_EQ(events, (Names{"~parent", "remove parent", "~second", "~first"}));
     EXPECT_EQ(loose.parent(), nullptr);
     EXPECT_TRUE(root.insert(&loose, true));
+}
+
+TEST_F(OruPropertiesTest, ChildrenStayInOrderHoweverTheyComeAndGo)
+{
+    OruProperties parent(group);
+    std::vector<OruProperties*> expected;
+    std::mt19937 random(7);
+    for (int step = 0; step < 20000; ++step) {
+        const std::size_t count = expected.size();
+        if (count < 2 || random() % 100 < (step / 1000 % 2 ? 40 : 60)) {
+            expected.push_back(new Named(group, QString::number(step)));
+            parent.insert(expected.back(), false);
+        } else {
+            const std::size_t places[] = {0, count - 1, random() % count};
+            const auto leaves = expected.begin() + static_cast<std::ptrdiff_t>(places[random() % 3]);
+            EXPECT_TRUE(parent.erase(*leaves));
+            expected.erase(leaves);
+        }
+        ASSERT_EQ(parent.size(), expected.size());
+        for (std::size_t i = random() % 60; i < expected.size() && step % 20 == 0; ++i) {
+            ASSERT_EQ(parent.at(static_cast<unsigned>(i)), expected[i]) << "step " << step;
+            ASSERT_EQ(parent.index(expected[i]), static_cast<int>(i));
+            ASSERT_EQ(parent.childByName(expected[i]->name()), expected[i]);
+        }
+    }
 }
 
 TEST_F(OruPropertiesTest, CopyTakesTheContentAndNotThePlace)

@@ -4,16 +4,21 @@
 #include "contracts/vis/OruVisPickVolume.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "contracts/vis/OruVisViewpoint.h"
+#include "tests/support/CpuTime.h"
 #include "tests/vis/VisStage.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <random>
 #include <set>
 #include <stdexcept>
 #include <typeinfo>
+#include <utility>
+#include <vector>
 
 using namespace kelvartest;
 using Kelvar::Math::BoundingBox;
@@ -330,6 +335,53 @@ TEST_F(OruVisListTest, goes_on_over_what_is_left_when_an_entry_takes_others_out)
     killer.action = [&] { inner.reset(); };
     EXPECT_THAT(frame(list), ElementsAre("update passed", "update killer", "update remover", "update last",
                                          "resize last", "draw3d last", "draw2d last"));
+}
+
+TEST_F(OruVisListTest, knows_a_newcomer_from_the_dead_at_its_address)
+{
+    std::optional<Probe> entry(std::in_place, stage.group, "old", log);
+    list.insert(&*entry, true);
+    EXPECT_THAT(drawn(), ElementsAre("draw3d old"));
+    entry.emplace(stage.group, "new", log);
+    list.insert(&*entry, true);
+    EXPECT_THAT(drawn(), ElementsAre("draw3d new"));
+}
+
+TEST_F(OruVisListTest, loses_its_entries_at_the_same_cost_however_many_there_are)
+{
+    struct Objects
+    {
+        Objects(OruModifiedGroup& group, int count)
+            : list(std::make_unique<OruVisList>(group, "objects"))
+        {
+            for (int number = 0; number < count; ++number) {
+                entries.push_back(&list->child(QString::number(number), "object"));
+            }
+            list->bounds();
+        }
+        std::unique_ptr<OruVisList> list;
+        std::vector<OruProperties*> entries;
+    };
+    const std::pair<const char*, std::function<void(Objects&)>> cases[] = {
+        {"first ones first",
+         [](Objects& all) {
+             std::for_each(all.entries.begin(), all.entries.end(), [&](auto* one) { all.list->erase(one); });
+         }},
+        {"last ones first",
+         [](Objects& all) {
+             std::for_each(all.entries.rbegin(), all.entries.rend(),
+                           [&](auto* one) { all.list->erase(one); });
+         }},
+        {"with the list", [](Objects& all) { all.list.reset(); }},
+    };
+    for (const auto& [what, lose] : cases) {
+        std::optional<Objects> objects;
+        const auto costOf = [&, &lose = lose](int count) {
+            return cpuTime([&] { objects.emplace(stage.group, count); }, [&] { lose(*objects); });
+        };
+        const double few = costOf(4000);
+        EXPECT_LT(costOf(40000) / few, linear) << what;
+    }
 }
 
 TEST_F(OruVisListTest, takes_in_who_comes_during_a_pass_by_update_and_resize)
