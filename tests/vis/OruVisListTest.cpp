@@ -145,6 +145,29 @@ TEST_F(OruVisListTest, reaches_hidden_entries_by_update_and_resize_only)
     EXPECT_EQ(list.bounds(), boxAt(0, 0, 0));
 }
 
+TEST_F(OruVisListTest, reaches_what_others_draw_by_picks_in_3d_only)
+{
+    Probe& shared = add("shared", Reach::UnderPick);
+    shared.setBox(boxAt(0, 0, 0));
+    add("aside", Reach::UnderPick).setBox(boxAt(5, 0, 0));
+    add("nowhere", Reach::UnderPick);
+    const VisStage::Pick pick(stage, QPoint(100, 50), 3);
+    const auto pass = [&] {
+        frame(list);
+        list.select3d(pick);
+        list.select2d(pick);
+        return log;
+    };
+    EXPECT_THAT(pass(), ElementsAre("select3d shared"));
+    EXPECT_EQ(list.bounds(), BoundingBox({-0.1f, -0.1f, -0.1f}, {5.1f, 0.1f, 0.1f}));
+    shared.setReach(Reach::WhenInView);
+    EXPECT_THAT(pass(), ElementsAre("update shared", "resize shared", "draw3d shared", "draw2d shared",
+                                    "select3d shared", "select2d shared"))
+        << "from the next frame on, and prepared";
+    shared.setReach(Reach::UnderPick);
+    EXPECT_THAT(pass(), ElementsAre("select3d shared"));
+}
+
 TEST_F(OruVisListTest, asks_for_bounds_only_where_something_changed)
 {
     OruVisList inner(stage.group, "inner");
@@ -445,5 +468,111 @@ TEST_F(OruVisListTest, reaches_all_that_a_walk_over_all_boxes_would_reach)
             EXPECT_EQ(reached.count("select3d " + std::to_string(i)), window.meets(boxes[i]))
                 << "round " << round << " box " << i;
         }
+    }
+}
+
+namespace {
+
+/// A list under random changes, and what it has to reach by a look at everything.
+struct ChangingListTest : OruVisListTest
+{
+    std::mt19937 random{11};
+    std::vector<BoundingBox> boxes;
+
+    std::size_t one(std::size_t choices) { return random() % choices; }
+    float place() { return static_cast<float>(one(400)) / 100.0f - 2.0f; }
+    BoundingBox box() { return boxAt(place(), place(), place()); }
+    Reach reach()
+    {
+        constexpr Reach reaches[] = {Reach::WhenInView, Reach::WhenInView, Reach::UnderPick, Reach::Always};
+        return reaches[one(4)];
+    }
+
+    void addOne()
+    {
+        boxes.push_back(box());
+        add(std::to_string(boxes.size() - 1).c_str(), reach()).setBox(boxes.back());
+    }
+
+    void change(std::size_t kinds)
+    {
+        const std::size_t i = one(entries.size());
+        const std::function<void()> changes[] = {
+            [&] { entries[i]->visible.setValue(!entries[i]->visible.value()); },
+            [&] { entries[i]->setReach(reach()); },
+            [&] { entries[i]->setBox(boxes[i] = box()); },
+            [&] { entries[i]->setBox(boxes[i] = BoundingBox()); },
+            [&] { list.remove(entries[i].get()); },
+            [&] { addOne(); },
+        };
+        changes[one(kinds)]();
+    }
+
+    /// The numbers of the entries that are in the list and visible.
+    std::vector<std::size_t> shown() const
+    {
+        std::vector<std::size_t> numbers;
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            if (entries[i]->parent() && entries[i]->visible.value()) {
+                numbers.push_back(i);
+            }
+        }
+        return numbers;
+    }
+
+    /// Who is reached with `volume`, in order.
+    Probe::Log expected(const std::string& call, const OruVisViewVolume& volume, bool picked) const
+    {
+        std::vector<std::pair<float, std::size_t>> group;
+        std::vector<std::size_t> all;
+        std::optional<std::size_t> groupPlace;
+        for (const std::size_t i : shown()) {
+            const Reach how = entries[i]->reach();
+            if (how != Reach::Always && boxes[i].defined()) {
+                groupPlace = groupPlace.value_or(all.size());
+                if (volume.meets(boxes[i]) && (picked || how == Reach::WhenInView)) {
+                    group.emplace_back(-boxes[i].max().z, i);
+                }
+            } else if (how != Reach::UnderPick) {
+                all.push_back(i);
+            }
+        }
+        std::sort(group.begin(), group.end());
+        for (std::size_t i = 0; i < group.size(); ++i) {
+            all.insert(all.begin() + static_cast<std::ptrdiff_t>(*groupPlace + i), group[i].second);
+        }
+        Probe::Log calls;
+        for (const std::size_t i : all) {
+            calls.push_back(call + " " + std::to_string(i));
+        }
+        return calls;
+    }
+};
+
+} // namespace
+
+TEST_F(ChangingListTest, reaches_the_same_as_a_look_at_all)
+{
+    for (int i = 0; i < 300; ++i) {
+        addOne();
+    }
+    const OruVisViewVolume view = OruVisViewVolume::ofView(Matrix(), Matrix(), stage.viewport);
+    const VisStage::Pick pick(stage, QPoint(100, 50), 60);
+    for (int round = 0; round < 300; ++round) {
+        // Now and then so many that all are asked again.
+        for (std::size_t left = round % 20 == 0 ? 90 : 1 + one(3); left > 0; --left) {
+            change(round % 3 == 0 ? 6 : 4);
+        }
+        if (one(4) > 0) {
+            ASSERT_EQ(drawn(), expected("draw3d", view, false)) << "round " << round;
+        }
+        log.clear();
+        list.select3d(pick);
+        ASSERT_EQ(log, expected("select3d", OruVisPickVolume(pick).volume(), true)) << "round " << round;
+        BoundingBox all;
+        for (const std::size_t i : shown()) {
+            all.add(boxes[i]);
+        }
+        ASSERT_EQ(list.bounds(), all) << "round " << round;
     }
 }

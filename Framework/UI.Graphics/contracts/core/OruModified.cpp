@@ -30,7 +30,12 @@ void OruModified::touch()
     revision_ = group.nextRevision();
     subtreeRevision_ = revision_;
     // A parent may belong to another group, whose numbers mean nothing here: it counts on by its own.
+    const OruModified* child = this;
     for (OruModified* above = parentRecord_; above; above = above->parentRecord_) {
         above->subtreeRevision_ = above->group.nextRevision();
+        above->noteChange(*child, *this);
+        child = above;
     }
 }
+
+void OruModified::noteChange(const OruModified& /*child*/, const OruModified& /*origin*/) {}

@@ -43,6 +43,12 @@ protected:
 
     OruModified* parentRecord() const { return parentRecord_; }
 
+    /// A change was carried through this node: `origin`, somewhere below it, was touched, and `child` is the
+    /// direct child on the way there. Nothing happens here. The hook for who wants to know what has changed
+    /// without a look at all children; it must change nothing in the tree. Both may be dying, so that nothing
+    /// but their addresses counts.
+    virtual void noteChange(const OruModified& child, const OruModified& origin);
+
     /// Makes `parent` (null: nothing) the record to which changes are carried. Notes no change by itself.
     void setParentRecord(OruModified* parent) { parentRecord_ = parent; }
 

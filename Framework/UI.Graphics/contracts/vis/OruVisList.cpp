@@ -81,7 +81,7 @@ void guarded(Operation operation)
 
 OruVisList::OruVisList(OruModifiedGroup& modifiedGroup, const QString& name)
     : OruVisualization(modifiedGroup, typeString)
-    , reached_(std::make_unique<OruVisReached>(*this))
+    , reached_(std::make_unique<OruVisReached>())
 {
     OruProperties::rename(name);
 }
@@ -203,7 +203,7 @@ void OruVisList::update(const DrawContext& context)
 {
     guarded([&] {
         takeInNewcomers();
-        forEach(reached_->all(), [&](OruVisualization& entry) { entry.update(context); });
+        forEach(reached_->prepared(), [&](OruVisualization& entry) { entry.update(context); });
     });
 }
 
@@ -212,7 +212,7 @@ void OruVisList::resize(const DrawContext& context)
     guarded([&] {
         const Objects newcomers = takeInNewcomers();
         if (forEach(newcomers, [&](OruVisualization& entry) { entry.update(context); })) {
-            forEach(reached_->all(), [&](OruVisualization& entry) { entry.resize(context); });
+            forEach(reached_->prepared(), [&](OruVisualization& entry) { entry.resize(context); });
         }
     });
 }
@@ -225,7 +225,7 @@ void OruVisList::draw3d(const DrawContext& context)
     }
     guarded([&] {
         drawn_ = OruVisViewVolume::ofView(context.modelView, context.projection, context.viewport);
-        OruVisWalk walk(walk_, reached_->inScene(drawn_, context.modelView));
+        OruVisWalk walk(walk_, reached_->drawn(drawn_, context.modelView));
         const auto isReached = [&](const OruVisualization& object) {
             return walk.listLives() && reaches(object);
         };
@@ -247,7 +247,7 @@ OruVisHitRecordList OruVisList::select3d(const SelectContext& context)
     OruVisHitRecordList hits;
     guarded([&] {
         picked_ = OruVisPickVolume(context, rim()).volume();
-        forEach(reached_->inScene(picked_, context.modelView),
+        forEach(reached_->picked(picked_, context.modelView),
                 [&](OruVisualization& entry) { hits.insert(entry.select3d(context)); });
     });
     return hits;
@@ -265,6 +265,16 @@ OruVisHitRecordList OruVisList::select2d(const SelectContext& context)
 BoundingBox OruVisList::bounds() const
 {
     return reached_->bounds();
+}
+
+bool OruVisList::onlyPicked() const
+{
+    return newcomers_.empty() && reached_->onlyPicked();
+}
+
+void OruVisList::noteChange(const OruModified& child, const OruModified& /*origin*/)
+{
+    reached_->noteChange(child);
 }
 
 double OruVisList::rim() const

@@ -26,8 +26,9 @@ class OruVisWalk;
 /// their bounds, in the order of asking where these are equally far, and ahead of all where they are
 /// undefined. Who was destroyed, hidden or taken out in the meantime, or whose list was, is passed over.
 ///
-/// Cost. Looking up a name is O(1). Bounds and hierarchy are remembered until something below the list has
-/// changed; a pass then looks at the entries that the hierarchy gives and at those reached always.
+/// Cost. Looking up a name is O(1). Bounds and hierarchy are remembered, and a change below the list costs a
+/// question to the entry that it lies in and O(log n) in the hierarchy; of a large share of the entries, to
+/// all of them. A pass looks at the entries that the hierarchy gives and at those reached always.
 ///
 /// An exception of an entry passes through. Matrix and attribute stacks are first taken back to the depth
 /// that they had when the list's operation began, so what the entry left pushed goes too.
@@ -77,6 +78,12 @@ public:
     double rim() const override;
 
 protected:
+    /// Nothing in it is reached but by select3d() (Reach::UnderPick), so that there is nothing that other
+    /// passes of this list could do.
+    bool onlyPicked() const;
+
+    void noteChange(const OruModified& child, const OruModified& origin) override;
+
     OruProperties* makeChild(const QString& name, const QString& type) override;
 
 private:

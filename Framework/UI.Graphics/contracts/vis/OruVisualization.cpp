@@ -101,6 +101,11 @@ double OruVisualization::rim() const
     return 0.0;
 }
 
+OruVisualization::Reach OruVisualization::reach() const
+{
+    return reach_;
+}
+
 void OruVisualization::setReach(Reach reach)
 {
     if (reach_ != reach) {

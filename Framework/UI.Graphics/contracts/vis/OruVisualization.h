@@ -17,6 +17,8 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 
 class IOruVisPropertyEdit;
@@ -25,6 +27,7 @@ class OruOglGeometry;
 class OruOglText;
 class OruResource;
 class OruVisDeferred;
+class OruVisReached;
 
 /// A node of the property tree that can be drawn and picked.
 ///
@@ -113,7 +116,11 @@ public:
         /// in 3D, opaque or deferred, and keep what they may draw in 2D within their bounds as seen on the
         /// screen. Such entries are drawn nearest first. While its bounds are undefined an entry is reached
         /// always.
-        WhenInView
+        WhenInView,
+        /// Only by select3d(), when the entry's bounds meet the pick window. For objects that someone else
+        /// draws and that have nothing to prepare: no update(), no resize(), no pass that draws, none in 2D.
+        /// While its bounds are undefined such an entry is not reached at all.
+        UnderPick
     };
 
     /// A node on `modifiedGroup` whose type and first name are `typeText`.
@@ -129,7 +136,9 @@ public:
     /// What the hit names of this object mean.
     QHash<unsigned int, OruVisHitProperty> hitProperties;
 
-    Reach reach() const { return reach_; }
+    /// As setReach() wants it. It may change only together with a change of the node or of one below it,
+    /// since lists remember it.
+    virtual Reach reach() const;
 
 private:
     virtual void reservedFirst();
@@ -178,6 +187,10 @@ protected:
     void boundsChanged();
 
 private:
+    friend class OruVisReached;
+
     OruModifiedWatcher watcher_;
     Reach reach_ = Reach::Always;
+    /// Where the list that reaches it keeps it.
+    std::uint32_t placeInList_ = std::numeric_limits<std::uint32_t>::max();
 };

@@ -3,9 +3,9 @@
 #include "contracts/core/OruModified.h"
 #include "contracts/core/OruProperties.h"
 #include "contracts/math/Vector3.h"
-#include "contracts/vis/OruVisualization.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -13,6 +13,11 @@ namespace {
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
+
+/// Of more changes than this, and than an entry in so many, a look at all entries costs no more than one at
+/// each.
+constexpr std::size_t fewChanges = 64;
+constexpr std::size_t entriesPerChange = 16;
 
 bool finite(const BoundingBox& box)
 {
@@ -32,30 +37,66 @@ double viewDistance(const BoundingBox& box, const Matrix& modelView)
     return -toEye;
 }
 
-} // namespace
+/// Makes `index` one of the indices, or none of them.
+void setMember(std::vector<std::uint32_t>& indices, std::uint32_t index, bool member)
+{
+    const auto place = std::lower_bound(indices.begin(), indices.end(), index);
+    const bool present = place != indices.end() && *place == index;
+    if (member && !present) {
+        indices.insert(place, index);
+    } else if (!member && present) {
+        indices.erase(place);
+    }
+}
 
-OruVisReached::OruVisReached(const OruModified& list)
-    : content_(list)
-{}
+} // namespace
 
 void OruVisReached::append(OruVisualization* entry)
 {
     if (removed_.contains(entry)) {
         takeOutRemoved(); // the one that was there before
     }
-    constexpr std::uint64_t neverAsked = 0;
-    entries_.push_back(Entry{entry, neverAsked, BoundingBox(), 0.0, 0, false, false});
-    entriesStale_ = true;
-    boundsStale_ = true;
-    orderStale_ = true;
+    const auto index = static_cast<Index>(entries_.size());
+    entries_.emplace_back(entry);
+    entry->placeInList_ = index;
+    prepared_.push_back(index);
+    hierarchyStale_ = true;
+    staleAll();
 }
 
 void OruVisReached::remove(const OruProperties* entry)
 {
     removed_.insert(entry);
-    entriesStale_ = true;
-    boundsStale_ = true;
-    orderStale_ = true;
+    hierarchyStale_ = true;
+    staleAll();
+}
+
+void OruVisReached::staleAll()
+{
+    allStale_ = true;
+    reachesKnown_ = false;
+    stale_.clear();
+}
+
+void OruVisReached::noteChange(const OruModified& entry)
+{
+    if (allStale_) {
+        reachesKnown_ = false;
+        return;
+    }
+    if (stale_.empty() || stale_.back() != &entry) {
+        stale_.push_back(&entry);
+    }
+    if (stale_.size() > std::max(fewChanges, entries_.size() / entriesPerChange)) {
+        staleAll();
+    }
+}
+
+/// What is in stale_ may be a newcomer of the list, which is no entry yet.
+bool OruVisReached::holds(const OruModified* entry) const
+{
+    const Index index = static_cast<const OruVisualization*>(entry)->placeInList_;
+    return index < entries_.size() && entries_[index].object == entry;
 }
 
 /// All at once: one by one it would cost a look through the list each time.
@@ -68,170 +109,276 @@ void OruVisReached::takeOutRemoved()
                                   [this](const Entry& entry) { return removed_.contains(entry.object); }),
                    entries_.end());
     removed_.clear();
+    prepared_.clear();
+    for (Index index = 0; index < entries_.size(); ++index) {
+        entries_[index].object->placeInList_ = index;
+        if (entries_[index].reach != Reach::UnderPick) {
+            prepared_.push_back(index);
+        }
+    }
 }
 
-OruVisReached::Objects OruVisReached::all()
+/// So that who is no more reached only under a pick is prepared before it is drawn. Its box is asked later,
+/// when it is prepared.
+void OruVisReached::askReaches()
 {
     takeOutRemoved();
+    if (!allStale_) {
+        for (const OruModified* const entry : stale_) {
+            if (holds(entry)) {
+                askReach(static_cast<const OruVisualization*>(entry)->placeInList_);
+            }
+        }
+        return;
+    }
+    if (reachesKnown_) {
+        return;
+    }
+    prepared_.clear();
+    for (Index index = 0; index < entries_.size(); ++index) {
+        entries_[index].reach = entries_[index].object->reach();
+        if (entries_[index].reach != Reach::UnderPick) {
+            prepared_.push_back(index);
+        }
+    }
+    reachesKnown_ = true;
+}
+
+void OruVisReached::askReach(Index index)
+{
+    Entry& entry = entries_[index];
+    const Reach before = std::exchange(entry.reach, entry.object->reach());
+    if ((before == Reach::UnderPick) != (entry.reach == Reach::UnderPick)) {
+        setMember(prepared_, index, entry.reach != Reach::UnderPick);
+    }
+}
+
+OruVisReached::Objects OruVisReached::prepared()
+{
+    askReaches();
     Objects objects;
-    objects.reserve(entries_.size());
-    for (const Entry& entry : entries_) {
-        objects.push_back(entry.object);
+    objects.reserve(prepared_.size());
+    for (const Index index : prepared_) {
+        objects.push_back(entries_[index].object);
     }
     return objects;
+}
+
+bool OruVisReached::onlyPicked()
+{
+    askReaches();
+    return prepared_.empty();
 }
 
 const BoundingBox& OruVisReached::bounds()
 {
     refresh();
+    if (boundsStale_) {
+        rebuildBounds();
+    }
     return bounds_;
 }
 
 double OruVisReached::rim()
 {
     refresh();
+    if (rimStale_) {
+        rebuildRim();
+    }
     return rim_;
 }
 
-OruVisReached::Indices OruVisReached::groupIn(const OruVisViewVolume& volume) const
-{
-    Indices found;
-    hierarchy_.collect(volume, found);
-    for (std::uint32_t& index : found) {
-        index = group_[index];
-    }
-    return found;
-}
-
-OruVisReached::Objects OruVisReached::inScene(const OruVisViewVolume& volume, const Matrix& modelView)
+OruVisReached::Objects OruVisReached::drawn(const OruVisViewVolume& volume, const Matrix& modelView)
 {
     refresh();
-    std::vector<std::pair<double, std::uint32_t>> inView;
-    for (const std::uint32_t index : groupIn(volume)) {
-        inView.emplace_back(viewDistance(entries_[index].box, modelView), index);
+    Indices inView;
+    if (!prepared_.empty()) {
+        readyHierarchy();
+        hierarchy_.collectMarked(volume, inView);
     }
-    std::sort(inView.begin(), inView.end());
+    return inOrder(inView, modelView);
+}
+
+OruVisReached::Objects OruVisReached::picked(const OruVisViewVolume& volume, const Matrix& modelView)
+{
+    refresh();
+    readyHierarchy();
+    Indices inView;
+    hierarchy_.collect(volume, inView);
+    return inOrder(inView, modelView);
+}
+
+OruVisReached::Objects OruVisReached::inOrder(const Indices& inView, const Matrix& modelView) const
+{
+    std::vector<std::pair<double, Index>> byDistance;
+    byDistance.reserve(inView.size());
+    for (const Index index : inView) {
+        byDistance.emplace_back(viewDistance(entries_[index].box, modelView), index);
+    }
+    std::sort(byDistance.begin(), byDistance.end());
 
     Objects objects;
-    objects.reserve(ahead_.size() + inView.size() + behind_.size());
-    const auto take = [&](std::uint32_t index) { objects.push_back(entries_[index].object); };
-    std::for_each(ahead_.begin(), ahead_.end(), take);
-    for (const auto& [distance, index] : inView) {
+    objects.reserve(always_.size() + inView.size());
+    const auto take = [&](Index index) { objects.push_back(entries_[index].object); };
+    const auto behind = std::lower_bound(always_.begin(), always_.end(), firstGrouped_);
+    std::for_each(always_.begin(), behind, take);
+    for (const auto& [distance, index] : byDistance) {
         take(index);
     }
-    std::for_each(behind_.begin(), behind_.end(), take);
+    std::for_each(behind, always_.end(), take);
     return objects;
 }
 
 OruVisReached::Objects OruVisReached::inFront(const OruVisViewVolume& volume)
 {
     refresh();
-    Indices reached = groupIn(volume);
-    reached.insert(reached.end(), ahead_.begin(), ahead_.end());
-    reached.insert(reached.end(), behind_.begin(), behind_.end());
-    std::sort(reached.begin(), reached.end(), [this](std::uint32_t a, std::uint32_t b) {
+    Indices reached = always_;
+    if (!prepared_.empty()) {
+        readyHierarchy();
+        hierarchy_.collectMarked(volume, reached);
+    }
+    std::sort(reached.begin(), reached.end(), [this](Index a, Index b) {
         return std::make_pair(entries_[a].order, a) < std::make_pair(entries_[b].order, b);
     });
     Objects objects;
     objects.reserve(reached.size());
-    for (const std::uint32_t index : reached) {
+    for (const Index index : reached) {
         objects.push_back(entries_[index].object);
     }
     return objects;
 }
 
+/// Each question is off the list once it is answered, so that an entry whose bounds() threw is asked again.
 void OruVisReached::refresh()
 {
-    if (content_.modified()) {
-        entriesStale_ = true;
-        content_.reset();
-    }
-    if (!entriesStale_) {
+    askReaches();
+    if (allStale_) {
+        refreshAll();
         return;
     }
-    takeOutRemoved();
-    for (Entry& entry : entries_) {
-        refreshEntry(entry);
+    while (!stale_.empty()) {
+        if (holds(stale_.back())) {
+            refreshOne(static_cast<const OruVisualization*>(stale_.back())->placeInList_);
+        }
+        stale_.pop_back();
     }
-    if (boundsStale_) {
-        rebuildBounds();
-    }
-    if (orderStale_) {
-        rebuildOrder();
-    }
-    if (movedBoxes_ > 0) {
-        updateHierarchy();
-    }
-    // Only now, so that an entry whose bounds() threw is asked again.
-    entriesStale_ = false;
 }
 
-void OruVisReached::refreshEntry(Entry& entry)
+void OruVisReached::refreshAll()
 {
-    const OruVisualization& object = *entry.object;
-    if (entry.revision == object.subtreeRevision()) {
-        return;
+    Indices always;
+    std::size_t changed = 0;
+    auto firstGrouped = static_cast<Index>(entries_.size());
+    for (Index index = 0; index < entries_.size(); ++index) {
+        if (entries_[index].revision != entries_[index].object->subtreeRevision()) {
+            const Entry before = std::exchange(entries_[index], asked(entries_[index]));
+            changed += before.box != entries_[index].box ? 1 : 0;
+        }
+        if (entries_[index].always) {
+            always.push_back(index);
+        } else if (entries_[index].grouped) {
+            firstGrouped = std::min(firstGrouped, index);
+        }
     }
-    Entry now{entry.object, object.subtreeRevision(), BoundingBox(), 0.0, object.drawOrder(), false, false};
-    now.visible = object.visible.value();
-    if (now.visible) {
-        now.box = object.bounds();
-        now.rim = object.rim();
+    always_ = std::move(always);
+    firstGrouped_ = firstGrouped;
+    boundsStale_ = true;
+    rimStale_ = true;
+    allStale_ = false;
+    if (!hierarchyStale_) {
+        hierarchy_.refit(objects());
+        refits_ += changed;
     }
-    const bool onlyInView = object.reach() == OruVisualization::Reach::WhenInView;
-    now.grouped = now.visible && onlyInView && now.box.defined() && finite(now.box);
-    boundsStale_ = boundsStale_ || now.box != entry.box || now.rim != entry.rim;
-    orderStale_ = orderStale_ || now.visible != entry.visible || now.grouped != entry.grouped;
-    if (now.grouped && now.box != entry.box) {
-        ++movedBoxes_;
+}
+
+void OruVisReached::refreshOne(Index index)
+{
+    // It is wanted at the next pass anyway, and without it each change would cost a look at all boxes.
+    readyHierarchy();
+    Entry& entry = entries_[index];
+    const Entry before = std::exchange(entry, asked(entry));
+    if (before.always != entry.always) {
+        setMember(always_, index, entry.always);
     }
-    entry = now;
+    if (before.grouped != entry.grouped) {
+        updateFirstGrouped(index);
+    }
+    boundsStale_ = boundsStale_ || before.box != entry.box;
+    rimStale_ = rimStale_ || before.rim != entry.rim;
+    hierarchy_.set(index, objectOf(entry));
+    refits_ += before.box != entry.box ? 1 : 0;
+}
+
+/// What an entry says of itself now. Its reach has been asked already.
+OruVisReached::Entry OruVisReached::asked(const Entry& before) const
+{
+    const OruVisualization& object = *before.object;
+    Entry now(before.object);
+    now.revision = object.subtreeRevision();
+    now.reach = before.reach;
+    now.order = object.drawOrder();
+    if (!object.visible.value()) {
+        return now;
+    }
+    now.box = object.bounds();
+    now.rim = object.rim();
+    now.grouped = now.reach != Reach::Always && now.box.defined() && finite(now.box);
+    now.always = !now.grouped && now.reach != Reach::UnderPick;
+    return now;
+}
+
+OruVisHierarchy::Object OruVisReached::objectOf(const Entry& entry)
+{
+    return {entry.grouped ? entry.box : BoundingBox(), entry.grouped && entry.reach == Reach::WhenInView};
+}
+
+void OruVisReached::updateFirstGrouped(Index index)
+{
+    firstGrouped_ = std::min(firstGrouped_, index);
+    while (firstGrouped_ < entries_.size() && !entries_[firstGrouped_].grouped) {
+        ++firstGrouped_;
+    }
 }
 
 void OruVisReached::rebuildBounds()
 {
     bounds_ = BoundingBox();
-    rim_ = 0.0;
-    for (const Entry& entry : entries_) {
-        bounds_.add(entry.box);
-        rim_ = std::max(rim_, entry.rim);
+    if (hierarchyStale_) {
+        for (const Entry& entry : entries_) {
+            bounds_.add(entry.box);
+        }
+    } else {
+        bounds_ = hierarchy_.bounds();
+        for (const Index index : always_) {
+            bounds_.add(entries_[index].box);
+        }
     }
     boundsStale_ = false;
 }
 
-void OruVisReached::rebuildOrder()
+void OruVisReached::rebuildRim()
 {
-    ahead_.clear();
-    behind_.clear();
-    group_.clear();
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-        const auto index = static_cast<std::uint32_t>(i);
-        if (entries_[i].grouped) {
-            group_.push_back(index);
-        } else if (entries_[i].visible) {
-            (group_.empty() ? ahead_ : behind_).push_back(index);
-        }
+    rim_ = 0.0;
+    for (const Entry& entry : entries_) {
+        rim_ = std::max(rim_, entry.rim);
     }
-    orderStale_ = false;
-    // Another group has another hierarchy.
-    refits_ = group_.size() + 1;
-    movedBoxes_ = 1;
+    rimStale_ = false;
 }
 
-void OruVisReached::updateHierarchy()
+/// Once as many boxes changed as there are, the tree is as loose as it may get.
+void OruVisReached::readyHierarchy()
 {
-    std::vector<BoundingBox> boxes;
-    boxes.reserve(group_.size());
-    for (const std::uint32_t index : group_) {
-        boxes.push_back(entries_[index].box);
-    }
-    refits_ += movedBoxes_;
-    movedBoxes_ = 0;
-    // Once as many boxes moved as there are, the tree is as loose as it may get.
-    if (refits_ > group_.size()) {
-        hierarchy_.build(boxes);
+    if (hierarchyStale_ || refits_ > entries_.size()) {
+        hierarchy_.build(objects());
+        hierarchyStale_ = false;
         refits_ = 0;
-    } else {
-        hierarchy_.refit(boxes);
     }
+}
+
+std::vector<OruVisHierarchy::Object> OruVisReached::objects() const
+{
+    std::vector<OruVisHierarchy::Object> objects;
+    objects.reserve(entries_.size());
+    std::transform(entries_.begin(), entries_.end(), std::back_inserter(objects), objectOf);
+    return objects;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "contracts/core/OruModifiedWatcher.h"
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Matrix.h"
 #include "contracts/vis/OruVisHierarchy.h"
 #include "contracts/vis/OruVisViewVolume.h"
+#include "contracts/vis/OruVisualization.h"
 
 #include <QSet>
 
@@ -12,29 +12,32 @@
 #include <cstdint>
 #include <vector>
 
+class OruModified;
 class OruProperties;
-class OruVisualization;
 
 /// What the passes of a list reach: its entries, what was last asked of each, the union of their boxes, and a
-/// hierarchy over the boxes of those that are reached only in view.
+/// hierarchy over the boxes of those that are reached only in view or under a pick.
 ///
-/// It asks an entry again once that, or something below it, has changed: each question first costs one
-/// comparison for the whole list. Entries are borrowed; their addresses are read only by the questions.
+/// It asks an entry again once that, or something below it, has changed, and only those that did, unless they
+/// are many. Entries are borrowed; their addresses are read only by the questions.
 class OruVisReached
 {
 public:
     using Objects = std::vector<OruVisualization*>;
-
-    /// For the entries of `list`, which outlives this object.
-    explicit OruVisReached(const OruModified& list);
 
     void append(OruVisualization* entry);
 
     /// Takes an entry out, in O(1); it may be dying. Nothing happens for an object that is none.
     void remove(const OruProperties* entry);
 
-    /// All entries in list order, hidden ones too.
-    Objects all();
+    /// An entry, or something below it, has changed: O(1). Nothing happens for an object that is none.
+    void noteChange(const OruModified& entry);
+
+    /// The entries in list order, hidden ones too, without those that are reached only under a pick.
+    Objects prepared();
+
+    /// All entries are reached only under a pick.
+    bool onlyPicked();
 
     /// The union of the boxes of the visible entries; undefined if none has any.
     const Kelvar::Math::BoundingBox& bounds();
@@ -42,62 +45,90 @@ public:
     /// The widest rim of the visible entries: what a volume has to reach further so that none is missed.
     double rim();
 
-    /// The visible entries in the order of a 3D pass: list order, but those that are reached only in view
-    /// form one group at the place of the first of them, nearest first, without those outside of `volume`.
-    Objects inScene(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView);
+    /// The visible entries in the order of a 3D pass that draws: list order, but those that are reached only
+    /// in view form one group at the place of the first of them, nearest first, without those outside of
+    /// `volume`.
+    Objects drawn(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView);
+
+    /// The same for a pass that picks. Those that are reached only under a pick belong to the group.
+    Objects picked(const OruVisViewVolume& volume, const Kelvar::Math::Matrix& modelView);
 
     /// The visible entries in the order of a 2D pass: drawOrder(), then list order. Of the group only those
     /// in `volume`.
     Objects inFront(const OruVisViewVolume& volume);
 
 private:
-    /// What was last asked of an entry, and when.
+    using Index = std::uint32_t;
+    /// Indices into entries_, in ascending order.
+    using Indices = std::vector<Index>;
+    using Reach = OruVisualization::Reach;
+
+    /// What was last asked of an entry.
     struct Entry
     {
+        explicit Entry(OruVisualization* entry)
+            : object(entry)
+        {}
+
         OruVisualization* object;
-        std::uint64_t revision;
+        /// Of the entry and what is below it when it was asked; 0: never.
+        std::uint64_t revision = 0;
         /// Undefined for a hidden entry.
         Kelvar::Math::BoundingBox box;
-        double rim;
-        int order;
-        bool visible;
-        /// One of the group that is reached only in view.
-        bool grouped;
+        double rim = 0.0;
+        int order = 0;
+        Reach reach = Reach::Always;
+        /// Visible, and reached by all passes.
+        bool always = false;
+        /// Visible, and one of the group: found by the hierarchy.
+        bool grouped = false;
     };
-    /// Indices into entries_.
-    using Indices = std::vector<std::uint32_t>;
 
+    void staleAll();
+    bool holds(const OruModified* entry) const;
     void takeOutRemoved();
+    void askReaches();
+    void askReach(Index index);
     void refresh();
-    void refreshEntry(Entry& entry);
+    void refreshAll();
+    void refreshOne(Index index);
+    Entry asked(const Entry& before) const;
+    static OruVisHierarchy::Object objectOf(const Entry& entry);
+    void updateFirstGrouped(Index index);
     void rebuildBounds();
-    void rebuildOrder();
-    void updateHierarchy();
-    Indices groupIn(const OruVisViewVolume& volume) const;
+    void rebuildRim();
+    void readyHierarchy();
+    std::vector<OruVisHierarchy::Object> objects() const;
+    Objects inOrder(const Indices& inView, const Kelvar::Math::Matrix& modelView) const;
 
     std::vector<Entry> entries_;
     /// Entries that are still in entries_ and no more in the list. They may be dead: nothing but their
     /// addresses counts.
     QSet<const OruProperties*> removed_;
-    OruModifiedWatcher content_;
 
-    /// An entry may have changed since it was asked.
-    bool entriesStale_ = true;
-    /// bounds_ is the union of other boxes than those of the entries.
+    /// Entries that may have changed since they were asked, all of them alive; some more than once, and among
+    /// them what is no entry.
+    std::vector<const OruModified*> stale_;
+    /// Any entry may have changed; stale_ is empty then.
+    bool allStale_ = true;
+    /// As long as allStale_: they were asked for their reach since.
+    bool reachesKnown_ = false;
+    /// bounds_ is the union of other boxes, rim_ the widest of other rims.
     bool boundsStale_ = true;
-    /// ahead_, group_ and behind_ are those of other entries.
-    bool orderStale_ = true;
-    /// Boxes of the group that the hierarchy does not know yet.
-    std::size_t movedBoxes_ = 0;
+    bool rimStale_ = true;
 
     Kelvar::Math::BoundingBox bounds_;
     double rim_ = 0.0;
-    /// Visible entries that every pass reaches: those ahead of the group's place in the list, and the others.
-    Indices ahead_;
-    Indices behind_;
-    Indices group_;
-    /// Over the boxes of group_, in its order.
+    /// Those that are not only reached under a pick.
+    Indices prepared_;
+    Indices always_;
+    /// The group's place; the number of entries while there is none.
+    Index firstGrouped_ = 0;
+
+    /// Over the boxes of the group, with a mark on those that are drawn.
     OruVisHierarchy hierarchy_;
-    /// Boxes that moved since the hierarchy was built.
+    /// Boxes that changed since the hierarchy was built.
     std::size_t refits_ = 0;
+    /// It is that of other entries.
+    bool hierarchyStale_ = true;
 };
