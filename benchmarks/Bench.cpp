@@ -2,6 +2,7 @@
 
 #include "hosts/host/GlPlatform.h"
 
+#include <QProcess>
 #include <QStringList>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <malloc.h>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 namespace bench {
@@ -55,6 +57,22 @@ double medianRatio(const Costs& costs, const Costs& base, double Cost::*part)
         values.push_back(costs[i].*part / base[i].*part);
     }
     return median(std::move(values));
+}
+
+std::vector<double> runAlone(const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(QGuiApplication::applicationFilePath(), arguments);
+    process.waitForFinished(-1);
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        throw std::runtime_error("a program of its own has failed: " + arguments.join(' ').toStdString());
+    }
+    std::vector<double> numbers;
+    for (const QByteArray& word : process.readAllStandardOutput().simplified().split(' ')) {
+        numbers.push_back(word.toDouble());
+    }
+    return numbers;
 }
 
 void report(const QString& name, double value, const QString& unit, const QString& aim)

@@ -58,6 +58,10 @@ void report(const QString& name, double value, const QString& unit, const QStrin
 /// The figures of one comparison with the bare program: its wall time, and both ratios to it.
 void reportRatios(const QString& name, const Costs& costs, const Costs& bare, const QString& aim);
 
+/// Starts this program once more, with other arguments, and gives the numbers that it prints: for what only
+/// a process of its own can tell. Throws if it fails.
+std::vector<double> runAlone(const QStringList& arguments);
+
 /// Most memory that this process had since the start, or since the last forgetPeak, in MB of 10^6 bytes.
 double peakMemory();
 void forgetPeak();

@@ -9,7 +9,9 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 
+#include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -87,15 +89,61 @@ void compareSamples(const QString& name, const QString& engineFile)
                   QStringLiteral("of %1 captures").arg(samples), QStringLiteral("<= 1.0"));
 }
 
+/// One side in its own process: prints what its first capture takes and what a later one does, wall and
+/// processor time of each.
+void runSide(const QString& side, const QString& name, const QString& engineFile)
+{
+    const Model model = bench::buildModel(bench::makeScene(name, engineFile).arrays);
+    HostScene host{QString(), QString(), QString()};
+    bench::BareProgram bare;
+    bench::show(host, model);
+    bench::Work capture = [&] { makePicture(host); };
+    if (side == QLatin1String("bare")) {
+        bare.add(model);
+        bare.draw(host.context().modelView, host.context().projection, bench::frameSize());
+        capture = [&] { bareCapture(bare, host.context()); };
+    }
+    const bench::Cost first = bench::measure(capture);
+    const bench::Cost later = bench::measure(capture);
+    std::printf("%f %f %f %f\n", first.wall, first.processor, later.wall, later.processor);
+}
+
+/// What a process pays once: memory for the picture, and what the driver compiles for it.
+void compareFirstCaptures(const QString& name, const QString& engineFile)
+{
+    bench::Costs first[2];
+    bench::Costs later[2];
+    for (int round = 0; round < 5; ++round) {
+        for (const int side : {0, 1}) {
+            const auto numbers =
+                bench::runAlone({engineFile, QString::fromLatin1(side == 0 ? "bare" : "scene"), name});
+            first[side].push_back({numbers.at(0), numbers.at(1), 0.0});
+            later[side].push_back({numbers.at(2), numbers.at(3), 0.0});
+        }
+    }
+    const QString figure = name + QStringLiteral(": first capture");
+    bench::reportRatios(figure, first[1], first[0], QStringLiteral("<= 1.1"));
+    for (const auto& [who, side] : {std::pair(QStringLiteral(", bare"), 0), std::pair(QString(), 1)}) {
+        bench::report(figure + who + QStringLiteral(", wall"),
+                      bench::medianRatio(first[side], later[side], &bench::Cost::wall),
+                      QStringLiteral("of a later one"));
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     return bench::run(argc, argv, [](const QStringList& arguments) {
         const hostkit::OffscreenView view(bench::frameSize());
+        if (arguments.size() == 3) {
+            runSide(arguments[1], arguments[2], arguments[0]);
+            return;
+        }
         for (const QString& name : bench::sceneNames()) {
             compareCaptures(name, arguments.value(0));
             compareSamples(name, arguments.value(0));
+            compareFirstCaptures(name, arguments.value(0));
         }
     });
 }

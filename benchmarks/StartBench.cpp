@@ -8,11 +8,10 @@
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 
-#include <QProcess>
 #include <QStringList>
 
 #include <cstdio>
-#include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -77,15 +76,8 @@ void runSide(const QString& side, const QString& scene, const QString& engineFil
 
 Start start(const QStringList& arguments)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(QGuiApplication::applicationFilePath(), arguments);
-    process.waitForFinished(-1);
-    const QList<QByteArray> words = process.readAllStandardOutput().simplified().split(' ');
-    if (process.exitCode() != 0 || words.size() != 3) {
-        throw std::runtime_error("a side has failed");
-    }
-    return {{words[0].toDouble(), words[1].toDouble(), 0.0}, words[2].toDouble()};
+    const std::vector<double> numbers = bench::runAlone(arguments);
+    return {{numbers.at(0), numbers.at(1), 0.0}, numbers.at(2)};
 }
 
 void compareStarts(const QString& scene, const QString& engineFile)
