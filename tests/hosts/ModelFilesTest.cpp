@@ -229,6 +229,57 @@ TEST(ModelFiles, GiveLinesAndPointsToo)
     }
 }
 
+TEST(ModelFiles, OfManyObjectsHoldWhatThoseOfFewDo)
+{
+    const struct
+    {
+        const char* what;
+        const char* head;
+        const char* tail;
+    } rows[] = {
+        {"new names", "", "o a\nf 1 2 3\no b\nf 1 2 3\nf 2 1 3\n"},
+        {"a name again", "o a\nf 1 2 3\n", "o b\nf 1 2 3\no a\nf 2 1 3\n"},
+        {"names of two words", "", "o a 1\nf 1 2 3\no a 2\nf 2 1 3\n"},
+        {"a blank at the end", "", "o a \nf 1 2 3\no a\nf 2 1 3\n"},
+        {"no name", "", "o a\nf 1 2 3\no\nf 2 1 3\n"},
+        {"groups", "", "o a\nf 1 2 3\ng a\nf 1 2 3\n"},
+        {"no object at first", "f 1 2 3\n", "o defaultobject\nf 2 1 3\n"},
+        {"lines that go on", "", "o a\\\nb\nf 1 2 3\no c\nf 1 2 3\no ab\nf 2 1 3\n"},
+        {"other ends of lines", "", "o b\r\nf 1 2 3\ro a\rf 1 2 3\r\no a\nf 2 1 3\n"},
+    };
+    for (const auto& row : rows) {
+        // Names and triangles.
+        std::vector<std::pair<QString, std::size_t>> parts[2];
+        for (const int others : {1, 2000}) {
+            const QTemporaryDir folder;
+            QByteArray content = QByteArray("v 0 0 0\nv 1 0 0\nv 0 1 0\n") + row.head;
+            for (int i = 0; i < others; ++i) {
+                content += "o other" + QByteArray::number(i) + "\nf 1 2 3\n";
+            }
+            const ModelSource model = source(writtenFile(folder, "m.obj", content + row.tail));
+            for (const ModelSource::Use& use : model.uses) {
+                if (!use.name.startsWith("other")) {
+                    const std::size_t corners = model.meshes.at(use.mesh).indices.size();
+                    parts[others > 1 ? 1 : 0].emplace_back(use.name, corners / 3);
+                }
+            }
+        }
+        EXPECT_FALSE(parts[0].empty()) << row.what;
+        EXPECT_EQ(parts[0], parts[1]) << row.what;
+    }
+}
+
+TEST(ModelFiles, OfAHundredThousandObjectsTakeNoMoreThanTheirTime)
+{
+    constexpr int count = 100000;
+    QByteArray content = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    for (int i = 0; i < count; ++i) {
+        content += "o part" + QByteArray::number(i) + "\nf 1 2 3\n";
+    }
+    const QTemporaryDir folder;
+    EXPECT_EQ(source(writtenFile(folder, "m.obj", content)).uses.size(), std::size_t(count));
+}
+
 TEST(ModelFiles, FindTheirPicturesWhereverTheirMakerHadThem)
 {
     const struct
