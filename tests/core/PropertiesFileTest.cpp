@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 
 namespace {
@@ -157,6 +158,58 @@ TEST_F(OruPropertiesFileTest, ValuesKeepEveryDigit)
         Branch copy(group, "root");
         ASSERT_TRUE(load(copy)) << error.toStdString();
         EXPECT_EQ(textOf(copy, "key"), QString(text));
+    }
+}
+
+TEST_F(OruPropertiesFileTest, WhatAHostStoresOutsideItsKindIsLeftOutAndTheFileLoads)
+{
+    static constexpr OruPropertyKind numbers = OruPropertyKind::of<double>();
+    static constexpr OruPropertyKind flags = OruPropertyKind::of<bool>();
+    auto* child = new Branch(group, "child");
+    root.insert(child, false);
+    root.string().setKind("flag", flags);
+    root.string().setValue("flag", true);
+    child->string().setKind("size", sizes);
+    child->string().setKind("ratio", numbers);
+    child->string().setValue("good", "kept");
+    const auto saveAndLoad = [&](const QString& line) {
+        testing::internal::CaptureStderr();
+        EXPECT_TRUE(save(root)) << error.toStdString();
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), line.toStdString());
+        EXPECT_TRUE(load(root)) << error.toStdString();
+    };
+    saveAndLoad("");
+    child->string().setValue("ratio", std::numeric_limits<double>::quiet_NaN());
+    child->string().setUnit("ratio", "%");
+    saveAndLoad("a value is not saved: child/ratio must be a number, not \"nan\"\n");
+    child->string().setValue("size", -1);
+    root.string().setValue("flag", "perhaps");
+    saveAndLoad("a value is not saved: flag must be true or false, not \"perhaps\", nor are 2 others\n");
+    EXPECT_EQ(textOf(*child, "size"), QString("-1")) << "the tree itself is as it was";
+    Branch copy(group, "root");
+    ASSERT_TRUE(load(copy)) << error.toStdString();
+    EXPECT_EQ(copy.string().keys(), QStringList());
+    EXPECT_EQ(copy.find("child")->string().keys(), QStringList("good"));
+}
+
+/// Only a program makes such texts: halves of characters, which UTF-8 cannot hold.
+TEST_F(OruPropertiesFileTest, NamesThatAreNoUnicodeComeBack)
+{
+    const QString halves[] = {QString(QChar(0xd83d)), QString(QChar(0xd83e)), QString(QChar(0xde00)),
+                              QString(QChar(0xde00)) + QChar(0xd83d) + 'a', "\u00e4\U0001f600 \x7f\x1f"};
+    for (const QString& name : halves) {
+        auto* child = new Branch(group, name);
+        child->string().setValue(name, name);
+        root.insert(child, false);
+    }
+    ASSERT_TRUE(save(root));
+    Branch copy(group, "root");
+    ASSERT_TRUE(load(copy)) << error.toStdString();
+    for (const QString& name : halves) {
+        SCOPED_TRACE(name.toStdString());
+        ASSERT_TRUE(copy.childByName(name));
+        QString text;
+        EXPECT_EQ(copy.childByName(name)->getValue(name, text, QString()), name);
     }
 }
 
