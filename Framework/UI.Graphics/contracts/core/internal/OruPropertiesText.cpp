@@ -202,7 +202,7 @@ bool OruPropertiesText::isOfItsKind(const OruProperties& node, const QString& ke
     QString text;
     node.string().getValue(key, text, QString());
     const OruPropertyKind& kind = node.kind(key);
-    if (kind.accepts(text)) {
+    if (kinds_.accepts(kind, text)) {
         return true;
     }
     if (leftOut_ == 0) {

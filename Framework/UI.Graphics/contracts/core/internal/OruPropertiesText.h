@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/core/internal/OruJsonWriter.h"
+#include "contracts/core/internal/OruPropertiesKinds.h"
 
 #include <QByteArray>
 #include <QJsonObject>
@@ -32,6 +33,7 @@ private:
     void tellLeftOut() const;
 
     OruJsonWriter writer_;
+    OruPropertiesKinds kinds_;
     int leftOut_ = 0;
     /// The first value that was left out, and why.
     QString firstLeftOut_;
