@@ -134,19 +134,28 @@ void OruJsonWriter::startLine()
 void OruJsonWriter::quote(const QString& string)
 {
     text_ += '"';
+    if (std::all_of(string.begin(), string.end(), isPlain)) {
+        const int size = text_.size();
+        text_.resize(size + string.size());
+        std::transform(string.begin(), string.end(), text_.begin() + size,
+                       [](QChar character) { return static_cast<char>(character.unicode()); });
+    } else {
+        appendEscaped(string);
+    }
+    text_ += '"';
+}
+
+void OruJsonWriter::appendEscaped(const QString& string)
+{
     int start = 0;
     for (int i = 0; i < string.size(); ++i) {
-        if (!isPlain(string.at(i))) {
-            const QByteArray escape = escapeOf(string, i);
-            if (!escape.isEmpty()) {
-                text_ += string.mid(start, i - start).toUtf8();
-                text_ += escape;
-                start = i + 1;
-            }
+        const QByteArray escape = escapeOf(string, i);
+        if (!escape.isEmpty()) {
+            text_ += string.mid(start, i - start).toUtf8() + escape;
+            start = i + 1;
         }
     }
-    text_ += start == 0 ? string.toUtf8() : string.mid(start).toUtf8();
-    text_ += '"';
+    text_ += string.mid(start).toUtf8();
 }
 
 void OruJsonWriter::leaf(const QJsonValue& json)

@@ -47,6 +47,7 @@ private:
     void startItem();
     void startLine();
     void quote(const QString& string);
+    void appendEscaped(const QString& string);
     void leaf(const QJsonValue& json);
 
     QHash<QString, int> ranks_;
