@@ -3,7 +3,6 @@
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Vector3.h"
 #include "hosts/mesh/TriangleHierarchy.h"
-#include "hosts/mesh/internal/EdgeFinder.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 #include "hosts/mesh/internal/SourceCheck.h"
@@ -106,7 +105,7 @@ std::shared_ptr<const Mesh> MeshWork::run()
     buildVertices();
     report_(0.7f);
     mesh_->closed = topology_.watertight() && facesOutwards();
-    mesh_->edges = EdgeFinder(topology_, *mesh_, !source_.normals.empty()).find();
+    mesh_->normalsGiven = !source_.normals.empty();
     report_(0.8f);
     buildRuns();
     mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
@@ -133,8 +132,7 @@ void MeshWork::buildTopology()
         kept += 3;
     }
     source_.indices.resize(kept);
-    const uint32_t count = points.empty() ? 0 : *std::max_element(points.begin(), points.end()) + 1;
-    topology_ = MeshTopology(std::move(corners), count);
+    topology_ = MeshTopology(std::move(corners), PointWelder::countOf(points));
 }
 
 void MeshWork::buildFaceNormals()

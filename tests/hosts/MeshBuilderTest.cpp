@@ -135,8 +135,8 @@ TEST(MeshBuilder, FindsWhereASurfaceEndsOrBends)
     };
     for (const auto& row : rows) {
         const auto mesh = built(row.source);
-        EXPECT_EQ(mesh->edges.countFrom(row.angle), row.edges) << row.name;
-        EXPECT_EQ(mesh->edges.indices.size(), 2 * mesh->edges.angles.size()) << row.name;
+        EXPECT_EQ(mesh->edges().countFrom(row.angle), row.edges) << row.name;
+        EXPECT_EQ(mesh->edges().indices.size(), 2 * mesh->edges().angles.size()) << row.name;
     }
 }
 

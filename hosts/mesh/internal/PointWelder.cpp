@@ -42,6 +42,11 @@ std::vector<uint32_t> PointWelder::weld(const std::vector<Kelvar::Math::Vector3>
     return points;
 }
 
+uint32_t PointWelder::countOf(const std::vector<uint32_t>& points)
+{
+    return points.empty() ? 0 : *std::max_element(points.begin(), points.end()) + 1;
+}
+
 PointWelder::PointWelder(const std::vector<Kelvar::Math::Vector3>& positions)
     : positions_(positions)
     , slots_(startSize, Slot{0, noPoint})
