@@ -1,10 +1,10 @@
 #pragma once
 
 #include "hosts/mesh/MeshEdges.h"
+#include "hosts/mesh/MeshPicker.h"
 #include "hosts/mesh/OnDemand.h"
 #include "hosts/mesh/Shape.h"
 #include "hosts/mesh/TexturePoint.h"
-#include "hosts/mesh/TriangleHierarchy.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
 #include <cstddef>
@@ -39,7 +39,8 @@ struct KELVAR_MESH_API Mesh : Shape
     std::vector<Kelvar::Math::BoundingBox> runs;
     static constexpr std::size_t runLength = 256;
 
-    TriangleHierarchy hierarchy;
+    /// What lies in a pick window. It borrows the mesh.
+    MeshPicker picker{*this};
 
 private:
     OnDemand<MeshEdges> edges_;

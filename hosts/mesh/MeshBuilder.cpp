@@ -2,7 +2,6 @@
 
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Vector3.h"
-#include "hosts/mesh/TriangleHierarchy.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 #include "hosts/mesh/internal/SourceCheck.h"
@@ -108,7 +107,6 @@ std::shared_ptr<const Mesh> MeshWork::run()
     mesh_->normalsGiven = !source_.normals.empty();
     report_(0.8f);
     buildRuns();
-    mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
     report_(1.0f);
     return mesh_;
 }

@@ -10,8 +10,7 @@
 namespace hostkit {
 
 /// Makes a Mesh from what a file gives: joins equal vertices, works out missing normals and turns given ones
-/// to the outer side of their triangle, finds whether the surface is closed, and builds the hierarchy for
-/// picking.
+/// to the outer side of their triangle and finds whether the surface is closed.
 ///
 /// Texture points are kept where the material has a texture and there is one for each position; one that is
 /// not finite becomes (0, 0).

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
+#include <atomic>
 #include <mutex>
-#include <utility>
 
 namespace hostkit {
 
@@ -12,18 +11,31 @@ template <typename Value>
 class OnDemand
 {
 public:
-    /// What `make` returned when it was first called. What it throws passes through, and who asks next tries
-    /// again.
+    OnDemand() = default;
+    ~OnDemand() { delete made(); }
+    OnDemand(const OnDemand&) = delete;
+    OnDemand& operator=(const OnDemand&) = delete;
+
+    /// What `make` returned when it was first called; a value that cannot be moved is made in its place. What
+    /// `make` throws passes through, and who asks next tries again.
     template <typename Make>
     const Value& get(const Make& make) const
     {
-        std::call_once(made_, [&] { value_ = std::make_unique<const Value>(make()); });
-        return *value_;
+        if (!made()) {
+            const std::lock_guard<std::mutex> lock(making_);
+            if (!made()) {
+                value_.store(new Value(make()), std::memory_order_release);
+            }
+        }
+        return *made();
     }
 
+    /// The value, or null: nobody has asked yet. Waits for nobody.
+    const Value* made() const { return value_.load(std::memory_order_acquire); }
+
 private:
-    mutable std::once_flag made_;
-    mutable std::unique_ptr<const Value> value_;
+    mutable std::mutex making_;
+    mutable std::atomic<const Value*> value_{nullptr};
 };
 
 } // namespace hostkit
