@@ -4,13 +4,16 @@
 
 #include "contracts/ogl/OruOglFunctions.h"
 #include "hosts/host/OffscreenView.h"
+#include "hosts/mesh/Mesh.h"
 #include "benchmarks/BareProgram.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
 
 #include <QStringList>
 
+#include <chrono>
 #include <cstdio>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -50,13 +53,29 @@ void drawBare(const bench::Scene& scene)
     bare.draw(view, glGetOrtho(viewport, box, view), bench::frameSize());
 }
 
+/// Until the hierarchies are there that are built beside.
+void waitForHierarchies(const hostkit::Model& model)
+{
+    for (const hostkit::ModelPart& part : model.parts) {
+        const auto mesh = part.as<hostkit::Mesh>();
+        while (mesh && mesh->triangleCount() > hostkit::MeshPicker::mostAtOnce && !mesh->picker.ready()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+}
+
 void drawAndPickScene(bench::Arrays arrays, Cost& untilFrame)
 {
     HostScene host{QString(), QString(), QString()};
-    untilFrame = bench::measure([&] { bench::show(host, bench::buildModel(std::move(arrays))); });
+    hostkit::Model model;
+    untilFrame = bench::measure([&] {
+        model = bench::buildModel(std::move(arrays));
+        bench::show(host, model);
+    });
     host.context().mouse.move({bench::frameWidth / 2, bench::frameHeight / 2},
                               Kelvar::UI::Toolkit::ModifierNone);
     host.send(&OruSceneEventHandler::mouseMove);
+    waitForHierarchies(model);
 }
 
 /// One side, in its own process: prints wall time, processor time and peak memory.

@@ -33,10 +33,12 @@ void grow(Box& box, const Box& other)
 class BoxTree::Builder
 {
 public:
-    Builder(BoxTree& tree, std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem)
+    Builder(BoxTree& tree, std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem,
+            const std::atomic<bool>* stop)
         : tree_(tree)
         , items_(items)
         , boxOfItem_(boxOfItem)
+        , stop_(stop)
     {}
 
     void run()
@@ -53,6 +55,9 @@ public:
 private:
     Box split(const Subtree& tree)
     {
+        if (stop_ && stop_->load(std::memory_order_relaxed)) {
+            return emptyBox();
+        }
         const std::size_t first = tree_.firstOf(tree.firstLeaf);
         const std::size_t last = tree_.firstOf(tree.firstLeaf + tree.leafCount);
         if (tree.leafCount == 1) {
@@ -144,12 +149,15 @@ private:
     BoxTree& tree_;
     std::vector<Item>& items_;
     const std::function<Box(uint32_t)>& boxOfItem_;
+    /// May be null.
+    const std::atomic<bool>* stop_;
 };
 
-BoxTree BoxTree::build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem)
+BoxTree BoxTree::build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem,
+                       const std::atomic<bool>* stop)
 {
     BoxTree tree;
-    Builder(tree, items, boxOfItem).run();
+    Builder(tree, items, boxOfItem, stop).run();
     return tree;
 }
 

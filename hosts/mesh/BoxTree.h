@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -48,8 +49,10 @@ public:
     BoxTree() = default;
 
     /// Puts `items` in the order of the tree. `boxOfItem` gives the box of an item by its number, all finite;
-    /// several threads call it.
-    static BoxTree build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem);
+    /// several threads call it. Once `stop` turns true the rest is left undone, and the tree is good for
+    /// nothing; null: nobody stops it.
+    static BoxTree build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem,
+                         const std::atomic<bool>* stop = nullptr);
 
     /// How many items.
     std::size_t size() const { return size_; }

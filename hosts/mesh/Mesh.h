@@ -1,9 +1,11 @@
 #pragma once
 
 #include "hosts/mesh/MeshEdges.h"
+#include "hosts/mesh/MeshPicker.h"
+#include "hosts/mesh/OnDemand.h"
 #include "hosts/mesh/Shape.h"
 #include "hosts/mesh/TexturePoint.h"
-#include "hosts/mesh/TriangleHierarchy.h"
+#include "hosts/mesh/kelvar_mesh_api.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,9 +14,14 @@
 namespace hostkit {
 
 /// A surface of triangles, ready to be drawn and picked. Made by MeshBuilder.
-struct Mesh : Shape
+struct KELVAR_MESH_API Mesh : Shape
 {
     uint32_t triangleCount() const { return static_cast<uint32_t>(indices.size() / 3); }
+
+    /// Where it ends or bends: found when first asked for, kept from then on. A million triangles take about
+    /// a tenth of a second, so who knows beforehand that edges will be shown asks in the thread that loads.
+    /// Threads may ask at the same time.
+    const MeshEdges& edges() const;
 
     /// One for each position, all finite, and the material has a texture; or none: it is not textured.
     std::vector<TexturePoint> texturePoints;
@@ -25,14 +32,18 @@ struct Mesh : Shape
     /// The surface has an inside, and no triangle shows its back to the outside.
     bool closed = false;
 
-    /// Where it ends or bends.
-    MeshEdges edges;
+    /// The normals came with the source, so they tell where the surface is meant to be round.
+    bool normalsGiven = false;
 
     /// Boxes of the runs of `runLength` triangles that `indices` is made of, the last one shorter.
     std::vector<Kelvar::Math::BoundingBox> runs;
     static constexpr std::size_t runLength = 256;
 
-    TriangleHierarchy hierarchy;
+    /// What lies in a pick window. It borrows the mesh.
+    MeshPicker picker{*this};
+
+private:
+    OnDemand<MeshEdges> edges_;
 };
 
 } // namespace hostkit

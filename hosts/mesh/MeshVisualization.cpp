@@ -174,7 +174,9 @@ bool MeshVisualization::upload(OruOglMeshBuffer& buffer)
     arrays.vertexCount = mesh_->positions.size();
     arrays.indices = mesh_->indices.data();
     arrays.indexCount = mesh_->indices.size();
-    return buffer.upload(arrays);
+    const bool done = buffer.upload(arrays);
+    mesh_->picker.prepare();
+    return done;
 }
 
 /// Asked at each draw, so it is read once and not text by text.
@@ -288,14 +290,14 @@ void MeshVisualization::drawRunsInView(const OruOglMeshBuffer& buffer) const
 
 std::optional<PartVisualization::Hit> MeshVisualization::pickShape(const OruVisPickVolume& volume) const
 {
-    const TriangleHierarchy& hierarchy = mesh_->hierarchy;
+    const MeshPicker& picker = mesh_->picker;
     const SurfaceOpacity surface(*mesh_, look().opacity);
     const auto hides = [&](uint32_t triangle, const std::array<double, 3>& weights) {
         return surface.at(triangle, weights) >= leastPickedOpacity;
     };
-    const auto hit = lines() == Lines::Wireframe ? hierarchy.pickSides(volume)
-                     : surface.varies()          ? hierarchy.pick(volume, hides)
-                                                 : hierarchy.pick(volume);
+    const auto hit = lines() == Lines::Wireframe ? picker.pickSides(volume)
+                     : surface.varies()          ? picker.pick(volume, hides)
+                                                 : picker.pick(volume);
     return hit ? std::make_optional(Hit{hit->depth, hit->centerDistance}) : std::nullopt;
 }
 

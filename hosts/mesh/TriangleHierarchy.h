@@ -5,6 +5,7 @@
 #include "hosts/mesh/kelvar_mesh_api.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -41,9 +42,11 @@ public:
     TriangleHierarchy() = default;
 
     /// Three indices make a triangle; one or two left over at the end are ignored. A triangle with an index
-    /// outside `positions` or with a corner that is not finite is left out: it is never hit.
+    /// outside `positions` or with a corner that is not finite is left out: it is never hit. Once `stop`
+    /// turns true the rest is left undone, and the hierarchy is good for nothing; null: nobody stops it.
     static TriangleHierarchy build(const std::vector<Kelvar::Math::Vector3>& positions,
-                                   const std::vector<uint32_t>& indices);
+                                   const std::vector<uint32_t>& indices,
+                                   const std::atomic<bool>* stop = nullptr);
 
     /// The nearest hit over the centers of all pixels of the window; nothing when no triangle covers one
     /// between the near and the far plane. A pixel center on a triangle's edge counts as covered, both faces

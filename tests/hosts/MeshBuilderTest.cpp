@@ -4,9 +4,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <limits>
 
 using hostkit::MeshSource;
@@ -135,8 +137,8 @@ TEST(MeshBuilder, FindsWhereASurfaceEndsOrBends)
     };
     for (const auto& row : rows) {
         const auto mesh = built(row.source);
-        EXPECT_EQ(mesh->edges.countFrom(row.angle), row.edges) << row.name;
-        EXPECT_EQ(mesh->edges.indices.size(), 2 * mesh->edges.angles.size()) << row.name;
+        EXPECT_EQ(mesh->edges().countFrom(row.angle), row.edges) << row.name;
+        EXPECT_EQ(mesh->edges().indices.size(), 2 * mesh->edges().angles.size()) << row.name;
     }
 }
 
@@ -151,6 +153,123 @@ TEST(MeshBuilder, KeepsCreasesSharpAndJoinsTheRest)
     }
     const auto round = built(append(hostkit::bumpySphere(10000)));
     EXPECT_EQ(round->positions.size(), 5002u) << "no creases, so one vertex a place";
+}
+
+TEST(MeshBuilder, KeepsTheArraysOfASourceWithNothingToMend)
+{
+    // The second one a hair beside the first but for one edge, which belongs to four triangles then.
+    const auto twoWithOneEdge = [](MeshSource& source) {
+        const MeshSource first = source;
+        const auto vertices = static_cast<uint32_t>(first.positions.size());
+        for (uint32_t vertex = 0; vertex < vertices; ++vertex) {
+            const bool shared = vertex == first.indices[0] || vertex == first.indices[1];
+            const Vector3 way(shared ? 0.0f : 1e-3f, 0.0f, 0.0f);
+            source.positions.push_back(first.positions[vertex] + way);
+            source.normals.push_back(first.normals[vertex]);
+        }
+        for (const uint32_t vertex : first.indices) {
+            source.indices.push_back(vertex + vertices);
+        }
+    };
+    const struct
+    {
+        const char* name;
+        std::function<void(MeshSource&)> change;
+        bool kept;
+        bool closed;
+        std::size_t vertices = 52;
+        std::size_t triangles = 100;
+    } rows[] = {
+        {"clean", [](MeshSource&) {}, true, true},
+        {"a normal of another length", [](MeshSource& s) { s.normals[3] *= 5.0f; }, true, true},
+        {"colors", [](MeshSource& s) { s.colors.assign(52, 0xFF00FF00u); }, true, true},
+        {"a triangle missing", [](MeshSource& s) { s.indices.resize(297); }, true, false, 52, 99},
+        {"a triangle twice",
+         [](MeshSource& s) {
+             s = addTriangle(s, {0, 1, 2});
+         },
+         true, false, 52, 101},
+        {"every triangle twice",
+         [](MeshSource& s) {
+             const std::vector<uint32_t> once = s.indices;
+             s.indices.insert(s.indices.end(), once.begin(), once.end());
+         },
+         true, false, 52, 200},
+        {"inside out",
+         [](MeshSource& s) {
+             s = turned(s, 100);
+             for (Vector3& normal : s.normals) {
+                 normal = -normal;
+             }
+         },
+         true, false},
+        {"a triangle turned over", [](MeshSource& s) { s = turned(s, 1); }, false, false, 55},
+        {"a normal missing", [](MeshSource& s) { s.normals[7] = Vector3(); }, false, true, 169},
+        {"no normals", [](MeshSource& s) { s.normals.clear(); }, false, true, 169},
+        {"a vertex used twice",
+         [](MeshSource& s) {
+             s = addTriangle(s, {3, 4, 4});
+         },
+         false, true},
+        {"an index left over", [](MeshSource& s) { s.indices.push_back(5); }, false, true},
+        {"a vertex unused",
+         [](MeshSource& s) {
+             s.positions.emplace_back(9.0f, 9.0f, 9.0f);
+             s.normals.push_back(Vector3::X);
+         },
+         false, true},
+        {"a corner of its own for one triangle",
+         [](MeshSource& s) {
+             s.positions.push_back(s.positions[s.indices[0]]);
+             s.normals.push_back(s.normals[s.indices[0]]);
+             s.indices[0] = 52;
+         },
+         false, true},
+        {"two that share an edge", twoWithOneEdge, false, false, 102, 200},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        MeshSource source = sourceOf(hostkit::bumpySphere(100));
+        row.change(source);
+        const MeshSource given = source;
+        const void* const arrays[] = {source.positions.data(), source.normals.data(), source.indices.data()};
+        const auto mesh = built(std::move(source));
+        const void* const own[] = {mesh->positions.data(), mesh->normals.data(), mesh->indices.data()};
+        EXPECT_EQ(std::equal(std::begin(own), std::end(own), arrays), row.kept);
+        EXPECT_EQ(mesh->closed, row.closed);
+        EXPECT_EQ(mesh->positions.size(), row.vertices);
+        ASSERT_EQ(mesh->triangleCount(), row.triangles);
+        EXPECT_EQ(mesh->colors, given.colors);
+        Kelvar::Math::BoundingBox box;
+        for (std::size_t at = 0; at < mesh->indices.size(); ++at) {
+            const uint32_t vertex = mesh->indices[at];
+            EXPECT_EQ(mesh->positions[vertex], given.positions[given.indices[at]]) << "corner " << at;
+            EXPECT_NEAR(mesh->normals[vertex].length(), 1.0f, 1e-6f) << "corner " << at;
+            const auto at0 = [&](std::size_t k) { return mesh->positions[mesh->indices[at - at % 3 + k]]; };
+            EXPECT_GT(dot(cross(at0(1) - at0(0), at0(2) - at0(0)), mesh->normals[vertex]), 0.0f);
+            box.add(mesh->positions[vertex]);
+        }
+        EXPECT_EQ(mesh->bounds, box);
+        EXPECT_EQ(mesh->runs, std::vector<Kelvar::Math::BoundingBox>{box});
+    }
+}
+
+TEST(MeshBuilder, GivesTheSameByBothRoads)
+{
+    const MeshSource clean = sourceOf(hostkit::bumpySphere(60000));
+    MeshSource unused = clean;
+    unused.positions.emplace_back(9.0f, 9.0f, 9.0f);
+    unused.normals.push_back(Vector3::X);
+    const auto kept = built(clean);
+    const auto anew = built(unused);
+    EXPECT_TRUE(kept->closed && anew->closed);
+    EXPECT_EQ(kept->positions, anew->positions);
+    EXPECT_EQ(kept->normals, anew->normals);
+    EXPECT_EQ(kept->indices, anew->indices);
+    EXPECT_EQ(kept->bounds, anew->bounds);
+    EXPECT_EQ(kept->runs, anew->runs);
+    EXPECT_EQ(kept->edges().indices, anew->edges().indices);
+    EXPECT_EQ(kept->edges().angles, anew->edges().angles);
 }
 
 TEST(MeshBuilder, SplitsVerticesByWhatIsGivenForThem)

@@ -1,9 +1,6 @@
 #include "hosts/mesh/TriangleHierarchy.h"
 
-#include "contracts/vis/OruVisPickVolume.h"
-#include "hosts/mesh/SampleMeshes.h"
-#include "tests/math/MathMatchers.h"
-#include "tests/vis/VisStage.h"
+#include "tests/hosts/RandomViews.h"
 
 #include <gmock/gmock.h>
 
@@ -21,6 +18,10 @@ using hostkit::SampleMesh;
 using hostkit::TriangleHierarchy;
 using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
+using kelvartest::RandomView;
+using kelvartest::soup;
+using kelvartest::volumeAt;
+using kelvartest::volumeOf;
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
@@ -32,17 +33,6 @@ Found pick(const TriangleHierarchy& hierarchy, const OruVisPickVolume& volume)
 {
     const auto hit = hierarchy.pick(volume);
     return hit ? Found{hit->depth, hit->centerDistance, hit->triangle} : miss;
-}
-
-/// A pick window in a viewport of 64 x 64 pixels.
-OruVisPickVolume volumeAt(const Matrix& modelView, const QMatrix4x4& projection, QPoint pixel, int size)
-{
-    kelvartest::VisStage stage;
-    stage.viewport = OruOglViewport(0, 0, 64, 64);
-    kelvartest::VisStage::Pick context(stage, pixel, size);
-    context.modelView = modelView;
-    context.projection = fromQt(projection);
-    return OruVisPickVolume(context);
 }
 
 /// The depth at which a pixel's center sees a triangle: the point a + u (b - a) + v (c - a) that the matrix
@@ -88,23 +78,6 @@ Found pickByTryingAll(const SampleMesh& mesh, const OruVisPickVolume& volume)
     return best;
 }
 
-/// Unconnected triangles in a cube of edge 2 about the origin.
-SampleMesh soup(uint32_t triangles, float size)
-{
-    std::mt19937 random(triangles);
-    std::uniform_real_distribution<float> unit(-1.0F, 1.0F);
-    const auto point = [&] { return Vector3(unit(random), unit(random), unit(random)); };
-    SampleMesh mesh;
-    for (uint32_t i = 0; i < triangles; ++i) {
-        const Vector3 place = point();
-        for (uint32_t corner = 0; corner < 3; ++corner) {
-            mesh.indices.push_back(3 * i + corner);
-            mesh.positions.push_back(place + point() * size);
-        }
-    }
-    return mesh;
-}
-
 SampleMesh withOutlier(SampleMesh mesh)
 {
     mesh.indices.insert(mesh.indices.end(), {0, 1, static_cast<uint32_t>(mesh.positions.size())});
@@ -116,61 +89,38 @@ struct RandomCase
 {
     const char* name;
     SampleMesh mesh;
-    bool perspective;
-    int pickSize;
-    float zoom = 1.0F;
-    float scale = 1.0F;
-    Vector3 offset = {};
+    RandomView view;
 };
-
-/// A view of the cube that RandomCase's scale and offset place the mesh in.
-OruVisPickVolume randomView(const RandomCase& row, std::mt19937& random)
-{
-    const auto unit = [&random] { return std::uniform_real_distribution<float>(-1.0F, 1.0F)(random); };
-    QMatrix4x4 projection;
-    const float half = 2.0F / row.zoom;
-    if (row.perspective) {
-        projection.perspective(50.0F / row.zoom, 1.0F, 0.5F, 6.0F);
-    } else {
-        projection.ortho(-half, half, -half, half, 0.5F, 6.0F);
-    }
-    Matrix modelView = Matrix::translate(-row.offset) * Matrix::scale(1.0F / row.scale);
-    modelView *= Matrix::rotate(Vector3{unit(), 1.0F, unit()}, 180.0F * unit());
-    modelView *= Matrix::rotate(Vector3{unit(), unit(), 1.0F}, 180.0F * unit());
-    modelView *= Matrix::translate(Vector3(0.0F, 0.0F, -1.5F + unit()));
-    const QPoint pixel{32 + static_cast<int>(36 * unit()), 32 + static_cast<int>(36 * unit())};
-    return volumeAt(modelView, projection, pixel, row.pickSize);
-}
 
 TEST(TriangleHierarchyTest, AgreesWithTryingEveryTriangle)
 {
     const RandomCase rows[] = {
-        {"small triangles", soup(400, 0.3F), false, 3},
-        {"small triangles, perspective", soup(400, 0.3F), true, 3},
-        {"one pixel", soup(900, 0.3F), false, 1},
-        {"one pixel, perspective", soup(900, 0.3F), true, 1},
-        {"the eye among long triangles", soup(60, 2.5F), true, 9},
-        {"long triangles", soup(60, 2.5F), false, 4},
-        {"sphere from within and without", hostkit::bumpySphere(1000), true, 5},
-        {"sphere, much of it in the window", hostkit::bumpySphere(100), false, 33},
-        {"far magnified", soup(100, 1.0F), true, 9, 40.0F},
-        {"huge coordinates", soup(100, 1.0F), true, 3, 1.0F, 1e15F},
-        {"tiny coordinates", soup(100, 1.0F), false, 3, 1.0F, 1e-15F},
-        {"far from the origin", soup(100, 1.0F), false, 9, 1.0F, 1.0F, {3000.0F, -5000.0F, 2000.0F}},
-        {"one corner far away", withOutlier(soup(100, 1.0F)), true, 3},
+        {"small triangles", soup(400, 0.3F), {false, 3}},
+        {"small triangles, perspective", soup(400, 0.3F), {true, 3}},
+        {"one pixel", soup(900, 0.3F), {false, 1}},
+        {"one pixel, perspective", soup(900, 0.3F), {true, 1}},
+        {"the eye among long triangles", soup(60, 2.5F), {true, 9}},
+        {"long triangles", soup(60, 2.5F), {false, 4}},
+        {"sphere from within and without", hostkit::bumpySphere(1000), {true, 5}},
+        {"sphere, much of it in the window", hostkit::bumpySphere(100), {false, 33}},
+        {"far magnified", soup(100, 1.0F), {true, 9, 40.0F}},
+        {"huge coordinates", soup(100, 1.0F), {true, 3, 1.0F, 1e15F}},
+        {"tiny coordinates", soup(100, 1.0F), {false, 3, 1.0F, 1e-15F}},
+        {"far from the origin", soup(100, 1.0F), {false, 9, 1.0F, 1.0F, {3000.0F, -5000.0F, 2000.0F}}},
+        {"one corner far away", withOutlier(soup(100, 1.0F)), {true, 3}},
     };
     for (const RandomCase& row : rows) {
         SCOPED_TRACE(row.name);
         SampleMesh mesh = row.mesh;
         for (Vector3& position : mesh.positions) {
-            position = position * row.scale + row.offset;
+            position = position * row.view.scale + row.view.offset;
         }
         const TriangleHierarchy hierarchy = TriangleHierarchy::build(mesh.positions, mesh.indices);
         EXPECT_LE(hierarchy.byteSize(), 12 * mesh.indices.size() / 3 + 24);
         std::mt19937 random(1);
         int hits = 0;
         for (int i = 0; i < 60; ++i) {
-            const OruVisPickVolume volume = randomView(row, random);
+            const OruVisPickVolume volume = volumeOf(row.view, random);
             const Found found = pick(hierarchy, volume);
             ASSERT_EQ(found, pickByTryingAll(mesh, volume)) << "view " << i;
             hits += found != miss;

@@ -48,10 +48,9 @@ float angleBetween(const Vector3& a, const Vector3& b)
 
 } // namespace
 
-EdgeFinder::EdgeFinder(const MeshTopology& topology, const Mesh& mesh, bool normalsGiven)
+EdgeFinder::EdgeFinder(const MeshTopology& topology, const Mesh& mesh)
     : topology_(topology)
     , mesh_(mesh)
-    , normalsGiven_(normalsGiven)
     , open_(mesh.indices.size())
 {}
 
@@ -214,7 +213,7 @@ std::optional<uint32_t> EdgeFinder::openNeighbor(uint32_t corner, bool atStart) 
 /// The angle, or none where given normals shade the surface as round.
 float EdgeFinder::unlessRound(float angle, bool round) const
 {
-    return normalsGiven_ && round && angle < sharpestRound ? 0.0f : angle;
+    return mesh_.normalsGiven && round && angle < sharpestRound ? 0.0f : angle;
 }
 
 bool EdgeFinder::shadedAlike(uint32_t corner, uint32_t other) const

@@ -24,9 +24,9 @@ public:
     /// same.
     static constexpr float sharpestRound = 60.0f;
 
-    /// `topology` is that of the indices of `mesh`; both are borrowed. `normalsGiven`: the normals tell where
-    /// the surface is meant to be round, and edges there are left out.
-    EdgeFinder(const MeshTopology& topology, const Mesh& mesh, bool normalsGiven);
+    /// `topology` is that of `mesh`; both are borrowed. Where given normals tell that the surface is meant to
+    /// be round, edges are left out.
+    EdgeFinder(const MeshTopology& topology, const Mesh& mesh);
 
     /// Once only.
     MeshEdges find();
@@ -55,7 +55,6 @@ private:
 
     const MeshTopology& topology_;
     const Mesh& mesh_;
-    bool normalsGiven_;
     /// For each corner whether one triangle alone runs along the edge that starts there.
     std::vector<bool> open_;
     std::vector<Edge> edges_;

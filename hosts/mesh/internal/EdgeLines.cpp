@@ -143,7 +143,7 @@ void EdgeLines::prepare(OruOglGeometry& geometry, float angle)
 {
     if (angle != angle_) {
         angle_ = angle;
-        count_ = mesh_.edges.countFrom(angle);
+        count_ = mesh_.edges().countFrom(angle);
         length_ = lengthOf(count_);
     }
     if (count_ > 0 && (!buffer_ || !buffer_->belongsTo(geometry))) {
@@ -159,8 +159,8 @@ void EdgeLines::upload(OruOglMeshBuffer& buffer) const
     std::vector<uint32_t> places(mesh_.positions.size(), none);
     std::vector<Vector3> positions;
     std::vector<uint32_t> indices;
-    indices.reserve(mesh_.edges.indices.size());
-    for (const uint32_t vertex : mesh_.edges.indices) {
+    indices.reserve(mesh_.edges().indices.size());
+    for (const uint32_t vertex : mesh_.edges().indices) {
         if (places[vertex] == none) {
             places[vertex] = static_cast<uint32_t>(positions.size());
             positions.push_back(mesh_.positions[vertex]);
@@ -179,7 +179,7 @@ void EdgeLines::upload(OruOglMeshBuffer& buffer) const
 float EdgeLines::lengthOf(std::size_t count) const
 {
     double sum = 0.0;
-    const uint32_t* ends = mesh_.edges.indices.data();
+    const uint32_t* ends = mesh_.edges().indices.data();
     for (std::size_t edge = 0; edge < count; ++edge, ends += 2) {
         sum += (mesh_.positions[ends[1]] - mesh_.positions[ends[0]]).length();
     }

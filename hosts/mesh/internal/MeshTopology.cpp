@@ -1,5 +1,8 @@
 #include "hosts/mesh/internal/MeshTopology.h"
 
+#include "hosts/mesh/Mesh.h"
+#include "hosts/mesh/internal/PointWelder.h"
+
 #include <algorithm>
 
 namespace hostkit {
@@ -25,6 +28,17 @@ MeshTopology::MeshTopology(std::vector<uint32_t> corners, uint32_t pointCount)
                       return std::make_pair(nextPoint(a), a) < std::make_pair(nextPoint(b), b);
                   });
     }
+}
+
+MeshTopology MeshTopology::of(const Mesh& mesh)
+{
+    const std::vector<uint32_t> points = PointWelder::weld(mesh.positions);
+    std::vector<uint32_t> corners;
+    corners.reserve(mesh.indices.size());
+    for (const uint32_t vertex : mesh.indices) {
+        corners.push_back(points[vertex]);
+    }
+    return {std::move(corners), PointWelder::countOf(points)};
 }
 
 MeshTopology::Corners MeshTopology::cornersAt(uint32_t point) const

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "contracts/math/Vector3.h"
-
 #include <cstdint>
 #include <utility>
 #include <vector>
 
 namespace hostkit {
+
+struct Mesh;
 
 /// How the triangles of a mesh hang together: by the places of their corners, whatever vertices a file uses
 /// for them.
@@ -20,6 +20,9 @@ public:
 
     /// `corners` gives the place of each corner, counted from 0 and below `pointCount`.
     MeshTopology(std::vector<uint32_t> corners, uint32_t pointCount);
+
+    /// That of the indices of a mesh, with its places in the order in which `positions` first has them.
+    static MeshTopology of(const Mesh& mesh);
 
     uint32_t pointCount() const { return static_cast<uint32_t>(starts_.size() - 1); }
     uint32_t pointOf(uint32_t corner) const { return corners_[corner]; }

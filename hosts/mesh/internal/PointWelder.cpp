@@ -21,6 +21,40 @@ uint32_t bits(float value)
     return result;
 }
 
+constexpr std::size_t bitsPerVertex = 16;
+
+/// Bits that hashes stand for.
+class BitSet
+{
+public:
+    /// So many or more.
+    explicit BitSet(std::size_t count)
+    {
+        std::size_t words = 1;
+        while (64 * words < count) {
+            words *= 2;
+        }
+        words_.resize(words);
+    }
+
+    bool test(uint64_t hash) const { return ((words_[word(hash)] >> (hash & 63u)) & 1u) != 0; }
+
+    /// What test() said before.
+    bool testAndSet(uint64_t hash)
+    {
+        const bool before = test(hash);
+        words_[word(hash)] |= uint64_t{1} << (hash & 63u);
+        return before;
+    }
+
+    void clear() { std::fill(words_.begin(), words_.end(), 0u); }
+
+private:
+    std::size_t word(uint64_t hash) const { return (hash >> 6) & (words_.size() - 1); }
+
+    std::vector<uint64_t> words_;
+};
+
 } // namespace
 
 std::vector<uint32_t> PointWelder::weld(const std::vector<Kelvar::Math::Vector3>& positions)
@@ -40,6 +74,42 @@ std::vector<uint32_t> PointWelder::weld(const std::vector<Kelvar::Math::Vector3>
         }
     }
     return points;
+}
+
+/// Looks at hashes alone. Each sets a bit among so many that few bits are set twice. Vertices that stand
+/// together have the same hash, so it is one of those that found their bit set, and in a second walk only
+/// the hashes with the bits of these are compared.
+bool PointWelder::allApart(const std::vector<Kelvar::Math::Vector3>& positions)
+{
+    BitSet seen(bitsPerVertex * positions.size());
+    std::vector<uint64_t> suspects;
+    for (const Kelvar::Math::Vector3& position : positions) {
+        const uint64_t hash = hashOf(position);
+        if (seen.testAndSet(hash)) {
+            suspects.push_back(hash);
+        }
+    }
+    if (suspects.size() > positions.size() / 8 + 8) {
+        return false;
+    }
+    seen.clear();
+    for (const uint64_t hash : suspects) {
+        seen.testAndSet(hash);
+    }
+    suspects.clear();
+    for (const Kelvar::Math::Vector3& position : positions) {
+        const uint64_t hash = hashOf(position);
+        if (seen.test(hash)) {
+            suspects.push_back(hash);
+        }
+    }
+    std::sort(suspects.begin(), suspects.end());
+    return std::adjacent_find(suspects.begin(), suspects.end()) == suspects.end();
+}
+
+uint32_t PointWelder::countOf(const std::vector<uint32_t>& points)
+{
+    return points.empty() ? 0 : *std::max_element(points.begin(), points.end()) + 1;
 }
 
 PointWelder::PointWelder(const std::vector<Kelvar::Math::Vector3>& positions)
@@ -83,8 +153,9 @@ void PointWelder::grow()
 uint64_t PointWelder::hashOf(const Kelvar::Math::Vector3& position)
 {
     uint64_t hash = bits(position.x) | static_cast<uint64_t>(bits(position.y)) << 32;
-    hash = (hash ^ bits(position.z)) * 0x9E3779B97F4A7C15u;
-    hash = (hash ^ (hash >> 29)) * 0xBF58476D1CE4E5B9u;
+    hash *= 0x9E3779B97F4A7C15u;
+    // Behind the first product, or (x, y, z) and (z, y, x) had the same hash.
+    hash = (hash ^ (hash >> 29) ^ bits(position.z)) * 0xBF58476D1CE4E5B9u;
     return hash ^ (hash >> 32);
 }
 
