@@ -99,13 +99,20 @@ public:
 /// A mesh with as many is worth asking which runs of it are in view.
 constexpr std::size_t leastIndicesToCull = 3 * 16 * Mesh::runLength;
 
+/// One text for all parts.
+const QString& noEdges()
+{
+    static const QString text = QString::fromLatin1(MeshVisualization::edgeWords[0].value);
+    return text;
+}
+
 } // namespace
 
 const QString MeshVisualization::typeString = QStringLiteral("hostkit.mesh");
 
 MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::shared_ptr<const Mesh> mesh)
     : PartVisualization(modifiedGroup, typeString, mesh)
-    , edges(*this, QStringLiteral("edges"), QString::fromLatin1(edgeWords[0].value), QString())
+    , edges(*this, QStringLiteral("edges"), noEdges(), QString())
     , edgeAngle(*this, QStringLiteral("edgeAngle"), usualEdgeAngle, QString())
     , mesh_(std::move(mesh))
 {

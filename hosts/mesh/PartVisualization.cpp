@@ -117,7 +117,6 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , shape_(std::move(shape))
     , hasAlpha_(hasAlphaOf(*shape_))
-    , buffer_(std::make_shared<PartBuffer>())
     , view_(PartView::none())
 {
     rename(shape_->name);
@@ -132,6 +131,32 @@ void PartVisualization::setPlacement(const Matrix& placement)
     placement_ = placement;
     placementChanged();
     boundsChanged();
+}
+
+const std::shared_ptr<PartBuffer>& PartVisualization::buffer() const
+{
+    if (!buffer_) {
+        buffer_ = std::make_shared<PartBuffer>();
+    }
+    return buffer_;
+}
+
+void PartVisualization::clearBuffer()
+{
+    if (buffer_) {
+        buffer_->mesh.reset();
+    }
+}
+
+void PartVisualization::setDropListener(const DropListener& listener)
+{
+    dropListener_ = listener ? std::make_unique<const DropListener>(listener) : nullptr;
+}
+
+const PartVisualization::DropListener& PartVisualization::dropListener() const
+{
+    static const DropListener none;
+    return dropListener_ ? *dropListener_ : none;
 }
 
 void PartVisualization::draw3d(const DrawContext& context)
@@ -213,7 +238,7 @@ BoundingBox PartVisualization::bounds() const
 /// Null, and told once: the GL has no room for the shape.
 const OruOglMeshBuffer* PartVisualization::ready(OruOglGeometry& geometry)
 {
-    std::unique_ptr<OruOglMeshBuffer>& mesh = buffer_->mesh;
+    std::unique_ptr<OruOglMeshBuffer>& mesh = buffer()->mesh;
     if (!mesh || !mesh->belongsTo(geometry)) {
         mesh = geometry.makeMesh();
         const bool done = upload(*mesh);

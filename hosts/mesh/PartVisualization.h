@@ -67,11 +67,11 @@ public:
 
     /// What the shape is drawn from; never null. Parts of one scene that show the same shape may share it:
     /// set it ahead of the first draw.
-    const std::shared_ptr<PartBuffer>& buffer() const { return buffer_; }
+    const std::shared_ptr<PartBuffer>& buffer() const;
     void setBuffer(const std::shared_ptr<PartBuffer>& buffer) { buffer_ = buffer; }
 
-    void setDropListener(const DropListener& listener) { dropListener_ = listener; }
-    const DropListener& dropListener() const { return dropListener_; }
+    void setDropListener(const DropListener& listener);
+    const DropListener& dropListener() const;
 
     /// Moves the part with a drag by that many more pixels, in the view plane at its depth; the view is that
     /// of the last draw or pick. Nothing is written yet.
@@ -150,6 +150,9 @@ protected:
     /// It is neither marked, nor moved, nor does anything shine through.
     bool isPlain() const { return !look().marked && !look().seeThrough && !moved_; }
 
+    /// Gives back what the shape is drawn from; the next draw fills it again.
+    void clearBuffer();
+
     /// The place that the model has for it is another from now on.
     virtual void placementChanged() {}
 
@@ -186,8 +189,10 @@ private:
     OruVisHitName hitName_;
     /// Made by the first pick that finds the part.
     boost::shared_ptr<PartEventHandler> handler_;
-    DropListener dropListener_;
-    std::shared_ptr<PartBuffer> buffer_;
+    /// Null without one.
+    std::unique_ptr<const DropListener> dropListener_;
+    /// Null until somebody asks for it.
+    mutable std::shared_ptr<PartBuffer> buffer_;
     /// As of its revision of this node.
     mutable Look look_;
     /// Where it is, as of look_; null: at its placement.

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
@@ -193,6 +194,38 @@ TEST_F(OruPropertiesTest, ChildrenStayInOrderHoweverTheyComeAndGo)
             ASSERT_EQ(parent.at(static_cast<unsigned>(i)), expected[i]) << "step " << step;
             ASSERT_EQ(parent.index(expected[i]), static_cast<int>(i));
             ASSERT_EQ(parent.childByName(expected[i]->name()), expected[i]);
+        }
+    }
+}
+
+TEST_F(OruPropertiesTest, NamesAreFoundHoweverChildrenComeGoAndAreRenamed)
+{
+    OruProperties parent(group);
+    std::map<QString, OruProperties*> known;
+    std::mt19937 random(3);
+    const auto name = [&] { return QString::number(random() % 60); };
+    for (int step = 0; step < 4000 && !testing::Test::HasFailure(); ++step) {
+        SCOPED_TRACE(step);
+        const QString first = name();
+        const QString second = name();
+        const bool there = known.count(first) > 0;
+        if (!there) {
+            known[first] = new Named(group, first);
+            parent.insert(known[first], false);
+        } else if (random() % 2 == 0) {
+            parent.erase(known[first]);
+            known.erase(first);
+        } else {
+            const bool free = first == second || known.count(second) == 0;
+            EXPECT_EQ(known[first]->rename(second), free);
+            OruProperties* const child = known[first];
+            known.erase(free ? first : QString());
+            known[free ? second : first] = child;
+        }
+        for (int number = 0; number < 60; ++number) {
+            const auto found = known.find(QString::number(number));
+            EXPECT_EQ(parent.childByName(QString::number(number)),
+                      found == known.end() ? nullptr : found->second);
         }
     }
 }

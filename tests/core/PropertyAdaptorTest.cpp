@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <memory>
 
 using Kelvar::Math::Matrix;
@@ -105,6 +106,27 @@ TEST_F(OruPropertyAdaptorTest, ReadsTheStoreOnlyWhenItMust)
     group.lock();
     EXPECT_TRUE(group.locked()) << "an unlock too many counts for nothing";
     group.unlock();
+}
+
+TEST_F(OruPropertyAdaptorTest, MatricesKeepTheirBitsAndCopiesTheirOwn)
+{
+    OruPropertyAdaptor<Matrix> matrix(node, "key", Matrix(), QString());
+    const OruPropertyAdaptor<Matrix> early(matrix);
+    Matrix negative;
+    negative.data()[1] = -0.0f;
+    matrix.setValue(negative);
+    EXPECT_TRUE(std::signbit(matrix.value().data()[1])) << "-0 is not 0";
+    EXPECT_TRUE(std::signbit(early.value().data()[1])) << "it reads the same node";
+    matrix.setValue(Matrix());
+    EXPECT_FALSE(std::signbit(matrix.value().data()[1])) << "and back to the identity";
+    {
+        auto owner = std::make_unique<OruProperties>(group);
+        OruPropertyAdaptor<Matrix> source(*owner, "key", Matrix::translate(Vector3(1, 2, 3)), QString());
+        const OruPropertyAdaptor<Matrix> copy(source);
+        source.setValue(negative);
+        owner.reset();
+        EXPECT_EQ(copy.value(), Matrix::translate(Vector3(1, 2, 3))) << "as of its last read";
+    }
 }
 
 TEST_F(OruPropertyAdaptorTest, OutlivesItsNodeWithTheLastValue)

@@ -229,6 +229,57 @@ TEST(ModelFiles, GiveLinesAndPointsToo)
     }
 }
 
+TEST(ModelFiles, OfManyObjectsHoldWhatThoseOfFewDo)
+{
+    const struct
+    {
+        const char* what;
+        const char* head;
+        const char* tail;
+    } rows[] = {
+        {"new names", "", "o a\nf 1 2 3\no b\nf 1 2 3\nf 2 1 3\n"},
+        {"a name again", "o a\nf 1 2 3\n", "o b\nf 1 2 3\no a\nf 2 1 3\n"},
+        {"names of two words", "", "o a 1\nf 1 2 3\no a 2\nf 2 1 3\n"},
+        {"a blank at the end", "", "o a \nf 1 2 3\no a\nf 2 1 3\n"},
+        {"no name", "", "o a\nf 1 2 3\no\nf 2 1 3\n"},
+        {"groups", "", "o a\nf 1 2 3\ng a\nf 1 2 3\n"},
+        {"no object at first", "f 1 2 3\n", "o defaultobject\nf 2 1 3\n"},
+        {"lines that go on", "", "o a\\\nb\nf 1 2 3\no c\nf 1 2 3\no ab\nf 2 1 3\n"},
+        {"other ends of lines", "", "o b\r\nf 1 2 3\ro a\rf 1 2 3\r\no a\nf 2 1 3\n"},
+    };
+    for (const auto& row : rows) {
+        // Names and triangles.
+        std::vector<std::pair<QString, std::size_t>> parts[2];
+        for (const int others : {1, 2000}) {
+            const QTemporaryDir folder;
+            QByteArray content = QByteArray("v 0 0 0\nv 1 0 0\nv 0 1 0\n") + row.head;
+            for (int i = 0; i < others; ++i) {
+                content += "o other" + QByteArray::number(i) + "\nf 1 2 3\n";
+            }
+            const ModelSource model = source(writtenFile(folder, "m.obj", content + row.tail));
+            for (const ModelSource::Use& use : model.uses) {
+                if (!use.name.startsWith("other")) {
+                    const std::size_t corners = model.meshes.at(use.mesh).indices.size();
+                    parts[others > 1 ? 1 : 0].emplace_back(use.name, corners / 3);
+                }
+            }
+        }
+        EXPECT_FALSE(parts[0].empty()) << row.what;
+        EXPECT_EQ(parts[0], parts[1]) << row.what;
+    }
+}
+
+TEST(ModelFiles, OfAHundredThousandObjectsTakeNoMoreThanTheirTime)
+{
+    constexpr int count = 100000;
+    QByteArray content = "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    for (int i = 0; i < count; ++i) {
+        content += "o part" + QByteArray::number(i) + "\nf 1 2 3\n";
+    }
+    const QTemporaryDir folder;
+    EXPECT_EQ(source(writtenFile(folder, "m.obj", content)).uses.size(), std::size_t(count));
+}
+
 TEST(ModelFiles, FindTheirPicturesWhereverTheirMakerHadThem)
 {
     const struct
@@ -324,5 +375,63 @@ TEST(ModelFiles, SayWhereATextureLiesAndWhatAlphaMeans)
             EXPECT_NEAR(point.s, json ? 1.0f : 0.5f, 1e-5f) << row.material;
             EXPECT_NEAR(point.t, json ? 1.5f : 0.75f, 1e-5f) << row.material;
         }
+    }
+}
+
+TEST(ModelFiles, AreSeenAsFarAsAPictureOfTheirOpacitySays)
+{
+    const QRgb red = qRgb(255, 0, 0);
+    const QRgb blue = qRgb(0, 0, 255);
+    const QRgb white = qRgb(255, 255, 255);
+    const QTemporaryDir folder;
+    const auto paint = [&folder](const char* name, QSize size, QRgb left, QRgb right,
+                                 QImage::Format format = QImage::Format_RGB32) {
+        QImage picture(size, format);
+        for (int x = 0; x < size.width(); ++x) {
+            for (int y = 0; y < size.height(); ++y) {
+                picture.setPixel(x, y, 2 * x < size.width() ? left : right);
+            }
+        }
+        ASSERT_TRUE(picture.save(folder.filePath(name)));
+    };
+    paint("wood.png", {2, 1}, red, blue);
+    paint("mask.png", {2, 1}, white, qRgb(0, 0, 0));
+    paint("solid.png", {2, 1}, white, qRgb(0, 0, 0), QImage::Format_ARGB32);
+    paint("gray.png", {2, 1}, white, qRgb(100, 100, 100));
+    paint("alpha.png", {2, 1}, qRgba(0, 0, 0, 255), qRgba(255, 255, 255, 100), QImage::Format_ARGB32);
+    paint("large.png", {8, 4}, white, qRgb(0, 0, 0));
+    paint("board.png", {8, 4}, red, blue);
+    const auto faint = [](QRgb color, int alpha) { return (color & 0xffffff) | QRgb(alpha) << 24; };
+    const struct
+    {
+        const char* material;
+        QSize size;
+        QRgb left;
+        QRgb right;
+        Material::Alpha alpha;
+    } rows[] = {
+        {"map_Kd wood.png\nmap_d mask.png", {2, 1}, red, faint(blue, 0), Material::Alpha::CutOut},
+        {"map_Kd wood.png\nmap_d solid.png", {2, 1}, red, faint(blue, 0), Material::Alpha::CutOut},
+        {"map_Kd wood.png\nmap_d gray.png", {2, 1}, red, faint(blue, 100), Material::Alpha::Blend},
+        {"map_Kd wood.png\nmap_d alpha.png", {2, 1}, red, faint(blue, 100), Material::Alpha::Blend},
+        {"map_Kd wood.png\nmap_d large.png", {8, 4}, red, faint(blue, 0), Material::Alpha::CutOut},
+        {"map_Kd board.png\nmap_d gray.png", {8, 4}, red, faint(blue, 100), Material::Alpha::Blend},
+        {"map_Kd board.png\nmap_d alpha.png", {8, 4}, red, faint(blue, 100), Material::Alpha::Blend},
+        {"map_Kd alpha.png\nmap_d mask.png", {2, 1}, qRgb(0, 0, 0), faint(white, 0), Material::Alpha::CutOut},
+        {"map_Kd wood.png\nmap_d wood.png", {2, 1}, red, blue, Material::Alpha::Opaque},
+        {"map_Kd wood.png\nmap_d none.png", {2, 1}, red, blue, Material::Alpha::Opaque},
+        {"map_d mask.png", {2, 1}, white, faint(white, 0), Material::Alpha::CutOut},
+    };
+    for (const auto& row : rows) {
+        writtenFile(folder, "m.mtl", QByteArray("newmtl m\n") + row.material + "\n");
+        const ModelSource model = source(writtenFile(
+            folder, "m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nusemtl m\nf 1/1 2/1 3/1\n"));
+        const Material& material = model.meshes.at(0).material;
+        EXPECT_EQ(material.alpha, row.alpha) << row.material;
+        ASSERT_TRUE(material.texture) << row.material;
+        const QImage& picture = material.texture->image;
+        EXPECT_EQ(picture.size(), row.size) << row.material;
+        EXPECT_EQ(picture.pixel(0, 0), row.left) << row.material;
+        EXPECT_EQ(picture.pixel(row.size.width() - 1, 0), row.right) << row.material;
     }
 }

@@ -119,9 +119,10 @@ MaterialReader::Entry MaterialReader::read(const aiMaterial& material)
     return entry;
 }
 
-/// False: it has no texture for its color that can be used.
+/// False: it has no texture that can be used.
 bool MaterialReader::readTexture(const aiMaterial& material, Entry& entry)
 {
+    const std::string opacity = opacityOf(material);
     for (const aiTextureType type : colorTextures) {
         aiString name;
         unsigned int channel = 0;
@@ -134,11 +135,21 @@ bool MaterialReader::readTexture(const aiMaterial& material, Entry& entry)
             if (format_ == "gltf" && material.Get(AI_MATKEY_UVTRANSFORM(type, 0), transform) == AI_SUCCESS) {
                 entry.transform = TextureTransform::ofGltf(transform);
             }
-            entry.material.texture = textures_.read(name.C_Str(), wrapOf(wrap[0]), wrapOf(wrap[1]));
+            entry.material.texture = textures_.read(name.C_Str(), opacity, wrapOf(wrap[0]), wrapOf(wrap[1]));
             return entry.material.texture != nullptr;
         }
     }
-    return false;
+    entry.material.texture = textures_.read({}, opacity, Texture::Wrap::Repeat, Texture::Wrap::Repeat);
+    return entry.material.texture != nullptr;
+}
+
+/// The picture that says how much is seen of a surface; empty: none. In other formats than OBJ it may be the
+/// opposite that is bright.
+std::string MaterialReader::opacityOf(const aiMaterial& material) const
+{
+    aiString name;
+    const bool given = format_ == "obj" && material.GetTexture(aiTextureType_OPACITY, 0, &name) == AI_SUCCESS;
+    return given ? name.C_Str() : std::string();
 }
 
 } // namespace hostkit

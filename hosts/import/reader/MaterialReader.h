@@ -37,6 +37,7 @@ public:
 private:
     Entry read(const aiMaterial& material);
     bool readTexture(const aiMaterial& material, Entry& entry);
+    std::string opacityOf(const aiMaterial& material) const;
 
     const aiScene& scene_;
     TextureReader& textures_;

@@ -1,8 +1,12 @@
 #include "hosts/import/reader/RegularFiles.h"
 
 #include "contracts/core/OruFileReader.h"
+#include "hosts/import/reader/ObjectsAsGroups.h"
 
 #include <QFile>
+
+#include <memory>
+#include <utility>
 
 namespace hostkit {
 
@@ -13,9 +17,11 @@ bool RegularFiles::Exists(const char* file) const
 
 Assimp::IOStream* RegularFiles::Open(const char* file, const char* mode)
 {
-    const QString refusal = OruFileReader::refusal(QFile::decodeName(file));
+    const QString name = QFile::decodeName(file);
+    const QString refusal = OruFileReader::refusal(name);
     if (refusal.isEmpty()) {
-        return DefaultIOSystem::Open(file, mode);
+        std::unique_ptr<Assimp::IOStream> opened(DefaultIOSystem::Open(file, mode));
+        return ObjectsAsGroups::in(name, std::move(opened)).release();
     }
     if (refused_.empty()) {
         refused_ = std::string(file) + ' ' + refusal.toStdString();

@@ -37,6 +37,8 @@ constexpr std::array<const char*, 7> knownFormats = {"png", "jpg", "jpeg", "bmp"
 /// assimp's own stand-in for a texture that a file has without a name.
 constexpr const char* dummyName = "$texture_dummy";
 
+const QString tooMuchMemory = QStringLiteral("all pictures together take too much memory");
+
 /// The name of a picture as a path of this system: some formats have URLs, many have backslashes, and to
 /// Blender "//" is the folder of the model.
 QString pathOf(const std::string& name)
@@ -94,6 +96,22 @@ QImage decodedTga(const QByteArray& content)
     return pixels ? QImage(pixels.get(), width, height, 4 * width, QImage::Format_RGBA8888).copy() : QImage();
 }
 
+QImage stretched(const QImage& picture, const QSize& size)
+{
+    return picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// Of a picture in ARGB32, by bytes of a mask of its size. Qt's own way loses the color of what is not seen,
+/// which shows where it borders on what is.
+void setAlpha(QImage& picture, const QImage& mask)
+{
+    for (int row = 0; row < picture.height(); ++row) {
+        auto* const to = reinterpret_cast<QRgb*>(picture.scanLine(row));
+        std::transform(to, to + picture.width(), mask.constScanLine(row), to,
+                       [](QRgb color, uchar alpha) { return (color & 0xffffffu) | QRgb(alpha) << 24; });
+    }
+}
+
 } // namespace
 
 TextureReader::TextureReader(const aiScene& scene, const QString& modelFile, std::uint64_t mostBytes,
@@ -108,25 +126,52 @@ TextureReader::TextureReader(const aiScene& scene, const QString& modelFile, std
 #endif
 }
 
-std::shared_ptr<const Texture> TextureReader::read(const std::string& name, Texture::Wrap wrapS,
-                                                   Texture::Wrap wrapT)
+std::shared_ptr<const Texture> TextureReader::read(const std::string& color, const std::string& opacity,
+                                                   Texture::Wrap wrapS, Texture::Wrap wrapT)
 {
-    if (name.empty() || name.rfind(dummyName, 0) == 0) {
-        return nullptr;
-    }
-    const auto [at, fresh] = textures_.emplace(Key{name, wrapS, wrapT}, nullptr);
+    const auto [at, fresh] = textures_.emplace(Key{color, opacity, wrapS, wrapT}, nullptr);
     if (fresh) {
-        const QImage picture = image(name);
+        // Some programs name the same picture twice; its alpha is what they mean.
+        const QImage picture = opacity == color ? image(color) : joined(color, opacity);
         if (!picture.isNull()) {
-            at->second = std::make_shared<const Texture>(
-                Texture{QFileInfo(pathOf(name)).fileName(), picture, wrapS, wrapT});
+            const QString file = pathOf(color.empty() ? opacity : color);
+            at->second =
+                std::make_shared<const Texture>(Texture{QFileInfo(file).fileName(), picture, wrapS, wrapT});
         }
     }
     return at->second;
 }
 
+/// As large as the larger one of both. Null for two that cannot be used.
+QImage TextureReader::joined(const std::string& color, const std::string& opacity)
+{
+    QImage below = image(color);
+    const QImage mask = image(opacity);
+    if (mask.isNull()) {
+        return below;
+    }
+    const QSize size = mask.size().expandedTo(below.size());
+    QImage picture(size, QImage::Format_ARGB32);
+    if (!takes(picture)) {
+        leaveOut(opacity, tooMuchMemory);
+        return below;
+    }
+    picture.fill(Qt::white);
+    if (!below.isNull()) {
+        const QImage solid = below.convertToFormat(QImage::Format_RGB32);
+        picture = stretched(solid, size).convertToFormat(QImage::Format_ARGB32);
+    }
+    const bool bright = alphaOf(mask) == Alpha::None;
+    const QImage fitting = stretched(mask, size);
+    setAlpha(picture, fitting.convertToFormat(bright ? QImage::Format_Grayscale8 : QImage::Format_Alpha8));
+    return picture;
+}
+
 QImage TextureReader::image(const std::string& name)
 {
+    if (name.empty() || name.rfind(dummyName, 0) == 0) {
+        return {};
+    }
     const auto [at, fresh] = images_.emplace(name, QImage());
     if (!fresh) {
         return at->second;
@@ -149,11 +194,10 @@ QImage TextureReader::image(const std::string& name)
     }
     if (!picture.isNull() && !takes(picture)) {
         picture = QImage();
-        reason = QStringLiteral("all pictures together take too much memory");
+        reason = tooMuchMemory;
     }
     if (picture.isNull()) {
-        notes_.add(
-            QStringLiteral("texture \"%1\" is left out: %2").arg(QString::fromStdString(name), reason));
+        leaveOut(name, reason);
     }
     return at->second = picture;
 }
@@ -211,6 +255,11 @@ QImage TextureReader::decoded(const QByteArray& content, const QByteArray& suffi
         reason = QStringLiteral("damaged: ") + reader.errorString();
     }
     return picture;
+}
+
+void TextureReader::leaveOut(const std::string& name, const QString& reason)
+{
+    notes_.add(QStringLiteral("texture \"%1\" is left out: %2").arg(QString::fromStdString(name), reason));
 }
 
 bool TextureReader::takes(const QImage& image)

@@ -32,9 +32,14 @@ public:
     /// Scene and notes are borrowed. `mostBytes` is what all pictures together may take; 0: no limit.
     TextureReader(const aiScene& scene, const QString& modelFile, std::uint64_t mostBytes, Notes& notes);
 
-    /// The picture of that name in the model, the same object each time. Null, and a note: there is none, or
-    /// it cannot be used.
-    std::shared_ptr<const Texture> read(const std::string& name, Texture::Wrap wrapS, Texture::Wrap wrapT);
+    /// The picture `color` of the model, the same object each time. Null, and a note: there is none, or it
+    /// cannot be used.
+    ///
+    /// A picture `opacity` takes the place of its alpha: by its own alpha, or its brightness where all of
+    /// it is opaque. Empty, or one that cannot be used: all stays as it is. Without a `color` it lies on
+    /// white.
+    std::shared_ptr<const Texture> read(const std::string& color, const std::string& opacity,
+                                        Texture::Wrap wrapS, Texture::Wrap wrapT);
 
     /// Whether all pixels are opaque or none, which says what alpha is for.
     enum class Alpha
@@ -46,14 +51,16 @@ public:
     static Alpha alphaOf(const QImage& image);
 
 private:
-    using Key = std::tuple<std::string, Texture::Wrap, Texture::Wrap>;
+    using Key = std::tuple<std::string, std::string, Texture::Wrap, Texture::Wrap>;
 
     QImage image(const std::string& name);
+    QImage joined(const std::string& color, const std::string& opacity);
     QImage embedded(const aiTexture& texture, QString& reason) const;
     QImage decoded(const QByteArray& content, const QByteArray& suffix, QString& reason) const;
     QString find(const QString& name);
     const std::vector<QDir>& folders();
     bool takes(const QImage& image);
+    void leaveOut(const std::string& name, const QString& reason);
 
     const aiScene& scene_;
     QDir home_;

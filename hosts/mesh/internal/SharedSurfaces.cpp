@@ -6,7 +6,6 @@
 #include "hosts/mesh/MeshVisualization.h"
 #include "hosts/mesh/PartList.h"
 #include "hosts/mesh/internal/EvenStep.h"
-#include "hosts/mesh/internal/PartBuffer.h"
 #include "hosts/mesh/internal/SurfaceArrays.h"
 #include "hosts/mesh/internal/SurfaceBatch.h"
 #include "hosts/mesh/internal/SurfaceGroup.h"
@@ -177,7 +176,7 @@ void SharedSurfaces::makeAnew(OruOglGeometry& geometry)
     addBatches(Parts(open, sharing.end()), false, geometry);
     for (MeshVisualization* const part : sharing) {
         if (part->batch_) {
-            part->buffer()->mesh.reset(); // of the time when it drew itself
+            part->clearBuffer(); // of the time when it drew itself
         }
         part->touch();
     }

@@ -13,6 +13,9 @@
 #include <QColor>
 #include <QString>
 
+#include <algorithm>
+#include <cmath>
+#include <memory>
 #include <type_traits>
 
 namespace oru {
@@ -48,6 +51,55 @@ struct PropertyTraits<Kelvar::Math::Matrix>
 {
     using Stored = Kelvar::Math::Matrix;
     static const Kelvar::Math::Matrix& fallback() { return OruMatrix0; }
+};
+
+/// The typed copy of a value that an adaptor keeps.
+template <typename T>
+class PropertyCopy
+{
+public:
+    PropertyCopy()
+        : value_(static_cast<T>(PropertyTraits<T>::fallback()))
+    {}
+
+    const T& get() const { return value_; }
+    void set(const T& value) { value_ = value; }
+
+private:
+    T value_;
+};
+
+/// A matrix is large and mostly the identity: room for another one is made when it comes.
+template <>
+class PropertyCopy<Kelvar::Math::Matrix>
+{
+public:
+    using Matrix = Kelvar::Math::Matrix;
+
+    PropertyCopy() = default;
+    PropertyCopy(const PropertyCopy& other) { set(other.get()); }
+    PropertyCopy& operator=(const PropertyCopy&) = delete;
+
+    const Matrix& get() const { return other_ ? *other_ : OruMatrix0; }
+    void set(const Matrix& value)
+    {
+        if (other_) {
+            *other_ = value;
+        } else if (!isIdentity(value)) {
+            other_ = std::make_unique<Matrix>(value);
+        }
+    }
+
+private:
+    /// Bit by bit: -0 is not 0.
+    static bool isIdentity(const Matrix& value)
+    {
+        const auto same = [](float a, float b) { return a == b && std::signbit(a) == std::signbit(b); };
+        return std::equal(value.data(), value.data() + 16, OruMatrix0.data(), same);
+    }
+
+    /// Null: the identity.
+    std::unique_ptr<Matrix> other_;
 };
 
 } // namespace oru
@@ -91,18 +143,17 @@ private:
     QString text() const;
 
     static constexpr OruPropertyKind kind_ = OruPropertyKind::of<Stored>();
-    mutable T value_;
+    mutable oru::PropertyCopy<T> copy_;
 };
 
 template <typename T>
 OruPropertyAdaptor<T>::OruPropertyAdaptor(OruProperties& owner, const QString& key, const T& initial,
                                           const QString& unit)
     : OruPropertyAdaptorBase(owner, key, &kind_)
-    , value_(static_cast<T>(Traits::fallback()))
 {
     OruPropertiesString& values = node()->string();
     if (!values.defined(name())) {
-        value_ = initial;
+        copy_.set(initial);
         begin(text());
         reset();
     }
@@ -129,14 +180,14 @@ template <typename T>
 const T& OruPropertyAdaptor<T>::value() const
 {
     if (!node().get()) {
-        return value_;
+        return copy_.get();
     }
     if (!modified() && cachable() && !node()->group.locked()) {
-        return value_;
+        return copy_.get();
     }
     fetch();
     reset();
-    return value_;
+    return copy_.get();
 }
 
 template <typename T>
@@ -145,7 +196,7 @@ void OruPropertyAdaptor<T>::setValue(const T& newValue)
     if (!node().get()) {
         return;
     }
-    value_ = newValue;
+    copy_.set(newValue);
     store();
     reset();
 }
@@ -153,14 +204,9 @@ void OruPropertyAdaptor<T>::setValue(const T& newValue)
 template <typename T>
 void OruPropertyAdaptor<T>::fetch() const
 {
-    const OruPropertiesString& values = node()->string();
-    if constexpr (std::is_same<Stored, T>::value) {
-        values.getValue(name(), value_, Traits::fallback());
-    } else {
-        Stored stored = Stored();
-        values.getValue(name(), stored, Traits::fallback());
-        value_ = static_cast<T>(stored);
-    }
+    Stored stored = Stored();
+    node()->string().getValue(name(), stored, Traits::fallback());
+    copy_.set(static_cast<T>(stored));
 }
 
 template <typename T>
@@ -170,7 +216,7 @@ void OruPropertyAdaptor<T>::store()
     if constexpr (std::is_same<T, Kelvar::Math::Matrix>::value) {
         node()->string().setValue(name(), text());
     } else {
-        node()->string().setValue(name(), static_cast<Stored>(value_));
+        node()->string().setValue(name(), static_cast<Stored>(copy_.get()));
     }
 }
 
@@ -179,8 +225,8 @@ template <typename T>
 QString OruPropertyAdaptor<T>::text() const
 {
     if constexpr (std::is_same<T, QString>::value) {
-        return value_;
+        return copy_.get();
     } else {
-        return oru::toString(static_cast<Stored>(value_));
+        return oru::toString(static_cast<Stored>(copy_.get()));
     }
 }

@@ -58,10 +58,10 @@ OruProperties::~OruProperties()
         above->remove(this);
     }
     while (size() > 0) {
-        const OruPropertiesChildren::Child last = children_->takeLast();
-        last.node->setParentRecord(nullptr);
-        if (!last.member) {
-            delete last.node;
+        OruProperties* const last = children_->takeLast();
+        last->setParentRecord(nullptr);
+        if (!last->member_) {
+            delete last;
         }
     }
 }
@@ -91,7 +91,8 @@ bool OruProperties::insert(OruProperties* child, bool member)
     if (!children_) {
         children_ = std::make_unique<OruPropertiesChildren>();
     }
-    children_->append(child, member);
+    children_->append(child);
+    child->member_ = member;
     child->setParentRecord(this);
     touch();
     return true;
@@ -113,7 +114,7 @@ bool OruProperties::erase(OruProperties* child)
     if (!child || child->parent() != this) {
         return false;
     }
-    const bool member = children_->isMember(*child);
+    const bool member = child->member_;
     if (!remove(child)) {
         return false;
     }

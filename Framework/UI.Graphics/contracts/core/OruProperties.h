@@ -117,6 +117,8 @@ private:
 
     bool accepts(const OruProperties* child) const;
 
+    /// As insert() was told.
+    bool member_ = false;
     /// Where the parent keeps it.
     std::uint32_t place_ = 0;
     QString name_;

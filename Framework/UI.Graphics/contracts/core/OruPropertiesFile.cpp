@@ -149,13 +149,24 @@ int offsetOf(const QJsonParseError& problem, const QByteArray& text)
     return offset;
 }
 
+/// Whether a quote that no backslash escapes is the last of these bytes.
+bool endsInQuote(std::string_view bytes)
+{
+    if (bytes.empty() || bytes.back() != '"') {
+        return false;
+    }
+    bytes.remove_suffix(1);
+    const std::size_t other = bytes.find_last_not_of('\\') + 1; // 0 where there are backslashes alone
+    return (bytes.size() - other) % 2 == 0;
+}
+
 /// Where a string of the document begins with a byte order mark, or -1.
 int markInText(const QByteArray& text)
 {
     const std::string_view bytes(text.constData(), static_cast<std::size_t>(text.size()));
     const std::string_view mark(oru::byteOrderMark);
     std::size_t found = bytes.find(mark);
-    while (found != std::string_view::npos && (found == 0 || bytes[found - 1] != '"')) {
+    while (found != std::string_view::npos && !endsInQuote(bytes.substr(0, found))) {
         found = bytes.find(mark, found + 1);
     }
     return found == std::string_view::npos ? -1 : static_cast<int>(found) - 1;

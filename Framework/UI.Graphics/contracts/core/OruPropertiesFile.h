@@ -40,7 +40,8 @@ public:
     static constexpr int Version = 1;
 
     /// Writes the tree below `root`, all of it or nothing: an existing file is replaced only by a whole one,
-    /// and a pipe or a device is written to, as OruFileWriter does it.
+    /// and a pipe or a device is written to, as OruFileWriter does it. A value that is not of its property's
+    /// kind is left out, so that load() takes the file, and told on the error stream.
     static bool save(const OruProperties& root, const QString& file, QString* error);
 
     /// Merges a file into the tree below `root`: values and units in the file overwrite, children that are

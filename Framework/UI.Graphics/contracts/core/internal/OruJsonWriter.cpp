@@ -3,10 +3,11 @@
 #include "contracts/core/internal/OruJson.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace {
 
@@ -15,6 +16,30 @@ bool isPlain(QChar character)
 {
     return character >= QLatin1Char(' ') && character <= QLatin1Char('~') && character != QLatin1Char('"') &&
            character != QLatin1Char('\\');
+}
+
+/// A half of a character beyond U+FFFF whose other half is missing; UTF-8 has no form for that.
+bool isLone(const QString& string, int place)
+{
+    const QChar character = string.at(place);
+    return (character.isHighSurrogate() &&
+            (place + 1 == string.size() || !string.at(place + 1).isLowSurrogate())) ||
+           (character.isLowSurrogate() && (place == 0 || !string.at(place - 1).isHighSurrogate()));
+}
+
+/// What is written for a character; empty: it stands as it is. A byte order mark is escaped: the reader would
+/// drop it from the start of a text.
+QByteArray escapeOf(const QString& string, int place)
+{
+    constexpr std::string_view named = "\"\\\b\f\n\r\t";
+    constexpr std::string_view names = "\"\\bfnrt";
+    const char16_t code = string.at(place).unicode();
+    const std::size_t found = code < 0x80 ? named.find(static_cast<char>(code)) : std::string_view::npos;
+    if (found != std::string_view::npos) {
+        return QByteArray("\\") + names[found];
+    }
+    const bool byNumber = code < u' ' || code == u'\ufeff' || isLone(string, place);
+    return byNumber ? "\\u" + QByteArray::number(code, 16).rightJustified(4, '0') : QByteArray();
 }
 
 } // namespace
@@ -72,6 +97,8 @@ void OruJsonWriter::value(const QJsonValue& json)
             value(element);
         }
         end();
+    } else if (json.isString()) {
+        string(json.toString());
     } else {
         startItem();
         leaf(json);
@@ -106,23 +133,25 @@ void OruJsonWriter::startLine()
 
 void OruJsonWriter::quote(const QString& string)
 {
-    if (!std::all_of(string.begin(), string.end(), isPlain)) {
-        leaf(string);
-        return;
-    }
     text_ += '"';
-    text_ += string.toLatin1();
+    int start = 0;
+    for (int i = 0; i < string.size(); ++i) {
+        if (!isPlain(string.at(i))) {
+            const QByteArray escape = escapeOf(string, i);
+            if (!escape.isEmpty()) {
+                text_ += string.mid(start, i - start).toUtf8();
+                text_ += escape;
+                start = i + 1;
+            }
+        }
+    }
+    text_ += start == 0 ? string.toUtf8() : string.mid(start).toUtf8();
     text_ += '"';
 }
 
-/// A document must be an object or an array, so a leaf is written as the only element of one. A byte order
-/// mark is escaped: the reader would drop it from the start of a text.
 void OruJsonWriter::leaf(const QJsonValue& json)
 {
-    if (json.isDouble()) {
-        text_ += oru::jsonNumber(json).toLatin1();
-        return;
-    }
-    const QByteArray array = QJsonDocument(QJsonArray{json}).toJson(QJsonDocument::Compact);
-    text_ += array.mid(1, array.size() - 2).replace(oru::byteOrderMark, "\\ufeff");
+    text_ += json.isDouble() ? oru::jsonNumber(json).toLatin1()
+             : json.isBool() ? QByteArray(json.toBool() ? "true" : "false")
+                             : QByteArray("null");
 }

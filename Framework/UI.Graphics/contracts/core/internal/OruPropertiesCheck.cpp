@@ -4,6 +4,7 @@
 #include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/internal/OruJson.h"
 #include "contracts/core/internal/OruPropertiesChildren.h"
+#include "contracts/core/internal/OruPropertiesKinds.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -285,16 +286,17 @@ bool OruPropertiesCheck::acceptsChild(const Members& members, OruProperties* par
 
 bool OruPropertiesCheck::fits(Plan& plan, OruProperties& root)
 {
-    return fitsNode(plan, &root, true);
+    OruPropertiesKinds kinds;
+    return fitsNode(plan, &root, true, kinds);
 }
 
-bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present)
+bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present, OruPropertiesKinds& kinds)
 {
     if (present && !plan.type.isNull() && plan.type != node->type()) {
         return false;
     }
-    const auto fitsKind = [node](const Plan::Value& value) {
-        return node->kind(value.key).accepts(value.text);
+    const auto fitsKind = [&](const Plan::Value& value) {
+        return kinds.accepts(node->kind(value.key), value.text);
     };
     if (node && !std::all_of(plan.values.begin(), plan.values.end(), fitsKind)) {
         return false;
@@ -309,7 +311,8 @@ bool OruPropertiesCheck::fitsNode(Plan& plan, OruProperties* node, bool present)
         } else if (!names.take(*found)) {
             return false;
         }
-        return !child.name.contains(QLatin1Char('/')) && fitsNode(child, childFor(child, node, found), found);
+        return !child.name.contains(QLatin1Char('/')) &&
+               fitsNode(child, childFor(child, node, found), found, kinds);
     };
     if (!std::all_of(plan.children.begin(), plan.children.end(), fitsChild)) {
         return false;

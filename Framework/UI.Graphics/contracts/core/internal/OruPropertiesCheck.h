@@ -8,6 +8,7 @@
 #include <QStringList>
 
 class OruProperties;
+class OruPropertiesKinds;
 
 /// Tells whether the content of a property file has the right shape and fits a tree, before any of it is
 /// applied. Not part of the public interface.
@@ -40,7 +41,7 @@ private:
     class Names;
     struct Members;
 
-    static bool fitsNode(Plan& plan, OruProperties* node, bool present);
+    static bool fitsNode(Plan& plan, OruProperties* node, bool present, OruPropertiesKinds& kinds);
     static OruProperties* childFor(Plan& plan, OruProperties* parent, OruProperties* found);
 
     bool acceptsHead(const QJsonObject& document);

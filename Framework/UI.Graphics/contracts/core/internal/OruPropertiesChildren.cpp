@@ -10,7 +10,7 @@ OruProperties* OruPropertiesChildren::at(std::size_t position) const
     if (gaps_ > 0) {
         closeGaps();
     }
-    return entries_[first_ + position].node;
+    return entries_[first_ + position];
 }
 
 OruProperties* OruPropertiesChildren::find(const QString& name, std::size_t guess) const
@@ -29,49 +29,44 @@ std::size_t OruPropertiesChildren::index(const OruProperties& child) const
     return child.place_ - first_;
 }
 
-bool OruPropertiesChildren::isMember(const OruProperties& child) const
-{
-    return entries_[child.place_].member;
-}
-
-void OruPropertiesChildren::append(OruProperties* node, bool member)
+void OruPropertiesChildren::append(OruProperties* node)
 {
     node->place_ = static_cast<std::uint32_t>(entries_.size());
-    entries_.push_back(Child{node, member});
-    byName_.insert(node->name(), node);
+    entries_.push_back(node);
+    byName_.insert(*node);
 }
 
 void OruPropertiesChildren::remove(const OruProperties& child)
 {
-    byName_.remove(child.name());
-    entries_[child.place_].node = nullptr;
+    byName_.remove(child.name(), child);
+    entries_[child.place_] = nullptr;
     ++gaps_;
     trim();
 }
 
-OruPropertiesChildren::Child OruPropertiesChildren::takeLast()
+OruProperties* OruPropertiesChildren::takeLast()
 {
     byName_.clear();
-    const Child last = entries_.back();
-    remove(*last.node);
+    OruProperties* const last = entries_.back();
+    remove(*last);
     return last;
 }
 
 void OruPropertiesChildren::rename(const QString& oldName, OruProperties& child)
 {
-    byName_.remove(oldName);
-    byName_.insert(child.name(), &child);
+    byName_.remove(oldName, child);
+    byName_.insert(child);
 }
 
 /// Gaps at either end cost nothing; the others, and those at the front, are closed before they outnumber the
 /// children.
 void OruPropertiesChildren::trim()
 {
-    while (entries_.size() > first_ && !entries_.back().node) {
+    while (entries_.size() > first_ && !entries_.back()) {
         entries_.pop_back();
         --gaps_;
     }
-    while (first_ < entries_.size() && !entries_[first_].node) {
+    while (first_ < entries_.size() && !entries_[first_]) {
         ++first_;
         --gaps_;
     }
@@ -82,12 +77,10 @@ void OruPropertiesChildren::trim()
 
 void OruPropertiesChildren::closeGaps() const
 {
-    entries_.erase(
-        std::remove_if(entries_.begin(), entries_.end(), [](const Child& entry) { return !entry.node; }),
-        entries_.end());
+    entries_.erase(std::remove(entries_.begin(), entries_.end(), nullptr), entries_.end());
     first_ = 0;
     gaps_ = 0;
     for (std::size_t place = 0; place < entries_.size(); ++place) {
-        entries_[place].node->place_ = static_cast<std::uint32_t>(place);
+        entries_[place]->place_ = static_cast<std::uint32_t>(place);
     }
 }

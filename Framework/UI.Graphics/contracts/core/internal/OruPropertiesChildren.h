@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "contracts/core/internal/OruPropertiesNames.h"
+
 #include <QString>
 
 #include <cstddef>
@@ -15,12 +16,6 @@ class OruProperties;
 class OruPropertiesChildren
 {
 public:
-    struct Child
-    {
-        OruProperties* node; ///< null: a gap
-        bool member;
-    };
-
     std::size_t size() const { return entries_.size() - first_ - gaps_; }
 
     OruProperties* at(std::size_t position) const;
@@ -28,19 +23,18 @@ public:
     /// The position of a child that is here.
     std::size_t index(const OruProperties& child) const;
 
-    OruProperties* find(const QString& name) const { return byName_.value(name, nullptr); }
+    OruProperties* find(const QString& name) const { return byName_.find(name); }
 
     /// The same; fast where the child is at the position `guess`.
     OruProperties* find(const QString& name, std::size_t guess) const;
-    bool isMember(const OruProperties& child) const;
 
-    void append(OruProperties* node, bool member);
+    void append(OruProperties* node);
 
     /// Takes out a child that is here.
     void remove(const OruProperties& child);
 
     /// Takes out the last child, of which there must be one; find() is not asked any more.
-    Child takeLast();
+    OruProperties* takeLast();
 
     /// A child bears another name now.
     void rename(const QString& oldName, OruProperties& child);
@@ -49,9 +43,9 @@ private:
     void trim();
     void closeGaps() const;
 
-    /// No gap at the end; `first_` at the front, `gaps_` in between.
-    mutable std::vector<Child> entries_;
+    /// Null: a gap. None at the end; `first_` at the front, `gaps_` in between.
+    mutable std::vector<OruProperties*> entries_;
     mutable std::size_t first_ = 0;
     mutable std::size_t gaps_ = 0;
-    QHash<QString, OruProperties*> byName_;
+    OruPropertiesNames byName_;
 };

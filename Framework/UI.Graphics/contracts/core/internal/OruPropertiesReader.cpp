@@ -1,5 +1,6 @@
 #include "contracts/core/internal/OruPropertiesReader.h"
 
+#include "contracts/core/internal/OruJson.h"
 #include "contracts/core/internal/OruPropertiesCheck.h"
 
 #include <algorithm>
@@ -30,9 +31,14 @@ char meant(char escape)
     return found == std::string_view::npos ? ending : meanings[found];
 }
 
-/// False: it is not all UTF-8, or has escapes that the general way reads.
+/// False: it is not all UTF-8, has escapes that the general way reads, or a byte order mark in front, which
+/// would be lost and which that way refuses.
 bool decode(std::string_view bytes, QString& text)
 {
+    const std::string_view mark(oru::byteOrderMark);
+    if (bytes.substr(0, mark.size()) == mark) {
+        return false;
+    }
     std::string plain;
     if (bytes.find('\\') != std::string_view::npos) {
         for (std::size_t i = 0; i < bytes.size(); ++i) {

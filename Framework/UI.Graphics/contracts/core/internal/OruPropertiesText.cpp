@@ -1,12 +1,18 @@
 #include "contracts/core/internal/OruPropertiesText.h"
 
+#include "contracts/core/OruDebugLogger.h"
 #include "contracts/core/OruProperties.h"
+#include "contracts/core/OruPropertyKind.h"
 #include "contracts/core/internal/OruPropertiesCheck.h"
 #include "contracts/core/internal/OruPropertiesForeign.h"
+#include "contracts/debug/dbgostream.h"
+#include "contracts/debug/logger.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <ostream>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -85,6 +91,7 @@ QByteArray OruPropertiesText::of(const OruProperties& root, int version)
         writeUnknown(root.foreign_->head, false);
     }
     writer_.end();
+    tellLeftOut();
     return writer_.text() + '\n';
 }
 
@@ -109,7 +116,7 @@ void OruPropertiesText::write(const OruProperties& node)
 
 void OruPropertiesText::writeValues(const OruProperties& node)
 {
-    const QStringList keys = writer_.ordered(node.string().keys());
+    const QStringList keys = writer_.ordered(writtenKeys(node));
     if (keys.isEmpty()) {
         return;
     }
@@ -179,4 +186,42 @@ void OruPropertiesText::writeUnknown(const QJsonObject& members, bool aheadOfNam
             writer_.value(members.value(key));
         }
     }
+}
+
+QStringList OruPropertiesText::writtenKeys(const OruProperties& node)
+{
+    QStringList keys = node.string().keys();
+    const auto leftOut = [&](const QString& key) { return !isOfItsKind(node, key); };
+    keys.erase(std::remove_if(keys.begin(), keys.end(), leftOut), keys.end());
+    return keys;
+}
+
+/// False: the value is noted as one that is left out.
+bool OruPropertiesText::isOfItsKind(const OruProperties& node, const QString& key)
+{
+    QString text;
+    node.string().getValue(key, text, QString());
+    const OruPropertyKind& kind = node.kind(key);
+    if (kinds_.accepts(kind, text)) {
+        return true;
+    }
+    if (leftOut_ == 0) {
+        QString reason;
+        kind.accepts(text, &reason);
+        const QString path = node.path();
+        firstLeftOut_ = (path.isEmpty() ? key : path + QLatin1Char('/') + key) + QLatin1Char(' ') + reason;
+    }
+    ++leftOut_;
+    return false;
+}
+
+void OruPropertiesText::tellLeftOut() const
+{
+    const kelvardebug::dbgostream stream = oru::debug_logger::debuglogger().derr(std::string());
+    if (leftOut_ == 0 || !stream.active()) {
+        return;
+    }
+    const QString others = leftOut_ > 1 ? QStringLiteral(", nor are %1 others").arg(leftOut_ - 1) : QString();
+    stream.buffer() << "a value is not saved: " << firstLeftOut_.toStdString() << others.toStdString();
+    stream << std::endl;
 }

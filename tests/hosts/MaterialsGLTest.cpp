@@ -73,9 +73,9 @@ bool alike(const QColor& a, const QColor& b)
            std::abs(a.blue() - b.blue()) <= rounding;
 }
 
-struct SurfacesGLTest : ::testing::Test
+struct MaterialsGLTest : ::testing::Test
 {
-    SurfacesGLTest()
+    MaterialsGLTest()
     {
         host.setSize(gl.size());
         list()["lights"]->setValue("visible", "false");
@@ -124,7 +124,7 @@ struct SurfacesGLTest : ::testing::Test
 
 } // namespace
 
-TEST_F(SurfacesGLTest, ShowsWhatTheMaterialSaysAndPicksWhatShows)
+TEST_F(MaterialsGLTest, ShowsWhatTheMaterialSaysAndPicksWhatShows)
 {
     const QColor back(40, 200, 80);
     const QColor red(220, 60, 20);
@@ -191,7 +191,7 @@ TEST_F(SurfacesGLTest, ShowsWhatTheMaterialSaysAndPicksWhatShows)
     }
 }
 
-TEST_F(SurfacesGLTest, DrawsGlassFromBackToFrontOverAllThatIsSolid)
+TEST_F(MaterialsGLTest, DrawsGlassFromBackToFrontOverAllThatIsSolid)
 {
     auto* const outer = new OruVisList(host.scene().group, "outer");
     auto* const inner = new OruVisList(host.scene().group, "inner");
@@ -243,7 +243,7 @@ TEST_F(SurfacesGLTest, DrawsGlassFromBackToFrontOverAllThatIsSolid)
     EXPECT_TRUE(alike(middle(host.picture(gl.size())), wanted)) << "a capture";
 }
 
-TEST_F(SurfacesGLTest, ShowsTheInsideOfWhatIsCutOpen)
+TEST_F(MaterialsGLTest, ShowsTheInsideOfWhatIsCutOpen)
 {
     MeshSource source = cubeSource();
     source.material.alpha = Alpha::CutOut;
@@ -256,7 +256,7 @@ TEST_F(SurfacesGLTest, ShowsTheInsideOfWhatIsCutOpen)
     EXPECT_EQ(hitAt(200, 150), &part);
 }
 
-TEST_F(SurfacesGLTest, PicksThroughHolesJustWhereTheyShow)
+TEST_F(MaterialsGLTest, PicksThroughHolesJustWhereTheyShow)
 {
     QImage holes(8, 8, QImage::Format_ARGB32);
     holes.fill(Qt::red);
@@ -293,7 +293,7 @@ TEST_F(SurfacesGLTest, PicksThroughHolesJustWhereTheyShow)
     }
 }
 
-TEST_F(SurfacesGLTest, SharesATextureAmongPartsAndLetsItGo)
+TEST_F(MaterialsGLTest, SharesATextureAmongPartsAndLetsItGo)
 {
     const auto objects = [&] {
         shownFrom("-y");

@@ -50,12 +50,12 @@ int differences(const QImage& a, const QImage& b)
     return count;
 }
 
-struct SurfaceGLTest : testing::Test
+struct FacesAndEdgesGLTest : testing::Test
 {
     GlContext gl{QSize(400, 300)};
     HostScene host{QString(), QString(), QString()};
 
-    SurfaceGLTest() { host.setSize(gl.size()); }
+    FacesAndEdgesGLTest() { host.setSize(gl.size()); }
     void TearDown() override { EXPECT_EQ(gl.faults(), ""); }
 
     MeshVisualization& add(const MeshSource& source, const char* name = "part")
@@ -124,7 +124,7 @@ struct SurfaceGLTest : testing::Test
     }
 };
 
-TEST_F(SurfaceGLTest, ShowsNoSpecksOfTheInsideAlongAnOutline)
+TEST_F(FacesAndEdgesGLTest, ShowsNoSpecksOfTheInsideAlongAnOutline)
 {
     const MeshSource whole = sourceOf(bumpySphere(20000, 1.0f));
     const std::pair<const char*, Vector3> rows[] = {
@@ -138,7 +138,7 @@ TEST_F(SurfaceGLTest, ShowsNoSpecksOfTheInsideAlongAnOutline)
     }
 }
 
-TEST_F(SurfaceGLTest, LightsTrianglesThatLieTheOtherWayRoundAsTheirNormalsSay)
+TEST_F(FacesAndEdgesGLTest, LightsTrianglesThatLieTheOtherWayRoundAsTheirNormalsSay)
 {
     const MeshSource whole = sourceOf(bumpySphere(5000, 1.0f));
     const MeshSource mixed = changed(whole, [](auto& triangle) {
@@ -150,7 +150,7 @@ TEST_F(SurfaceGLTest, LightsTrianglesThatLieTheOtherWayRoundAsTheirNormalsSay)
     EXPECT_LE(differences(pictureOf(mixed, "iso"), pictureOf(whole, "iso")), 1);
 }
 
-TEST_F(SurfaceGLTest, RigLeavesNoSideDarkAndBurnsNothingOut)
+TEST_F(FacesAndEdgesGLTest, RigLeavesNoSideDarkAndBurnsNothingOut)
 {
     ASSERT_TRUE(LightRig::apply(host.scene()));
     MeshSource sphere = sourceOf(bumpySphere(20000, 1.0f));
@@ -182,7 +182,7 @@ Vector3 cornerOf(int edge, float end)
     return Vector3(at[0], at[1], at[2]);
 }
 
-TEST_F(SurfaceGLTest, DrawsTheEdgesThatAreInViewAndNoOthers)
+TEST_F(FacesAndEdgesGLTest, DrawsTheEdgesThatAreInViewAndNoOthers)
 {
     const auto dark = [](int gray) { return gray < 25; };
     const auto light = [](int gray) { return gray > 125 && gray < 160; };
@@ -218,7 +218,7 @@ TEST_F(SurfaceGLTest, DrawsTheEdgesThatAreInViewAndNoOthers)
     }
 }
 
-TEST_F(SurfaceGLTest, EdgesFadeBeforeTheyCoverAPart)
+TEST_F(FacesAndEdgesGLTest, EdgesFadeBeforeTheyCoverAPart)
 {
     MeshSource square = cubeSource();
     square.indices.resize(6);
@@ -247,7 +247,7 @@ TEST_F(SurfaceGLTest, EdgesFadeBeforeTheyCoverAPart)
     }
 }
 
-TEST_F(SurfaceGLTest, WireframeIsPickedByItsLinesAndSeenThrough)
+TEST_F(FacesAndEdgesGLTest, WireframeIsPickedByItsLinesAndSeenThrough)
 {
     MeshVisualization& sphere = add(sourceOf(bumpySphere(200, 1.0f)), "sphere");
     sphere.edges.setValue("wireframe");
