@@ -114,9 +114,10 @@ void ModelList::drawParts(const DrawContext& context)
     PartList::draw3d(context);
 }
 
+/// Whoever draws its parts, it draws them itself.
 OruVisualization::Reach ModelList::reach() const
 {
-    return OruVisList::reach();
+    return Reach::WhenInView;
 }
 
 OruVisHitRecordList ModelList::select3d(const SelectContext& context)

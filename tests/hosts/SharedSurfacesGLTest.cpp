@@ -377,9 +377,11 @@ struct SharedSurfacesGLTest : testing::Test
     {
         std::vector<MeshVisualization*> parts;
         for (int i = 0; i < count; ++i) {
+            const int row = i / 8;
+            const Vector3 place(static_cast<float>(i % 8), 0.0f, static_cast<float>(row));
             MeshSource source = sourceOf(bumpySphere(60, 0.4f));
             for (Vector3& position : source.positions) {
-                position += Vector3(static_cast<float>(i % 8), 0.0f, static_cast<float>(i / 8));
+                position += place;
             }
             parts.push_back(&stage.add(into, built(source)));
         }
