@@ -116,8 +116,8 @@ private:
     int count_ = 0;
 };
 
-/// Meshes of all sorts: closed and open, with colors of their own, small ones and one that is too large to be
-/// repeated in a buffer; a few degenerate on top.
+/// Meshes of all sorts: closed and open, with colors of their own, small ones and such that are too large to
+/// be repeated in a buffer.
 std::vector<MeshPointer> sampleMeshes(std::mt19937& random)
 {
     std::vector<MeshPointer> meshes;
