@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <exception>
 #include <fstream>
 #include <malloc.h>
@@ -16,6 +17,16 @@
 #include <string>
 
 namespace bench {
+
+Cost now()
+{
+    const auto read = [](clockid_t clock) {
+        timespec time{};
+        clock_gettime(clock, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
+    };
+    return {read(CLOCK_MONOTONIC), read(CLOCK_PROCESS_CPUTIME_ID), read(CLOCK_THREAD_CPUTIME_ID)};
+}
 
 std::vector<Costs> interleave(int rounds, const std::vector<Work>& works)
 {

@@ -4,7 +4,6 @@
 #include <QSize>
 #include <QString>
 
-#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -21,17 +20,12 @@ struct Cost
 
 using Work = std::function<void()>;
 
+/// The three clocks as they stand.
+Cost now();
+
 template <typename Callable>
 Cost measure(Callable&& work)
 {
-    const auto read = [](clockid_t clock) {
-        timespec time{};
-        clock_gettime(clock, &time);
-        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
-    };
-    const auto now = [&] {
-        return Cost{read(CLOCK_MONOTONIC), read(CLOCK_PROCESS_CPUTIME_ID), read(CLOCK_THREAD_CPUTIME_ID)};
-    };
     const Cost before = now();
     work();
     const Cost after = now();

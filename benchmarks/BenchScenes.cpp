@@ -36,9 +36,6 @@ const GridScene gridScenes[] = {
 const char* const engineName = "engine";
 const char* const cloudName = "1,000,000 points";
 
-/// From center to center; the spheres have a radius of about 1.
-constexpr float spacing = 2.5f;
-
 MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int number)
 {
     MeshSource source;
@@ -124,7 +121,7 @@ Scene makeScene(const QString& name, const QString& engineFile)
     return {name, arraysOf(hostkit::ModelImporter::load(engineFile, progress)), false};
 }
 
-Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles)
+Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles, float spacing)
 {
     const hostkit::SampleMesh sphere = hostkit::bumpySphere(triangles);
     Arrays arrays;
@@ -166,9 +163,10 @@ Arrays gear()
     return {source};
 }
 
-Model buildModel(Arrays arrays)
+Model buildModel(Arrays arrays, const QString& name)
 {
     Model model;
+    model.name = name;
     for (MeshSource& source : arrays) {
         model.parts.emplace_back(*hostkit::ShapeBuilder::build(std::move(source), [](float) {}));
     }

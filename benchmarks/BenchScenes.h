@@ -31,14 +31,19 @@ QStringList sceneNames();
 /// `engineFile` is only read for the engine.
 Scene makeScene(const QString& name, const QString& engineFile);
 
+/// From center to center of spheres with a radius of about 1: apart from each other, or nearly touching.
+constexpr float looseSpacing = 2.5f;
+constexpr float denseSpacing = 2.0f;
+
 /// So many spheres of that many triangles on a grid, without gaps in its rows.
-Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles);
+Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles, float spacing = looseSpacing);
 
 /// One gear wheel of a million triangles, with sharp edges along 160 lines of 3,125 pieces each.
 Arrays gear();
 
-/// Parts as a host makes them of arrays: checked, welded, with their hierarchies.
-hostkit::Model buildModel(Arrays arrays);
+/// Parts as a host makes them of arrays: checked, welded, with their hierarchies. Without a name they stand
+/// in the host's own list, each for itself.
+hostkit::Model buildModel(Arrays arrays, const QString& name = QString());
 
 /// Shows the model from above, front right, whole and fitting, and paints it once.
 void show(hostkit::HostScene& host, const hostkit::Model& model);

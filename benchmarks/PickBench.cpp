@@ -2,7 +2,10 @@
 
 #include "Scene/controller/OruSceneController.h"
 #include "contracts/ogl/OruOglGl.h"
+#include "contracts/vis/OruVisList.h"
 #include "hosts/host/OffscreenView.h"
+#include "hosts/mesh/MeshVisualization.h"
+#include "hosts/mesh/ModelParts.h"
 #include "hosts/mesh/PointSetBuilder.h"
 #include "benchmarks/Bench.h"
 #include "benchmarks/BenchScenes.h"
@@ -18,6 +21,8 @@ namespace {
 using bench::Cost;
 using hostkit::HostScene;
 using hostkit::Model;
+using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
 
 constexpr int pixelCount = 21;
 constexpr int rounds = 40;
@@ -137,6 +142,79 @@ void measureCloud(const Model& model)
                   QStringLiteral("bytes a point"), QStringLiteral("<= 10"));
 }
 
+/// A list that tells when a frame comes to draw it.
+class EnteredList : public OruVisList
+{
+public:
+    explicit EnteredList(OruModifiedGroup& modifiedGroup)
+        : OruVisList(modifiedGroup, QStringLiteral("entered"))
+    {}
+    void draw3d(const DrawContext& context) override
+    {
+        entered = bench::now();
+        OruVisList::draw3d(context);
+    }
+
+    Cost entered;
+};
+
+/// What a person does to one part of a large model, and the next frame up to where it draws the model.
+void measureChanges(HostScene& host, EnteredList& list, hostkit::MeshVisualization& part)
+{
+    using hostkit::MeshVisualization;
+    const struct
+    {
+        const char* name;
+        void (*change)(MeshVisualization& part, bool on);
+    } rows[] = {
+        {"hide or show", [](MeshVisualization& one, bool on) { one.visible.setValue(!on); }},
+        {"mark", [](MeshVisualization& one, bool on) { one.marked.setValue(on); }},
+        {"move",
+         [](MeshVisualization& one, bool on) {
+             one.offset.setValue(on ? Matrix::translate(Vector3(1.0f, 0.0f, 0.0f)) : Matrix());
+         }},
+    };
+    for (const auto& row : rows) {
+        bench::Costs costs;
+        for (int round = 0; round < rounds; ++round) {
+            const Cost before = bench::now();
+            row.change(part, round % 2 == 0);
+            host.changed();
+            host.draw();
+            costs.push_back({list.entered.wall - before.wall, 0.0, list.entered.caller - before.caller});
+        }
+        const QString name =
+            QStringLiteral("%1 one of 100,000 parts, to the next frame's start").arg(QLatin1String(row.name));
+        bench::report(name + QStringLiteral(", wall"), bench::median(costs, &Cost::wall), millisecond,
+                      QStringLiteral("<= 0.2"));
+        bench::report(name + QStringLiteral(", calling thread"), bench::median(costs, &Cost::caller),
+                      millisecond, QStringLiteral("<= 0.2"));
+    }
+}
+
+void measureManyParts()
+{
+    HostScene host{QString(), QString(), QString()};
+    auto* const list = new EnteredList(host.scene().group);
+    host.scene().render.visualizations.insert(list, false);
+    OruVisList& model = hostkit::ModelParts(*list).add(
+        bench::buildModel(bench::sphereGrid(50, 50, 40, 20, bench::denseSpacing), QStringLiteral("model")));
+    bench::show(host, Model());
+    bench::Costs clears;
+    bench::Costs hovers;
+    for (int number = 0; number < pixelCount; ++number) {
+        const auto costs = bench::interleave(rounds, {clearAndFinish, [&] {
+                                                          movePointer(host, pixel(number));
+                                                          host.send(&OruSceneEventHandler::mouseMove);
+                                                      }});
+        append(clears, costs[0]);
+        append(hovers, costs[1]);
+    }
+    reportBeyondClear(QStringLiteral("100,000 parts: mouseMove with hover"), hovers, clears,
+                      QStringLiteral("<= 0.1"));
+    measureChanges(host, *list, dynamic_cast<hostkit::MeshVisualization&>(*model.at(50000)));
+}
+
 void measureAll(const QStringList& arguments)
 {
     const hostkit::OffscreenView view(bench::frameSize());
@@ -155,6 +233,7 @@ void measureAll(const QStringList& arguments)
             measureCloud(model);
         }
     }
+    measureManyParts();
 }
 
 } // namespace

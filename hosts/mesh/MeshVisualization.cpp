@@ -11,6 +11,11 @@
 #include "contracts/vis/OruVisViewVolume.h"
 #include "hosts/mesh/MeshEdges.h"
 #include "hosts/mesh/internal/EdgeLines.h"
+#include "hosts/mesh/internal/EvenStep.h"
+#include "hosts/mesh/internal/SharedSurfaces.h"
+#include "hosts/mesh/internal/ShownSides.h"
+#include "hosts/mesh/internal/SurfaceBatch.h"
+#include "hosts/mesh/internal/SurfaceGroup.h"
 #include "hosts/mesh/internal/SurfaceOpacity.h"
 
 #include <algorithm>
@@ -29,47 +34,6 @@ namespace {
 
 constexpr OruPropertyKind edgeAngles = OruPropertyKind::of<float>().from(MeshEdges::leastAngle).to(180.0);
 constexpr float usualEdgeAngle = 30.0f;
-
-/// The pass culls back faces and lights both sides. Of a closed mesh the inner side never shows, so it is not
-/// lit; an open mesh shows both sides.
-class ShownSides
-{
-public:
-    explicit ShownSides(bool closed)
-        : closed_(closed)
-    {
-        if (closed_) {
-            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
-        } else {
-            glDisable(GL_CULL_FACE);
-        }
-    }
-    ~ShownSides()
-    {
-        if (closed_) {
-            glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
-        } else {
-            glEnable(GL_CULL_FACE);
-        }
-    }
-    ShownSides(const ShownSides&) = delete;
-    ShownSides& operator=(const ShownSides&) = delete;
-
-private:
-    bool closed_;
-};
-
-/// The pass steps surfaces back, the farther the steeper they are seen. Along an outline that takes the front
-/// behind what lies a pixel's way behind it, the inner side of the back above all, which shows as specks. So
-/// all surfaces step back alike.
-class EvenStep
-{
-public:
-    EvenStep() { glPolygonOffset(0.0f, 1.0f); }
-    ~EvenStep() { glPolygonOffset(1.0f, 1.0f); }
-    EvenStep(const EvenStep&) = delete;
-    EvenStep& operator=(const EvenStep&) = delete;
-};
 
 /// Draws nothing where alpha lies below the cutoff of a material.
 class CutOut
@@ -156,7 +120,37 @@ MeshVisualization::MeshVisualization(OruModifiedGroup& modifiedGroup, std::share
     edgeAngle.setKind(edgeAngles);
 }
 
-MeshVisualization::~MeshVisualization() = default;
+MeshVisualization::~MeshVisualization()
+{
+    leaveBatch();
+}
+
+/// Small, and of one color or the colors of its vertices, so that others can be drawn in the same call.
+bool MeshVisualization::canShare() const
+{
+    return mesh_->texturePoints.empty() && mesh_->material.alpha != Material::Alpha::CutOut && !hasAlpha() &&
+           !mesh_->indices.empty() && mesh_->indices.size() < leastIndicesToCull &&
+           mesh_->positions.size() <= SurfaceGroup::mostVertices;
+}
+
+void MeshVisualization::leaveBatch()
+{
+    if (batch_) {
+        SurfaceBatch& left = *batch_;
+        left.leave(placeInBatch_);
+        left.owner().noteHole();
+    }
+}
+
+OruVisualization::Reach MeshVisualization::reach() const
+{
+    return batch_ && isAsItCame() ? Reach::UnderPick : PartVisualization::reach();
+}
+
+PartView::Shared MeshVisualization::viewElsewhere() const
+{
+    return batch_ ? batch_->owner().view() : nullptr;
+}
 
 PartVisualization::Content MeshVisualization::content() const
 {
@@ -223,7 +217,7 @@ void MeshVisualization::drawShape(const OruOglMeshBuffer& buffer)
 
 void MeshVisualization::drawEdges() const
 {
-    const View view = shapeView();
+    const PartView view = shapeView();
     // A mark is bright, whatever it is on.
     edgeLines_->draw(view.modelView, view.projection, view.viewport,
                      look().marked ? QColor(Qt::white) : color.value());
@@ -271,7 +265,7 @@ void MeshVisualization::drawInView(const OruOglMeshBuffer& buffer) const
 
 void MeshVisualization::drawRunsInView(const OruOglMeshBuffer& buffer) const
 {
-    const View view = shapeView();
+    const PartView view = shapeView();
     const auto volume = OruVisViewVolume::ofView(view.modelView, view.projection, view.viewport);
     constexpr std::size_t corners = 3 * Mesh::runLength;
     const std::vector<BoundingBox>& runs = mesh_->runs;

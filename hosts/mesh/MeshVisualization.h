@@ -14,6 +14,8 @@ struct OruOglTexture;
 namespace hostkit {
 
 class EdgeLines;
+class SharedSurfaces;
+class SurfaceBatch;
 
 /// A part that is a surface: drawn lit, picked by what it shows. It is drawn from both sides unless it is
 /// closed and hides its inside. A texture is multiplied with the color or the colors of the vertices.
@@ -48,12 +50,20 @@ public:
 
     void draw3d(const DrawContext& context) override;
 
+    /// Reach::UnderPick while the model's list draws it.
+    Reach reach() const override;
+
 protected:
     bool upload(OruOglMeshBuffer& buffer) override;
     void drawShape(const OruOglMeshBuffer& buffer) override;
     std::optional<Hit> pickShape(const OruVisPickVolume& volume) const override;
+    void placementChanged() override { leaveBatch(); }
+    PartView::Shared viewElsewhere() const override;
 
 private:
+    friend class SharedSurfaces;
+    friend class SurfaceBatch;
+
     /// In the order of edgeWords.
     enum class Lines
     {
@@ -62,6 +72,9 @@ private:
         Wireframe
     };
     Lines lines() const;
+    bool canShare() const;
+    bool isAsItCame() const { return isPlain() && lines() == Lines::Off; }
+    void leaveBatch();
     void drawSurface(const OruOglMeshBuffer& buffer) const;
     void drawFaces(const OruOglMeshBuffer& buffer) const;
     void drawInView(const OruOglMeshBuffer& buffer) const;
@@ -76,6 +89,9 @@ private:
     mutable std::uint64_t linesRevision_ = 0;
     /// Null until edges are wanted.
     std::unique_ptr<EdgeLines> edgeLines_;
+    /// Where it is drawn with others while it is as it came, and its place there. Null: it draws itself.
+    SurfaceBatch* batch_ = nullptr;
+    std::uint32_t placeInBatch_ = 0;
 };
 
 } // namespace hostkit

@@ -6,6 +6,7 @@
 #include "contracts/math/Vector3.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/vis/OruVisHitRecordList.h"
+#include "hosts/mesh/internal/SharedSurfaces.h"
 
 namespace hostkit {
 
@@ -55,6 +56,7 @@ ModelList::ModelList(OruModifiedGroup& modifiedGroup, const Model& model, const 
     , fileUp_(model.up)
     , sceneOrigin_(sceneOrigin)
     , shift_(between(sceneOrigin, model.origin))
+    , surfaces_(std::make_unique<SharedSurfaces>(*this))
 {
     setType(typeString);
     up.setKind(UpAxis::kind);
@@ -89,19 +91,33 @@ Origin ModelList::origin() const
 void ModelList::update(const DrawContext& context)
 {
     string().setValue(originKey, textOf(origin()));
+    surfaces_->update(context.geometry);
     PartList::update(context);
 }
 
 void ModelList::draw3d(const DrawContext& context)
 {
     if (!stand().placed) {
-        PartList::draw3d(context);
+        drawParts(context);
         return;
     }
     DrawContext own(context);
     own.modelView = stand().place * context.modelView;
     const Frame frame(stand().place);
-    PartList::draw3d(own);
+    drawParts(own);
+}
+
+/// The shared ones first: an entry may destroy the list.
+void ModelList::drawParts(const DrawContext& context)
+{
+    surfaces_->draw(context);
+    PartList::draw3d(context);
+}
+
+/// Whoever draws its parts, it draws them itself.
+OruVisualization::Reach ModelList::reach() const
+{
+    return Reach::WhenInView;
 }
 
 OruVisHitRecordList ModelList::select3d(const SelectContext& context)

@@ -8,10 +8,14 @@
 #include "hosts/mesh/kelvar_mesh_api.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace hostkit {
 
 /// A model in a scene: the list of its parts, which stands where the model belongs and is turned upright.
+///
+/// It draws small surfaces together that are shown as they came, from few buffers by few calls, as if each
+/// were drawn by itself.
 ///
 /// Its properties tell what the file says of itself, and "origin" what has to be added to coordinates of the
 /// scene to get those of the file with Z upwards: three numbers in double, x, y and z.
@@ -39,6 +43,7 @@ public:
     void draw3d(const DrawContext& context) override;
     OruVisHitRecordList select3d(const SelectContext& context) override;
     Kelvar::Math::BoundingBox bounds() const override;
+    Reach reach() const override;
 
 private:
     /// Where the frame of the parts is in the scene.
@@ -52,6 +57,7 @@ private:
     };
 
     const Stand& stand() const;
+    void drawParts(const DrawContext& context);
 
     UpAxis fileUp_;
     Origin sceneOrigin_;
@@ -59,6 +65,8 @@ private:
     Kelvar::Math::Matrix shift_;
     /// As of its revision of this node.
     mutable Stand stand_;
+    /// Never null.
+    std::unique_ptr<SharedSurfaces> surfaces_;
 };
 
 } // namespace hostkit

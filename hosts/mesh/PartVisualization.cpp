@@ -70,7 +70,7 @@ float firstOpacity(const Material& material)
     return material.alpha == Material::Alpha::Blend ? static_cast<float>(material.color.alphaF()) : 1.0f;
 }
 
-bool hasAlpha(const Shape& shape)
+bool hasAlphaOf(const Shape& shape)
 {
     const auto isTransparent = [](uint32_t color) {
         return reinterpret_cast<const uint8_t*>(&color)[3] < 255;
@@ -116,8 +116,8 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
     , movable(*this, QStringLiteral("movable"), false, QString())
     , offset(*this, QStringLiteral("offset"), Matrix(), QString())
     , shape_(std::move(shape))
-    , hasAlpha_(hasAlpha(*shape_))
-    , view_(noView())
+    , hasAlpha_(hasAlphaOf(*shape_))
+    , view_(PartView::none())
 {
     rename(shape_->name);
     opacity.setKind(shares);
@@ -126,28 +126,10 @@ PartVisualization::PartVisualization(OruModifiedGroup& modifiedGroup, const QStr
 
 PartVisualization::~PartVisualization() = default;
 
-/// What a part has seen that was neither drawn nor picked.
-const PartVisualization::SharedView& PartVisualization::noView()
-{
-    static const SharedView none = std::make_shared<const View>();
-    return none;
-}
-
-/// The view of a pass. Parts that are reached one after the other see the same.
-template <typename Context>
-const PartVisualization::SharedView& PartVisualization::viewOf(const Context& context)
-{
-    thread_local SharedView latest = noView();
-    if (latest->modelView != context.modelView || latest->projection != context.projection ||
-        latest->viewport != context.viewport) {
-        latest = std::make_shared<const View>(View{context.modelView, context.projection, context.viewport});
-    }
-    return latest;
-}
-
 void PartVisualization::setPlacement(const Matrix& placement)
 {
     placement_ = placement;
+    placementChanged();
     boundsChanged();
 }
 
@@ -157,6 +139,13 @@ const std::shared_ptr<PartBuffer>& PartVisualization::buffer() const
         buffer_ = std::make_shared<PartBuffer>();
     }
     return buffer_;
+}
+
+void PartVisualization::clearBuffer()
+{
+    if (buffer_) {
+        buffer_->mesh.reset();
+    }
 }
 
 void PartVisualization::setDropListener(const DropListener& listener)
@@ -172,7 +161,7 @@ const PartVisualization::DropListener& PartVisualization::dropListener() const
 
 void PartVisualization::draw3d(const DrawContext& context)
 {
-    view_ = viewOf(context);
+    view_ = PartView::of(context);
     if (!look().seeThrough) {
         drawPart(context);
     } else if (look().opacity > 0.0f && !context.defer(*this)) {
@@ -216,7 +205,7 @@ void PartVisualization::drawPart(const DrawContext& context)
 
 OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
 {
-    view_ = viewOf(context);
+    view_ = PartView::of(context);
     if (carried() || look().opacity < leastPickedOpacity) {
         // What is dragged hangs on the pointer; what it is dropped on lies below.
         return {};
@@ -308,7 +297,7 @@ const boost::shared_ptr<PartEventHandler>& PartVisualization::handler()
 /// from the origin a pixel is less than floats can tell apart.
 Vector3 PartVisualization::worldWay(const Drag& drag) const
 {
-    const View& view = *drag.view;
+    const PartView& view = *drag.view;
     const Matrix fromCenter =
         Matrix::translate((placement_ * offset.value()).transform(shape_->bounds.center())) * view.modelView;
     const float depth = Vector3().project(fromCenter, view.projection, view.viewport.data()).z;
@@ -321,6 +310,10 @@ Vector3 PartVisualization::worldWay(const Drag& drag) const
 
 void PartVisualization::moveBy(const QPoint& delta)
 {
+    const PartView::Shared elsewhere = viewElsewhere();
+    if (elsewhere && elsewhere->number > view_->number) {
+        view_ = elsewhere;
+    }
     const bool turned =
         drag_ && (drag_->view->modelView != view_->modelView || drag_->view->viewport != view_->viewport);
     if (!drag_ || turned) {

@@ -4,6 +4,7 @@
 #include "contracts/math/Vector3.h"
 #include "contracts/vis/OruVisHitName.h"
 #include "contracts/vis/OruVisualization.h"
+#include "hosts/mesh/PartView.h"
 #include "hosts/mesh/Shape.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
@@ -97,14 +98,6 @@ public:
     Kelvar::Math::BoundingBox bounds() const override;
 
 protected:
-    /// What takes window pixels to the frame of the scene, as of the last draw or pick.
-    struct View
-    {
-        Kelvar::Math::Matrix modelView;
-        Kelvar::Math::Matrix projection;
-        OruOglViewport viewport;
-    };
-
     /// Added to the color of a marked part, so that a mark shows on parts with colors of their own, too.
     static constexpr float markGlow[4] = {0.35f, 0.17f, 0.0f, 1.0f};
 
@@ -144,31 +137,43 @@ protected:
     virtual void drawShape(const OruOglMeshBuffer& buffer) = 0;
 
     /// Takes the frame of the shape to the window.
-    View shapeView() const { return View{place() * view_->modelView, view_->projection, view_->viewport}; }
+    PartView shapeView() const
+    {
+        return {place() * view_->modelView, view_->projection, view_->viewport, view_->number};
+    }
 
     const Look& look() const;
+
+    /// The material blends, and vertices or texture have alpha.
+    bool hasAlpha() const { return hasAlpha_; }
+
+    /// It is neither marked, nor moved, nor does anything shine through.
+    bool isPlain() const { return !look().marked && !look().seeThrough && !moved_; }
+
+    /// Gives back what the shape is drawn from; the next draw fills it again.
+    void clearBuffer();
+
+    /// The place that the model has for it is another from now on.
+    virtual void placementChanged() {}
+
+    /// The view of the last draw that somebody else did of it; null: nobody ever does.
+    virtual PartView::Shared viewElsewhere() const { return nullptr; }
 
     /// What of the shape lies in the pick window, in the frame of the shape.
     virtual std::optional<Hit> pickShape(const OruVisPickVolume& volume) const = 0;
 
 private:
-    using SharedView = std::shared_ptr<const View>;
-
     /// A drag, and the part of it that one view has seen. What the pixels of a drag come to hangs on all of
     /// them, not on how many moves they came in and what was drawn in between.
     struct Drag
     {
-        SharedView view;
+        PartView::Shared view;
         /// How far the part had been moved before that view, and the pixels since.
         Kelvar::Math::Vector3 before;
         QPointF way;
         /// How far it has moved the part.
         Kelvar::Math::Vector3 moved;
     };
-
-    static const SharedView& noView();
-    template <typename Context>
-    static const SharedView& viewOf(const Context& context);
 
     Kelvar::Math::Vector3 worldWay(const Drag& drag) const;
     const OruOglMeshBuffer* ready(OruOglGeometry& geometry);
@@ -180,7 +185,6 @@ private:
     // Scenes have 100,000 parts. What few of them ever need is made when it is needed.
     std::shared_ptr<const Shape> shape_;
     Kelvar::Math::Matrix placement_;
-    /// The material blends, and vertices or texture have alpha.
     const bool hasAlpha_;
     OruVisHitName hitName_;
     /// Made by the first pick that finds the part.
@@ -194,7 +198,7 @@ private:
     /// Where it is, as of look_; null: at its placement.
     mutable std::unique_ptr<Kelvar::Math::Matrix> moved_;
     /// The view of the last draw or pick, shared by all parts that it reached.
-    SharedView view_;
+    PartView::Shared view_;
     /// Null while no drag goes on.
     std::unique_ptr<Drag> drag_;
 };

@@ -78,7 +78,7 @@ void ThinVisualization::drawShape(const OruOglMeshBuffer& buffer)
         buffer.draw();
         return;
     }
-    const View view = shapeView();
+    const PartView view = shapeView();
     const auto volume = OruVisViewVolume::ofView(view.modelView, view.projection, view.viewport);
     const std::size_t corners = buffer.indexCount() / tree_.size();
     tree_.visitRuns(

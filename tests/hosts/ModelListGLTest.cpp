@@ -108,9 +108,12 @@ TEST_F(ModelListGLTest, HoldNodesAsListsWithNamesOfTheirOwn)
 TEST_F(ModelListGLTest, UploadAMeshOnceForAllOfItsParts)
 {
     Model model = named("many");
-    const auto cube = built(cubeSource());
+    // Larger than what is written into a buffer for each use.
+    MeshSource source = sourceOf(bumpySphere(600, 1.0f));
+    source.material.color = Qt::red;
+    const auto mesh = built(source);
     for (int i = -3; i <= 3; ++i) {
-        model.parts.emplace_back(cube, Matrix::translate(Vector3(2.5f * static_cast<float>(i), 0, 0)));
+        model.parts.emplace_back(mesh, Matrix::translate(Vector3(2.5f * static_cast<float>(i), 0, 0)));
     }
     models.add(model);
     models.add(model);

@@ -77,6 +77,61 @@ TEST_F(OruOglMeshBufferGLTest, DrawsAllOrAPart)
     EXPECT_EQ(litBy(*mesh, 1, 2), QRect(20, 10, 1, 11)) << "those on the right";
 }
 
+TEST_F(OruOglMeshBufferGLTest, DrawsSeveralRangesAtOnce)
+{
+    glColor(QColor(Qt::green));
+    for (const bool indexed : {true, false}) {
+        SCOPED_TRACE(indexed);
+        // Five triangles: the square, and smaller ones farther up.
+        Square more;
+        for (const float y : {30.0f, 50.0f, 70.0f}) {
+            for (const float corner : {9.5f, y, 0.0f, 19.5f, y, 0.0f, 19.5f, y + 10.0f, 0.0f}) {
+                more.positions.push_back(corner);
+            }
+            more.normals.insert(more.normals.end(), {0, 0, 1, 0, 0, 1, 0, 0, 1});
+        }
+        more.positions.erase(more.positions.begin(), more.positions.begin() + 12);
+        more.normals.erase(more.normals.begin(), more.normals.begin() + 12);
+        more.indices = {0, 1, 2, 3, 4, 5, 6, 7, 8};
+        OruOglMeshArrays arrays = more.arrays();
+        arrays.indices = indexed ? arrays.indices : nullptr;
+        const auto mesh = geometry.makeMesh();
+        mesh->draw(std::vector<OruOglMeshBuffer::Range>{{0, 3}});
+        ASSERT_TRUE(mesh->upload(arrays));
+        const auto litRows = [&](const std::vector<OruOglMeshBuffer::Range>& ranges) {
+            const QImage image = drawn([&] { mesh->draw(ranges); });
+            std::string rows;
+            for (const int y : {32, 52, 72}) {
+                rows += pixel(image, 18, y) == QColor(Qt::green) ? '1' : '0';
+            }
+            return rows;
+        };
+        EXPECT_EQ(litRows({}), "000");
+        EXPECT_EQ(litRows({{6, 3}, {0, 3}}), "101");
+        EXPECT_EQ(litRows({{3, 1000}, {1000, 3}}), "011") << "beyond the end";
+    }
+}
+
+TEST_F(OruOglMeshBufferGLTest, TakesOtherColorsForSomeVertices)
+{
+    const std::uint8_t blue[] = {0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 255};
+    const auto mesh = geometry.makeMesh();
+    EXPECT_FALSE(mesh->replaceColors(0, 1, blue)) << "empty";
+    ASSERT_TRUE(mesh->upload(square.arrays()));
+    EXPECT_FALSE(mesh->replaceColors(0, 1, blue)) << "without colors";
+    OruOglMeshArrays arrays = square.arrays();
+    arrays.colors = square.colors.data();
+    ASSERT_TRUE(mesh->upload(arrays));
+    EXPECT_FALSE(mesh->replaceColors(1, 4, blue)) << "beyond the end";
+    EXPECT_FALSE(mesh->replaceColors(5, 0, blue)) << "beyond the end";
+    const std::string before = glStateText();
+    EXPECT_TRUE(mesh->replaceColors(0, 1, blue));
+    EXPECT_EQ(glStateText(), before);
+    const QImage image = drawn([&] { mesh->draw(); });
+    EXPECT_GT(pixel(image, 11, 11).blue(), 150);
+    EXPECT_GT(pixel(image, 18, 18).red(), 200) << "the others keep theirs";
+}
+
 TEST_F(OruOglMeshBufferGLTest, LargeMeshesKeepWideIndices)
 {
     Square large;

@@ -30,6 +30,9 @@ public:
     /// How many names of textures and buffers were generated and not deleted.
     int liveObjects() const { return live_; }
 
+    /// Lets the GL have no room for the next so many buffers.
+    void refuseBuffers(int count) { refused_ = count; }
+
     // Called by the recorded functions.
     bool recording() const { return recording_; }
     void matrixMode(unsigned mode) { mode_ = mode; }
@@ -38,6 +41,7 @@ public:
     void popAttributes();
     void primitive(bool open);
     void objects(int count) { live_ += count; }
+    bool refusesBuffer() { return refused_ > 0 && refused_-- > 0; }
 
 private:
     bool recording_ = false;
@@ -48,6 +52,7 @@ private:
     bool primitiveOpen_ = false;
     std::string fault_;
     int live_ = 0;
+    int refused_ = 0;
 };
 
 /// Records for the length of a scope.

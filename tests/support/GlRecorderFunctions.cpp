@@ -155,3 +155,16 @@ RECORDED(glGetIntegerv, (GLenum name, GLint* values), (name, values), "glGetInte
 RECORDED(glGetFloatv, (GLenum name, GLfloat* values), (name, values), "glGetFloatv", Enum{name})
 RECORDED(glDrawElements, (GLenum mode, GLsizei count, GLenum type, const void* indices),
          (mode, count, type, indices), "glDrawElements", Enum{mode}, count, Enum{type}, "...")
+RECORDED(glMultiDrawElements,
+         (GLenum mode, const GLsizei* counts, GLenum type, const void* const* indices, GLsizei draws),
+         (mode, counts, type, indices, draws), "glMultiDrawElements", Enum{mode}, Enum{type}, draws)
+RECORDED(glBufferSubData, (GLenum target, GLintptr offset, GLsizeiptr size, const void* data),
+         (target, offset, size, data), "glBufferSubData", Enum{target}, offset, size)
+
+extern "C" __attribute__((visibility("default"))) void glBufferData(GLenum target, GLsizeiptr size,
+                                                                    const void* data, GLenum usage)
+{
+    static const auto forward = kelvartest::real<decltype(&glBufferData)>("glBufferData");
+    kelvartest::record("glBufferData", Enum{target}, size);
+    forward(target, GlRecorder::instance().refusesBuffer() ? 0 : size, data, usage);
+}

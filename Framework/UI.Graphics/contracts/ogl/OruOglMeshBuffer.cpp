@@ -174,6 +174,16 @@ bool OruOglMeshBuffer::fill(const OruOglMeshArrays& arrays)
     return true;
 }
 
+bool OruOglMeshBuffer::replaceColors(std::size_t first, std::size_t count, const std::uint8_t* colors)
+{
+    if (empty() || !colors_ || first > vertexCount_ || count > vertexCount_ - first) {
+        return false;
+    }
+    const ArrayBufferBinding binding(buffer_);
+    ::store(colorOffset() + first * 4, count * 4, colors);
+    return true;
+}
+
 void OruOglMeshBuffer::draw() const
 {
     draw(0, indexCount_);
@@ -184,8 +194,24 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
     if (empty() || first >= indexCount_) {
         return;
     }
-    const std::size_t drawn = std::min(count, indexCount_ - first);
     const ClientArrayScope arrays;
+    enableArrays();
+    drawRange({first, std::min(count, indexCount_ - first)});
+}
+
+void OruOglMeshBuffer::draw(const std::vector<Range>& ranges) const
+{
+    if (empty() || ranges.empty()) {
+        return;
+    }
+    const ClientArrayScope arrays;
+    enableArrays();
+    drawRanges(ranges);
+}
+
+/// Within a ClientArrayScope.
+void OruOglMeshBuffer::enableArrays() const
+{
     glBindBuffer(GL_ARRAY_BUFFER, buffer_);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer_);
     glEnableClientState(GL_VERTEX_ARRAY);
@@ -203,12 +229,45 @@ void OruOglMeshBuffer::draw(std::size_t first, std::size_t count) const
         glEnableClientState(GL_TEXTURE_COORD_ARRAY);
         glTexCoordPointer(2, GL_FLOAT, 0, bufferOffset(texturePointOffset()));
     }
+}
+
+unsigned int OruOglMeshBuffer::indexType() const
+{
+    return shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
+}
+
+void OruOglMeshBuffer::drawRange(const Range& range) const
+{
     const GLenum mode = modeOf(primitive_);
+    const auto count = static_cast<GLsizei>(range.count);
     if (indexed_) {
-        glDrawElements(mode, static_cast<GLsizei>(drawn), shortIndices_ ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
-                       bufferOffset(indexOffset() + first * indexSize()));
+        glDrawElements(mode, count, indexType(), bufferOffset(indexOffset() + range.first * indexSize()));
     } else {
-        glDrawArrays(mode, static_cast<GLint>(first), static_cast<GLsizei>(drawn));
+        glDrawArrays(mode, static_cast<GLint>(range.first), count);
+    }
+}
+
+void OruOglMeshBuffer::drawRanges(const std::vector<Range>& ranges) const
+{
+    std::vector<GLsizei> counts;
+    std::vector<GLint> firsts;
+    std::vector<const void*> offsets;
+    counts.reserve(ranges.size());
+    (indexed_ ? offsets.reserve(ranges.size()) : firsts.reserve(ranges.size()));
+    for (const Range& range : ranges) {
+        const std::size_t first = std::min(range.first, indexCount_);
+        counts.push_back(static_cast<GLsizei>(std::min(range.count, indexCount_ - first)));
+        if (indexed_) {
+            offsets.push_back(bufferOffset(indexOffset() + first * indexSize()));
+        } else {
+            firsts.push_back(static_cast<GLint>(first));
+        }
+    }
+    const auto drawCount = static_cast<GLsizei>(ranges.size());
+    if (indexed_) {
+        glMultiDrawElements(modeOf(primitive_), counts.data(), indexType(), offsets.data(), drawCount);
+    } else {
+        glMultiDrawArrays(modeOf(primitive_), firsts.data(), counts.data(), drawCount);
     }
 }
 

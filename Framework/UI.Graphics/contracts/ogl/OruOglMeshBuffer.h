@@ -3,7 +3,10 @@
 #include "contracts/ogl/OruOglMeshArrays.h"
 #include "contracts/ogl/kelvar_ogl_api.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 class OruOglBufferStore;
 class OruOglGeometry;
@@ -36,6 +39,19 @@ public:
     void draw() const;
     void draw(std::size_t first, std::size_t count) const;
 
+    /// Indices, or vertices of a mesh without indices.
+    struct Range
+    {
+        std::size_t first;
+        std::size_t count;
+    };
+    /// Draws several ranges in their order, in one call. Of each, what lies beyond the end is left out.
+    void draw(const std::vector<Range>& ranges) const;
+
+    /// Gives other colors to `count` vertices from `first` on, four bytes each; needs the context. False, and
+    /// nothing has changed: an empty mesh, one without colors, or vertices beyond the end.
+    bool replaceColors(std::size_t first, std::size_t count, const std::uint8_t* colors);
+
     /// True without anything to draw: never uploaded, cleared, refused, or the store is gone.
     bool empty() const;
 
@@ -54,6 +70,10 @@ private:
     explicit OruOglMeshBuffer(std::weak_ptr<OruOglBufferStore> store);
 
     bool fill(const OruOglMeshArrays& arrays);
+    void enableArrays() const;
+    void drawRange(const Range& range) const;
+    void drawRanges(const std::vector<Range>& ranges) const;
+    unsigned int indexType() const;
     std::size_t indexSize() const { return !indexed_ ? 0 : shortIndices_ ? 2 : 4; }
     std::size_t normalOffset() const { return vertexCount_ * 12; }
     std::size_t colorOffset() const { return vertexCount_ * (normals_ ? 24 : 12); }
