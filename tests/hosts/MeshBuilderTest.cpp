@@ -189,6 +189,12 @@ TEST(MeshBuilder, KeepsTheArraysOfASourceWithNothingToMend)
              s = addTriangle(s, {0, 1, 2});
          },
          true, false, 52, 101},
+        {"every triangle twice",
+         [](MeshSource& s) {
+             const std::vector<uint32_t> once = s.indices;
+             s.indices.insert(s.indices.end(), once.begin(), once.end());
+         },
+         true, false, 52, 200},
         {"inside out",
          [](MeshSource& s) {
              s = turned(s, 100);
