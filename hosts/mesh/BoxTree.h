@@ -49,9 +49,13 @@ public:
     BoxTree() = default;
 
     /// Puts `items` in the order of the tree. `boxOfItem` gives the box of an item by its number, all finite;
-    /// several threads call it. Once `stop` turns true the rest is left undone, and the tree is good for
-    /// nothing; null: nobody stops it.
-    static BoxTree build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem,
+    /// several threads call it.
+    static BoxTree build(std::vector<Item>& items, const std::function<Box(uint32_t)>& boxOfItem);
+
+    /// The same for items told by their numbers alone, somewhat slower: of many it takes 8 bytes an item on
+    /// the way, boxes and all, in place of 22. Once `stop` turns true the rest is left undone, and the tree
+    /// is good for nothing; null: nobody stops it.
+    static BoxTree build(std::vector<uint32_t>& numbers, const std::function<Box(uint32_t)>& boxOfItem,
                          const std::atomic<bool>* stop = nullptr);
 
     /// How many items.
@@ -73,6 +77,7 @@ public:
 
 private:
     class Builder;
+    class LeanBuilder;
 
     struct Subtree
     {

@@ -33,22 +33,16 @@ TriangleHierarchy TriangleHierarchy::build(const std::vector<Vector3>& positions
         const uint32_t* const corners = &indices[3 * std::size_t{triangle}];
         return BoxTree::boxOf(positions[corners[0]], positions[corners[1]], positions[corners[2]]);
     };
-    std::vector<BoxTree::Item> items;
-    items.reserve(indices.size() / 3);
+    hierarchy.triangles_.reserve(indices.size() / 3);
     for (std::size_t at = 0; at + 2 < indices.size(); at += 3) {
         const bool usable = std::all_of(&indices[at], &indices[at] + 3, [&](uint32_t corner) {
             return corner < positions.size() && isFinite(positions[corner]);
         });
         if (usable) {
-            const auto triangle = static_cast<uint32_t>(at / 3);
-            items.push_back(BoxTree::itemOf(boxOf(triangle), triangle));
+            hierarchy.triangles_.push_back(static_cast<uint32_t>(at / 3));
         }
     }
-    hierarchy.tree_ = BoxTree::build(items, boxOf, stop);
-    hierarchy.triangles_.reserve(items.size());
-    for (const BoxTree::Item& item : items) {
-        hierarchy.triangles_.push_back(item.number);
-    }
+    hierarchy.tree_ = BoxTree::build(hierarchy.triangles_, boxOf, stop);
     return hierarchy;
 }
 
