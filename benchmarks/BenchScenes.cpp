@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 
@@ -31,6 +32,7 @@ const GridScene gridScenes[] = {
     {"1 object of 1,000,000 triangles", 1, 1, 1, 1000000},
     {"1,000 objects of 500", 10, 10, 10, 500},
     {"10,000 objects of 100", 25, 20, 20, 100},
+    {"100,000 objects of 20", 50, 50, 40, 20},
 };
 
 const char* const engineName = "engine";
@@ -96,6 +98,13 @@ Arrays arraysOf(const Model& model)
 } // namespace
 
 QStringList sceneNames()
+{
+    QStringList names = allSceneNames();
+    names.removeAt(static_cast<int>(std::size(gridScenes)) - 1);
+    return names;
+}
+
+QStringList allSceneNames()
 {
     QStringList names;
     for (const GridScene& scene : gridScenes) {
@@ -163,10 +172,10 @@ Arrays gear()
     return {source};
 }
 
-Model buildModel(Arrays arrays, const QString& name)
+Model buildModel(Arrays arrays)
 {
     Model model;
-    model.name = name;
+    model.name = QStringLiteral("model");
     for (MeshSource& source : arrays) {
         model.parts.emplace_back(*hostkit::ShapeBuilder::build(std::move(source), [](float) {}));
     }

@@ -28,6 +28,9 @@ struct Scene
 /// from a file, and the same sphere scanned as a cloud of 1,000,000 points.
 QStringList sceneNames();
 
+/// These, and spheres on a grid of 50 x 50 x 40, which only some figures are about.
+QStringList allSceneNames();
+
 /// `engineFile` is only read for the engine.
 Scene makeScene(const QString& name, const QString& engineFile);
 
@@ -41,9 +44,8 @@ Arrays sphereGrid(int columns, int rows, int layers, uint32_t triangles, float s
 /// One gear wheel of a million triangles, with sharp edges along 160 lines of 3,125 pieces each.
 Arrays gear();
 
-/// Parts as a host makes them of arrays: checked, welded, with their hierarchies. Without a name they stand
-/// in the host's own list, each for itself.
-hostkit::Model buildModel(Arrays arrays, const QString& name = QString());
+/// A model as a host makes it of arrays.
+hostkit::Model buildModel(Arrays arrays);
 
 /// Shows the model from above, front right, whole and fitting, and paints it once.
 void show(hostkit::HostScene& host, const hostkit::Model& model);

@@ -11,6 +11,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <stdexcept>
@@ -144,17 +145,72 @@ void changeEveryTenth(OruProperties& parts)
     }
 }
 
+/// The parts of a model, nearest first in a view.
+Model sorted(Model model, const Matrix& modelView)
+{
+    const auto nearest = [&](const hostkit::ModelPart& part) {
+        Kelvar::Math::BoundingBox box = part.shape().bounds;
+        box *= modelView;
+        return box.max().z;
+    };
+    std::sort(model.parts.begin(), model.parts.end(),
+              [&](const auto& a, const auto& b) { return nearest(a) > nearest(b); });
+    return model;
+}
+
+/// All parts in one, each in its color.
+Model joined(const Model& model)
+{
+    hostkit::MeshSource all;
+    all.name = model.name;
+    for (const hostkit::ModelPart& part : model.parts) {
+        const auto mesh = part.as<hostkit::Mesh>();
+        const auto first = static_cast<uint32_t>(all.positions.size());
+        const QColor color = mesh->material.color;
+        all.positions.insert(all.positions.end(), mesh->positions.begin(), mesh->positions.end());
+        all.normals.insert(all.normals.end(), mesh->normals.begin(), mesh->normals.end());
+        all.colors.resize(all.positions.size(),
+                          qRgba(color.blue(), color.green(), color.red(), 0xff)); // red first in memory
+        for (const uint32_t index : mesh->indices) {
+            all.indices.push_back(first + index);
+        }
+    }
+    return bench::buildModel({all});
+}
+
+/// What the same program could do better by itself.
+void compareBare(HostScene& host, const Model& model, const bench::BareProgram& bare, const QString& name)
+{
+    const Matrix view = host.context().modelView;
+    const Model nearestFirst = sorted(model, view);
+    bench::BareProgram inOrder;
+    inOrder.add(nearestFirst);
+    bench::BareProgram atOnce;
+    atOnce.add(joined(nearestFirst));
+    std::vector<bench::Work> draws;
+    for (const bench::BareProgram* program : {&bare, &std::as_const(inOrder), &std::as_const(atOnce)}) {
+        draws.emplace_back(
+            [&, program] { program->draw(view, host.context().projection, bench::frameSize()); });
+    }
+    const auto costs = bench::interleave(rounds, draws);
+    for (const auto& [what, at] : {std::pair("sorted", 1), std::pair("sorted, in one buffer", 2)}) {
+        bench::report(name + QStringLiteral(": frame, bare, %1, wall").arg(QLatin1String(what)),
+                      bench::medianRatio(costs[static_cast<std::size_t>(at)], costs[0], &Cost::wall),
+                      QStringLiteral("of bare"));
+    }
+}
+
 void measureDense(hostkit::OffscreenView& view, const DenseScene& scene)
 {
     const QString name = QString::fromLatin1(scene.name);
     const Model model = bench::buildModel(
-        bench::sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles, bench::denseSpacing),
-        QStringLiteral("model"));
+        bench::sphereGrid(scene.columns, scene.rows, scene.layers, scene.triangles, bench::denseSpacing));
     HostScene host{QString(), QString(), QString()};
     bench::show(host, model);
     bench::BareProgram bare;
     bare.add(model);
     compareFrames(view, host, bare, name + QStringLiteral(": frame"), QString::fromLatin1(scene.aim));
+    compareBare(host, model, bare, name);
     if (!scene.changedAim) {
         return;
     }
@@ -193,11 +249,13 @@ void measureEdges()
 }
 
 /// Whether the objects draw something, each or all together. What the driver has to tidy up after thousands
-/// of draws falls into the library's share of the next frame; objects that draw nothing show it without.
+/// of draws, and the cold caches behind them, fall into the library's share of the next frame; objects that
+/// draw nothing, or that are beside the view, show it without.
 enum class Objects
 {
     Meshes,
     Model,
+    ModelBeside,
     Empty
 };
 
@@ -213,12 +271,13 @@ struct OwnShare
 const OwnShare ownShares[] = {
     {Objects::Meshes, "meshes", {10, 10000}, 100, "<= 0.2"},
     {Objects::Model, "meshes of a model", {10, 10000, 100000}, 20, "<= 0.05"},
+    {Objects::ModelBeside, "meshes of a model beside the view", {10, 10000, 100000}, 20, "<= 0.05"},
     {Objects::Empty, "empty objects", {10, 10000}, 100, "<= 0.2"},
 };
 
 void fill(OruVisList& list, const Model& model, Objects kind)
 {
-    if (kind == Objects::Model) {
+    if (kind == Objects::Model || kind == Objects::ModelBeside) {
         hostkit::ModelParts(list).add(model);
         return;
     }
@@ -238,10 +297,12 @@ void measureOwnShare(const OwnShare& share, int objects)
 {
     HostScene host{QString(), QString(), QString()};
     auto list = std::make_unique<TimedList>(host.scene().group);
-    fill(*list, bench::buildModel(bench::sphereGrid(objects, 1, 1, share.triangles), QStringLiteral("model")),
-         share.kind);
+    fill(*list, bench::buildModel(bench::sphereGrid(objects, 1, 1, share.triangles)), share.kind);
     host.scene().render.visualizations.insert(list.release(), false);
     bench::show(host, Model());
+    if (share.kind == Objects::ModelBeside) {
+        bench::setView(host, host.context().modelView * Matrix::translate(Vector3(100.0f, 0.0f, 0.0f)));
+    }
 
     bench::Costs own;
     for (int frame = 0; frame < 200; ++frame) {
@@ -260,7 +321,7 @@ void measureOwnShare(const OwnShare& share, int objects)
 void measureAll(const QStringList& arguments)
 {
     hostkit::OffscreenView view(bench::frameSize());
-    const QStringList aims = {QStringLiteral("<= 1.0"), QStringLiteral("<= 0.85"), QStringLiteral("<= 1.0"),
+    const QStringList aims = {QStringLiteral("<= 1.0"), QStringLiteral("<= 1.0"), QStringLiteral("<= 1.0"),
                               QStringLiteral("-"), QStringLiteral("<= 1.0")};
     const QStringList names = bench::sceneNames();
     for (int i = 0; i < names.size(); ++i) {
