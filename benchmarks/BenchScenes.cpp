@@ -42,7 +42,7 @@ MeshSource sphereAt(const hostkit::SampleMesh& sphere, const Vector3& place, int
 {
     MeshSource source;
     source.name = QStringLiteral("sphere %1").arg(number);
-    source.material.color = QColor::fromHsv(number * 47 % 360, 120, 230);
+    source.material.color = QColor::fromHsv(number * 47 % 360, 120, 230).toRgb();
     source.positions = sphere.positions;
     for (Vector3& position : source.positions) {
         position += place;

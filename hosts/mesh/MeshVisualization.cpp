@@ -29,6 +29,7 @@
 namespace hostkit {
 
 using Kelvar::Math::BoundingBox;
+using Kelvar::Math::Matrix;
 
 namespace {
 
@@ -131,6 +132,16 @@ bool MeshVisualization::canShare() const
     return mesh_->texturePoints.empty() && mesh_->material.alpha != Material::Alpha::CutOut && !hasAlpha() &&
            !mesh_->indices.empty() && mesh_->indices.size() < leastIndicesToCull &&
            mesh_->positions.size() <= SurfaceGroup::mostVertices;
+}
+
+BoundingBox MeshVisualization::boundsAsItCame() const
+{
+    BoundingBox box = mesh_->bounds;
+    // Most parts have none, and turning a box costs more than the question.
+    if (placement() != Matrix()) {
+        box *= placement();
+    }
+    return box;
 }
 
 void MeshVisualization::leaveBatch()

@@ -46,6 +46,9 @@ public:
     OruPropertyAdaptor<float> edgeAngle;
 
     const Mesh& mesh() const { return *mesh_; }
+
+    /// The extent of the mesh where the model has it, in the frame of the model's list.
+    Kelvar::Math::BoundingBox boundsAsItCame() const;
     Content content() const override;
 
     void draw3d(const DrawContext& context) override;

@@ -164,10 +164,6 @@ void SharedSurfaces::makeAnew(OruOglGeometry& geometry)
 {
     Parts parts;
     takeIn(model_, parts);
-    // The lists are to ask again those that were drawn here and those that are from now on.
-    Parts others;
-    std::copy_if(parts.begin(), parts.end(), std::back_inserter(others),
-                 [](const MeshVisualization* part) { return part->batch_; });
     batches_.clear();
     Parts sharing = sharingOf(parts);
     const auto open = std::partition(sharing.begin(), sharing.end(),
@@ -178,12 +174,6 @@ void SharedSurfaces::makeAnew(OruOglGeometry& geometry)
         if (part->batch_) {
             part->clearBuffer(); // of the time when it drew itself
         }
-        part->touch();
-    }
-    for (MeshVisualization* const part : others) {
-        if (!part->batch_) {
-            part->touch();
-        }
     }
     made_ = true;
     sharing_ = sharing.size();
@@ -191,13 +181,27 @@ void SharedSurfaces::makeAnew(OruOglGeometry& geometry)
     holes_ = 0;
     changed_.clear();
     checkBelow(model_, true);
+    askAgainBelow(model_);
+}
+
+/// Other parts than before are drawn here from now on.
+void SharedSurfaces::askAgainBelow(PartList& list)
+{
+    list.askAgain();
+    for (unsigned int i = 0; i < list.size(); ++i) {
+        if (auto* const below = exactly<PartList>(list.at(i))) {
+            askAgainBelow(*below);
+        }
+    }
 }
 
 SharedSurfaces::Parts SharedSurfaces::sharingOf(const Parts& parts) const
 {
     std::unordered_map<const Mesh*, std::size_t> uses;
     for (const MeshVisualization* const part : parts) {
-        ++uses[&part->mesh()];
+        if (part->mesh().triangleCount() > mostRepeatedTriangles) {
+            ++uses[&part->mesh()];
+        }
     }
     Parts sharing;
     std::copy_if(parts.begin(), parts.end(), std::back_inserter(sharing), [&](const MeshVisualization* part) {

@@ -60,6 +60,7 @@ private:
     using Parts = std::vector<MeshVisualization*>;
 
     void followChanges();
+    static void askAgainBelow(PartList& list);
     void checkBelow(const PartList& list, bool shownAbove);
     bool isShown(const OruProperties* list) const;
     void takeIn(PartList& list, Parts& parts);

@@ -28,13 +28,6 @@ std::uint32_t bytesOf(const QColor& color)
     return all;
 }
 
-BoundingBox boxOf(const MeshVisualization& part)
-{
-    BoundingBox box = part.mesh().bounds;
-    box *= part.placement();
-    return box;
-}
-
 BoxTree::Box cornersOf(const BoundingBox& box)
 {
     return BoxTree::boxOf(box.min(), box.max());
@@ -68,7 +61,7 @@ SurfaceBatch::SurfaceBatch(SharedSurfaces& owner, const SurfaceGroup& group, boo
         parts_.push_back({part, vertices, indices, bytesOf(part->color.value()), false});
         vertices += static_cast<std::uint32_t>(part->mesh().positions.size());
         indices += static_cast<std::uint32_t>(part->mesh().indices.size());
-        all.add(boxOf(*part));
+        all.add(part->boundsAsItCame());
     }
     parts_.push_back({nullptr, vertices, indices, 0, false});
     box_ = cornersOf(all);
@@ -92,7 +85,7 @@ void SurfaceBatch::addCluster(const SurfaceGroup& group, std::size_t first, std:
 {
     BoundingBox box;
     for (std::size_t i = first; i < end; ++i) {
-        box.add(boxOf(*group.parts[i]));
+        box.add(group.parts[i]->boundsAsItCame());
     }
     clusters_.push_back(
         {static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(end), 0, cornersOf(box)});

@@ -26,9 +26,7 @@ struct Item
 Item itemOf(MeshVisualization* part)
 {
     const Mesh& mesh = part->mesh();
-    BoundingBox box = mesh.bounds;
-    box *= part->placement();
-    const Vector3 center = box.center();
+    const Vector3 center = part->boundsAsItCame().center();
     return {{center.x, center.y, center.z},
             static_cast<std::uint32_t>(mesh.positions.size()),
             mesh.triangleCount(),

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QDataStream>
 #include <QIODevice>
+#include <QRgba64>
 #include <QStringList>
 
 #include <array>
@@ -85,21 +86,41 @@ using ColorWords = std::array<quint16, 5>;
 /// The row's number is that of QColor::Spec.
 constexpr std::array<const char*, 6> colorModels = {"", "rgb", "hsv", "cmyk", "hsl", "extended"};
 
-QString wordsText(const QColor& value)
+/// The last `digits` hexadecimal digits of the number.
+void appendHex(QByteArray& text, quint32 number, int digits)
 {
+    for (int place = digits - 1; place >= 0; --place) {
+        text += "0123456789abcdef"[number >> static_cast<unsigned int>(4 * place) & 0xfU];
+    }
+}
+
+ColorWords wordsOf(const QColor& value)
+{
+    if (value.spec() == QColor::Rgb) { // nearly all are, and it is much quicker
+        const QRgba64 rgba = value.rgba64();
+        return {rgba.alpha(), rgba.red(), rgba.green(), rgba.blue(), 0};
+    }
     QByteArray raw;
     QDataStream writer(&raw, QIODevice::WriteOnly);
     writer << value;
     QDataStream stream(raw);
     qint8 model = 0;
     stream >> model;
-    QString text = QLatin1String(colorModels.at(static_cast<std::size_t>(model)));
-    for (std::size_t i = 0; i < ColorWords().size(); ++i) {
-        quint16 word = 0;
+    ColorWords words{};
+    for (quint16& word : words) {
         stream >> word;
-        text += QStringLiteral(" %1").arg(word, 4, 16, QLatin1Char('0'));
     }
-    return text;
+    return words;
+}
+
+QString wordsText(const QColor& value)
+{
+    QByteArray text = colorModels.at(static_cast<std::size_t>(value.spec()));
+    for (const quint16 word : wordsOf(value)) {
+        text += ' ';
+        appendHex(text, word, 4);
+    }
+    return QString::fromLatin1(text);
 }
 
 int modelOf(const QString& name)
@@ -197,7 +218,9 @@ QString toString(const QColor& value)
         return QString();
     }
     if (value == QColor::fromRgba(value.rgba())) {
-        return QStringLiteral("#%1").arg(value.rgba(), 8, 16, QLatin1Char('0'));
+        QByteArray text = "#";
+        appendHex(text, value.rgba(), 8);
+        return QString::fromLatin1(text);
     }
     return wordsText(value);
 }

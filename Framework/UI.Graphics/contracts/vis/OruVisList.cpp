@@ -272,6 +272,12 @@ bool OruVisList::onlyPicked() const
     return newcomers_.empty() && reached_->onlyPicked();
 }
 
+void OruVisList::askAgain()
+{
+    reached_->askAgain();
+    boundsChanged();
+}
+
 void OruVisList::noteChange(const OruModified& child, const OruModified& /*origin*/)
 {
     reached_->noteChange(child);

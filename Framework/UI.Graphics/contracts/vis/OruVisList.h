@@ -82,6 +82,10 @@ protected:
     /// passes of this list could do.
     bool onlyPicked() const;
 
+    /// Has every entry asked again for reach(), bounds() and the like, as if each had noted a change; notes
+    /// one of the list. For a list that decides itself how its entries are reached.
+    void askAgain();
+
     void noteChange(const OruModified& child, const OruModified& origin) override;
 
     OruProperties* makeChild(const QString& name, const QString& type) override;

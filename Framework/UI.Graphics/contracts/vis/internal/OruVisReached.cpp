@@ -71,6 +71,14 @@ void OruVisReached::remove(const OruProperties* entry)
     staleAll();
 }
 
+void OruVisReached::askAgain()
+{
+    for (Entry& entry : entries_) {
+        entry.revision = 0;
+    }
+    staleAll();
+}
+
 void OruVisReached::staleAll()
 {
     allStale_ = true;

@@ -33,6 +33,9 @@ public:
     /// An entry, or something below it, has changed: O(1). Nothing happens for an object that is none.
     void noteChange(const OruModified& entry);
 
+    /// All entries may have changed without having noted it.
+    void askAgain();
+
     /// The entries in list order, hidden ones too, without those that are reached only under a pick.
     Objects prepared();
 
