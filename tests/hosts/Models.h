@@ -59,9 +59,9 @@ inline std::shared_ptr<const hostkit::Mesh> built(hostkit::MeshSource source)
 
 /// Null when the source makes another shape, or none.
 template <typename Kind>
-std::shared_ptr<const Kind> builtAs(hostkit::MeshSource source)
+std::shared_ptr<const Kind> builtAs(const hostkit::MeshSource& source)
 {
-    const auto shape = hostkit::ShapeBuilder::build(std::move(source), [](float) {});
+    const auto shape = hostkit::ShapeBuilder::build(source, [](float) {});
     return shape ? hostkit::ModelPart(*shape).as<Kind>() : nullptr;
 }
 
