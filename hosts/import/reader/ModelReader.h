@@ -15,7 +15,8 @@ class ModelReader
 {
 public:
     /// Writes what ModelSource holds, all but the end. `mostTextureBytes` is what the pictures of the model
-    /// may take; 0: no limit. Throws std::runtime_error with the reason.
+    /// may take; 0: no limit. Throws std::runtime_error with the reason. What assimp has made of the file
+    /// stays in memory: for a process that reads one model and ends.
     static void read(const QString& file, std::uint64_t mostTextureBytes, ModelWriter& out);
 };
 

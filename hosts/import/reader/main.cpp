@@ -68,5 +68,5 @@ int main(int argc, char** argv)
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
     hostkit::ModelWriter out(pipe);
     readAndSend(argv[1], bytes, out);
-    ::_exit(EXIT_SUCCESS); // taking the model apart again would be for nobody
+    ::_exit(EXIT_SUCCESS); // nothing is left to be done by what would run at a usual end
 }
