@@ -63,11 +63,8 @@ void OruVisHierarchy::build(const std::vector<Object>& objects)
     setObjects(objects);
     order_.resize(objects.size());
     std::iota(order_.begin(), order_.end(), 0U);
-    split(0, static_cast<std::uint32_t>(order_.size()));
-    places_.resize(order_.size());
-    for (std::size_t place = 0; place < order_.size(); ++place) {
-        places_[order_[place]] = static_cast<std::uint32_t>(place);
-    }
+    places_ = order_;
+    addNode(0, static_cast<std::uint32_t>(order_.size()));
 }
 
 void OruVisHierarchy::setObjects(const std::vector<Object>& objects)
@@ -80,84 +77,94 @@ void OruVisHierarchy::setObjects(const std::vector<Object>& objects)
     }
 }
 
-void OruVisHierarchy::refit(const std::vector<Object>& objects)
+void OruVisHierarchy::addNode(std::uint32_t begin, std::uint32_t end)
 {
-    setObjects(objects);
-    // Children stand behind their parent.
-    for (auto self = static_cast<std::uint32_t>(nodes_.size()); self-- > 0;) {
-        nodes_[self].count > 0 ? refitLeaf(nodes_[self]) : refitInner(self);
-    }
+    nodes_.push_back(Node{boxOf(BoundingBox()), begin, end, 0, false});
+    refitWhole(nodes_.back());
 }
 
-void OruVisHierarchy::refitInner(std::uint32_t self)
+/// Gives a node its children, unless it has them. False: it is a leaf.
+bool OruVisHierarchy::cut(std::uint32_t self)
 {
-    Node& node = nodes_[self];
-    const Node& left = nodes_[self + 1];
-    const Node& right = nodes_[node.first];
-    node.box = united(left.box, right.box);
-    node.marked = left.marked || right.marked;
+    if (nodes_[self].children != 0) {
+        return true;
+    }
+    const Node node = nodes_[self];
+    if (node.end - node.begin <= leafSize) {
+        return false;
+    }
+    putInHalves(node);
+    nodes_[self].children = static_cast<std::uint32_t>(nodes_.size());
+    addNode(node.begin, node.middle());
+    addNode(node.middle(), node.end);
+    return true;
 }
 
-void OruVisHierarchy::refitLeaf(Node& leaf) const
+void OruVisHierarchy::putInHalves(const Node& node)
 {
-    leaf.box = boxOf(BoundingBox());
-    leaf.marked = false;
-    for (std::uint32_t place = leaf.first; place < leaf.first + leaf.count; ++place) {
-        leaf.box = united(leaf.box, boxes_[order_[place]]);
-        leaf.marked = leaf.marked || marks_[order_[place]];
-    }
-}
-
-std::uint32_t OruVisHierarchy::split(std::uint32_t begin, std::uint32_t end)
-{
-    const auto self = static_cast<std::uint32_t>(nodes_.size());
-    nodes_.push_back(Node{boxOf(BoundingBox()), begin, 0, false});
-    if (end - begin <= leafSize) {
-        nodes_[self].count = static_cast<std::uint16_t>(end - begin);
-        refitLeaf(nodes_[self]);
-        return self;
-    }
-    Box box = boxOf(BoundingBox());
-    for (std::uint32_t place = begin; place < end; ++place) {
-        box = united(box, boxes_[order_[place]]);
-    }
+    const Box& box = node.box;
     int axis = 0;
     for (int other = 1; other < 3; ++other) {
         if (box.high[other] - box.low[other] > box.high[axis] - box.low[axis]) {
             axis = other;
         }
     }
-    const std::uint32_t middle = begin + (end - begin) / 2;
-    std::nth_element(order_.begin() + begin, order_.begin() + middle, order_.begin() + end,
-                     [this, axis](std::uint32_t a, std::uint32_t b) {
-                         return centerOf(boxes_[a], axis) < centerOf(boxes_[b], axis);
-                     });
-    split(begin, middle);
-    nodes_[self].first = split(middle, end);
-    refitInner(self);
-    return self;
+    // Side by side, since the boxes lie all over the memory.
+    centers_.clear();
+    for (std::uint32_t place = node.begin; place < node.end; ++place) {
+        centers_.emplace_back(centerOf(boxes_[order_[place]], axis), order_[place]);
+    }
+    const auto half = static_cast<std::ptrdiff_t>(node.middle() - node.begin);
+    std::nth_element(centers_.begin(), centers_.begin() + half, centers_.end());
+    for (std::uint32_t place = node.begin; place < node.end; ++place) {
+        order_[place] = centers_[place - node.begin].second;
+        places_[order_[place]] = place;
+    }
+}
+
+void OruVisHierarchy::refit(const std::vector<Object>& objects)
+{
+    setObjects(objects);
+    // Children stand behind their parent.
+    for (std::size_t self = nodes_.size(); self-- > 0;) {
+        Node& node = nodes_[self];
+        node.children != 0 ? refitFromChildren(node) : refitWhole(node);
+    }
+}
+
+void OruVisHierarchy::refitFromChildren(Node& node) const
+{
+    const Node& first = nodes_[node.children];
+    const Node& second = nodes_[node.children + 1];
+    node.box = united(first.box, second.box);
+    node.marked = first.marked || second.marked;
+}
+
+void OruVisHierarchy::refitWhole(Node& node) const
+{
+    node.box = boxOf(BoundingBox());
+    node.marked = false;
+    for (std::uint32_t place = node.begin; place < node.end; ++place) {
+        node.box = united(node.box, boxes_[order_[place]]);
+        node.marked = node.marked || marks_[order_[place]];
+    }
 }
 
 void OruVisHierarchy::set(std::uint32_t index, const Object& object)
 {
     boxes_[index] = boxOf(object.box);
     marks_[index] = object.marked;
-    // From the root to the leaf of that place, as split() has cut the order.
+    // Down to the leaf of that place, and up again.
     std::uint32_t way[mostLevels];
     std::size_t levels = 0;
     std::uint32_t self = 0;
-    std::uint32_t begin = 0;
-    auto end = static_cast<std::uint32_t>(order_.size());
-    while (nodes_[self].count == 0) {
+    while (cut(self)) {
         way[levels++] = self;
-        const std::uint32_t middle = begin + (end - begin) / 2;
-        const bool left = places_[index] < middle;
-        (left ? end : begin) = middle;
-        self = left ? self + 1 : nodes_[self].first;
+        self = nodes_[self].children + (places_[index] < nodes_[self].middle() ? 0 : 1);
     }
-    refitLeaf(nodes_[self]);
+    refitWhole(nodes_[self]);
     while (levels > 0) {
-        refitInner(way[--levels]);
+        refitFromChildren(nodes_[way[--levels]]);
     }
 }
 
@@ -173,7 +180,7 @@ BoundingBox OruVisHierarchy::bounds() const
 
 template <typename Wanted>
 void OruVisHierarchy::collectIf(const OruVisViewVolume& volume, std::vector<std::uint32_t>& found,
-                                Wanted wanted) const
+                                Wanted wanted)
 {
     if (nodes_.empty()) {
         return;
@@ -184,16 +191,15 @@ void OruVisHierarchy::collectIf(const OruVisViewVolume& volume, std::vector<std:
     pending[count++] = 0;
     while (count > 0) {
         const std::uint32_t self = pending[--count];
-        const Node& node = nodes_[self];
-        if (!wanted(node.marked) || !meets(node.box)) {
+        if (!wanted(nodes_[self].marked) || !meets(nodes_[self].box)) {
             continue;
         }
-        if (node.count == 0) {
-            pending[count++] = node.first;
-            pending[count++] = self + 1;
+        if (cut(self)) {
+            pending[count++] = nodes_[self].children + 1;
+            pending[count++] = nodes_[self].children;
             continue;
         }
-        for (std::uint32_t place = node.first; place < node.first + node.count; ++place) {
+        for (std::uint32_t place = nodes_[self].begin; place < nodes_[self].end; ++place) {
             const std::uint32_t index = order_[place];
             if (wanted(marks_[index]) && meets(boxes_[index])) {
                 found.push_back(index);
@@ -202,12 +208,12 @@ void OruVisHierarchy::collectIf(const OruVisViewVolume& volume, std::vector<std:
     }
 }
 
-void OruVisHierarchy::collect(const OruVisViewVolume& volume, std::vector<std::uint32_t>& found) const
+void OruVisHierarchy::collect(const OruVisViewVolume& volume, std::vector<std::uint32_t>& found)
 {
     collectIf(volume, found, [](bool /*marked*/) { return true; });
 }
 
-void OruVisHierarchy::collectMarked(const OruVisViewVolume& volume, std::vector<std::uint32_t>& found) const
+void OruVisHierarchy::collectMarked(const OruVisViewVolume& volume, std::vector<std::uint32_t>& found)
 {
     collectIf(volume, found, [](bool marked) { return marked; });
 }
