@@ -24,6 +24,8 @@ using Kelvar::Math::Vector3;
 namespace {
 
 /// A mesh of several parts that has more is drawn part by part: that it is there once counts for more then.
+/// Measured with a software renderer, a copy for each part saves a quarter of the frame with meshes of 50
+/// triangles, a seventh with 100, a twentieth with 250, and nothing from 1,000 on.
 constexpr std::size_t mostRepeatedTriangles = 256;
 
 /// As many new parts are worth new batches, if they are this share of those that there are.
