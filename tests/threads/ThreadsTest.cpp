@@ -10,6 +10,8 @@
 #include "contracts/debug/logger.h"
 #include "contracts/vis/OruVisTriad.h"
 
+#include <QThread>
+
 #include <gtest/gtest.h>
 
 #include <GL/glx.h>
@@ -120,6 +122,9 @@ TEST(Threads, ScenesInThreadsOfTheirOwnKeepOutOfEachOthersWay)
     // Never ended, so that the driver stays loaded: the leak sanitizer tells its leaks by its name.
     static const auto* const loaded = new OffscreenContext;
     ASSERT_TRUE(loaded);
+    // Qt takes the first thread it sees for the program's main thread, and there is no application here to be
+    // first. Its image plugins would outlive one of the threads below and end the process with a crash.
+    ASSERT_TRUE(QThread::currentThread());
     kelvardebug::logger& log = oru::debug_logger::debuglogger();
     const auto sink = std::make_shared<CountingSink>();
     log.setSink(sink);
