@@ -6,6 +6,7 @@
 #include "hosts/host/WindowCoordinates.h"
 #include "hosts/host/internal/GlDrawable.h"
 
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -242,7 +243,10 @@ void SceneWindow::paint()
         if (!std::exchange(exposed_, true)) {
             host_->fitAgain();
         }
+        QElapsedTimer clock;
+        clock.start();
         host_->draw();
+        frameMilliseconds_ = static_cast<double>(clock.nsecsElapsed()) / 1e6;
     } catch (...) {
         tellThrown("draw");
         return; // the picture that shows is whole, the one that was begun is not

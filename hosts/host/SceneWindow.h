@@ -85,6 +85,10 @@ public:
     /// is told on stderr, and the window repaints. False: it threw, or there is no scene.
     bool runAndTell(const std::function<bool(HostScene&)>& action);
 
+    /// How long the last frame took to draw, in milliseconds, without the wait for the screen; 0: there was
+    /// none.
+    double frameMilliseconds() const { return frameMilliseconds_; }
+
 Q_SIGNALS:
     /// A frame was drawn and shown: the moment to catch up with what changed in the tree.
     void frameDrawn();
@@ -150,6 +154,7 @@ private:
     QSize framebuffer_;
     /// Has been on the screen: the size that its content was fitted to is the real one from then on.
     bool exposed_ = false;
+    double frameMilliseconds_ = 0.0;
     std::optional<Move> move_;
     /// Runs out when the queue of events is empty; then the move is fed.
     QTimer moveTimer_;

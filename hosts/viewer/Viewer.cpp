@@ -2,12 +2,10 @@
 
 #include "contracts/ogl/OruOglViewport.h"
 #include "contracts/vis/OruVisList.h"
-#include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/GlPlatform.h"
 #include "hosts/host/InputEvent.h"
 #include "hosts/host/InputFeed.h"
 #include "hosts/host/InputNames.h"
-#include "hosts/host/LightRig.h"
 #include "hosts/host/OffscreenView.h"
 #include "hosts/host/PictureOptions.h"
 #include "hosts/host/PictureWriter.h"
@@ -19,6 +17,8 @@
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
+#include "hosts/viewer/window/SceneContent.h"
+#include "hosts/viewer/window/ViewerWindow.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -49,9 +49,6 @@ constexpr int patienceMilliseconds = 1000;
 
 const char* const loadingStopped = "loading was stopped";
 
-/// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
-const QString backgroundColor = QStringLiteral("#ff38465a");
-
 /// What a person calls the model that is read from there.
 const QString pipedTitle = QStringLiteral("standard input");
 
@@ -68,8 +65,8 @@ QString titleOf(const QStringList& models)
     return names.join(QStringLiteral(", "));
 }
 
-/// Closes at ViewerOptions::closing.
-class ViewerWindow : public hostkit::SceneWindow
+/// The view alone. Closes at ViewerOptions::closing.
+class BareWindow : public hostkit::SceneWindow
 {
 protected:
     void keyPressEvent(QKeyEvent* event) override
@@ -142,7 +139,12 @@ void prepare(hostkit::SceneWindow& view, const ViewerOptions& options)
         view.setSamples(*options.samples);
     }
     view.setTitle(titleOf(options.models));
-    view.resize((QSizeF(options.size) / view.devicePixelRatio()).toSize());
+}
+
+template <typename Window>
+void resizeTo(Window& window, const QSize& pixels)
+{
+    window.resize((QSizeF(pixels) / window.devicePixelRatio()).toSize());
 }
 
 QSize sizeOf(HostScene& host)
@@ -224,7 +226,10 @@ void Viewer::takeOver(const hostkit::Recording& recording)
 
 Viewer::ExitCode Viewer::run()
 {
-    return options_.outFile.isEmpty() && !replay_ ? showWindow() : makePictures();
+    if (options_.windowless()) {
+        return makePictures();
+    }
+    return options_.bare ? showBare() : showWindow();
 }
 
 Viewer::ExitCode Viewer::makePictures()
@@ -279,7 +284,7 @@ void Viewer::makePicture()
 {
     HostScene host;
     host.setSize(options_.size);
-    addModels(host, loadModels());
+    SceneContent::add(host, loadModels());
     turnUp(host);
     arrange(host);
     hostkit::InputFeed input(host);
@@ -333,7 +338,7 @@ std::vector<Model> Viewer::loadModels() const
     return takeModels(job, options_.models, piped);
 }
 
-Viewer::ExitCode Viewer::showWindow()
+Viewer::ExitCode Viewer::showBare()
 {
     const StopSignals stop;
     const QString title = titleOf(options_.models);
@@ -344,8 +349,9 @@ Viewer::ExitCode Viewer::showWindow()
     hostkit::ImportJob job(modelFiles(piped, stop));
     LoadingReport report(title);
 
-    ViewerWindow view;
+    BareWindow view;
     prepare(view, options_);
+    resizeTo(view, options_.size);
     QTimer poll;
     const auto look = [&] {
         try {
@@ -383,6 +389,42 @@ Viewer::ExitCode Viewer::showWindow()
     if (!loaded) {
         stopLoading(job, piped);
     }
+    endSession(view);
+    return Done;
+}
+
+/// A model that cannot be shown is told in the window, which stays.
+Viewer::ExitCode Viewer::showWindow()
+{
+    const StopSignals stop;
+    std::optional<PipedModel> piped;
+    const QStringList files = modelFiles(piped, stop);
+    ViewerWindow window;
+    hostkit::SceneWindow& view = window.view().window();
+    prepare(view, options_);
+    view.run([this](HostScene& host) { return checkSettings(host); });
+    if (options_.sizeNamed) {
+        resizeTo(window, options_.size);
+    }
+    if (!files.isEmpty()) {
+        window.document().open(files, [&](HostScene& host) { arrangeSession(view, host); });
+    } else if (!options_.stateFile.isEmpty()) {
+        window.document().openState(options_.stateFile);
+    }
+    QSocketNotifier stopNotifier(stop.descriptor(), QSocketNotifier::Read);
+    QObject::connect(&stopNotifier, &QSocketNotifier::activated, [&] {
+        stopNotifier.setEnabled(false);
+        window.close();
+    });
+    window.show();
+    QCoreApplication::exec();
+    endSession(view);
+    return Done;
+}
+
+/// What there is to do when the window has closed.
+void Viewer::endSession(hostkit::SceneWindow& view) const
+{
     if (!view.hasScene() && !options_.saveStateFile.isEmpty()) {
         throw Failure(NoOutput, QStringLiteral("the state went with the OpenGL context"));
     }
@@ -391,20 +433,24 @@ Viewer::ExitCode Viewer::showWindow()
         return false;
     });
     checkRecorded();
-    return Done;
 }
 
 /// `models` have to live as long as the window, which may fill another scene with them.
 void Viewer::startSession(hostkit::SceneWindow& view, const std::vector<Model>& models)
 {
-    view.setContent([&models](HostScene& host) { addModels(host, models); });
+    view.setContent([&models](HostScene& host) { SceneContent::add(host, models); });
     view.run([&](HostScene& host) {
-        turnUp(host);
-        arrange(host);
-        view.setInputListener(startRecording([&view] { return sizeOf(view.host()); }));
-        playGestures(view.input(), sizeOf(host));
+        arrangeSession(view, host);
         return true;
     });
+}
+
+void Viewer::arrangeSession(hostkit::SceneWindow& view, HostScene& host)
+{
+    turnUp(host);
+    arrange(host);
+    view.setInputListener(startRecording([&view] { return sizeOf(view.host()); }));
+    playGestures(view.input(), sizeOf(host));
 }
 
 /// Refuses settings that can be told to be wrong without the models; never asks for a repaint.
@@ -443,29 +489,12 @@ void Viewer::turnUp(HostScene& host)
     }
 }
 
-/// The content of a scene, also of one that takes the place of another.
-void Viewer::addModels(HostScene& host, const std::vector<Model>& models)
-{
-    hostkit::ModelParts parts(host.scene().render.visualizations);
-    parts.setDropListener([](const QString& source, const QString& target) {
-        std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
-                  << std::endl;
-    });
-    for (const Model& model : models) {
-        parts.add(model);
-    }
-    host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
-    host.changed();
-}
-
 /// Sets the scene up as the options ask.
 void Viewer::arrange(HostScene& host) const
 {
     QString error;
-    host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
-    if (options_.stateFile.isEmpty()) {
-        hostkit::LightRig::apply(host.scene());
-    } else if (!host.load(options_.stateFile, &error)) {
+    SceneContent::dress(host, options_.stateFile.isEmpty());
+    if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
         throw Failure(BadInput, error);
     }
     if (!options_.withTriad) {

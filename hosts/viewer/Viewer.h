@@ -58,14 +58,16 @@ private:
     ExitCode makeEachPicture();
     ExitCode tryPicture();
     void makePicture();
+    ExitCode showBare();
     ExitCode showWindow();
     void startSession(hostkit::SceneWindow& view, const std::vector<hostkit::Model>& models);
+    void arrangeSession(hostkit::SceneWindow& view, hostkit::HostScene& host);
+    void endSession(hostkit::SceneWindow& view) const;
     void checkPictures() const;
     QStringList modelFiles(std::optional<PipedModel>& piped, const StopSignals& stop) const;
     std::vector<hostkit::Model> loadModels() const;
     bool checkSettings(hostkit::HostScene& host) const;
     Failure badSetting(std::size_t index, const QString& reason) const;
-    static void addModels(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
     void turnUp(hostkit::HostScene& host);
     void arrange(hostkit::HostScene& host) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;

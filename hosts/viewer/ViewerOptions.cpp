@@ -191,6 +191,8 @@ const Option optionTable[] = {
     {"--save-state", "", 1, "FILE", "save settings and view to a file at the end",
      [](ViewerOptions& o, const QStringList& v) { o.saveStateFile = v[0]; }},
     {"--set", "", 1, "PATH/KEY=VALUE", "set a property, such as render/textInfo=true", readSetting},
+    {"--bare", "", 0, "", "open a window with nothing but the view",
+     [](ViewerOptions& o, const QStringList&) { o.bare = true; }},
     {"--no-triad", "", 0, "", "leave the axes in the corner out",
      [](ViewerOptions& o, const QStringList&) { o.withTriad = false; }},
     {"--out", "", 1, "FILE", "write a PNG, JPEG, WebP or TIFF picture instead of opening a window",
@@ -343,12 +345,18 @@ ViewerOptions ViewerOptions::parse(const QStringList& arguments)
     if (options.models.isEmpty() && !options.defaultModel.isEmpty() && options.replayFile.isEmpty()) {
         options.models.append(options.defaultModel);
     }
-    if (options.models.isEmpty() && options.replayFile.isEmpty() && !options.showHelp &&
-        !options.showVersion) {
+    if (options.models.isEmpty() && options.needsModel()) {
         fail(QStringLiteral("no MODEL is named"));
     }
     checkTogether(options);
     return options;
+}
+
+/// A window with menus can open one later.
+bool ViewerOptions::needsModel() const
+{
+    const bool opensMenus = !windowless() && !bare;
+    return !opensMenus && replayFile.isEmpty() && !showHelp && !showVersion;
 }
 
 bool ViewerOptions::onePictureEach() const

@@ -64,6 +64,12 @@ struct ViewerOptions
     /// Samples of a picture's pixel, unless a number is given.
     static constexpr int usualSamples = 8;
 
+    /// Whether a picture is made, or a recording played, and no window is opened.
+    bool windowless() const { return !outFile.isEmpty() || !replayFile.isEmpty(); }
+
+    /// Whether there is nothing to do without a model.
+    bool needsModel() const;
+
     /// The text for --help.
     static QString help();
 
@@ -93,6 +99,8 @@ struct ViewerOptions
     /// Suffix that tells the format of what comes in on standard input; empty: not given.
     QString format;
     bool withTriad = true;
+    /// A window with nothing but the view.
+    bool bare = false;
     /// Where the session is recorded to, and the recording that is played; empty: none.
     QString recordFile;
     QString replayFile;

@@ -3,10 +3,11 @@
 #include "hosts/viewer/Viewer.h"
 #include "hosts/viewer/ViewerOptions.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 
 #include <exception>
 #include <iostream>
+#include <memory>
 
 namespace {
 
@@ -14,6 +15,17 @@ int complain(int code, const QByteArray& text)
 {
     std::cerr << "view: " << text.constData() << std::endl;
     return code;
+}
+
+/// Widgets only where there is a window with menus: they take their time to start.
+std::unique_ptr<QGuiApplication> makeApplication(const ViewerOptions& options, int& count, char** arguments)
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Kelvar"));
+    QCoreApplication::setApplicationName(QStringLiteral("kelvar-view"));
+    if (options.windowless() || options.bare) {
+        return std::make_unique<QGuiApplication>(count, arguments);
+    }
+    return std::make_unique<QApplication>(count, arguments);
 }
 
 } // namespace
@@ -43,7 +55,7 @@ int main(int argc, char** argv)
         }
         hostkit::GlPlatform::prepare();
         int noArguments = 1;
-        QGuiApplication application(noArguments, argv);
+        const auto application = makeApplication(options, noArguments, argv);
         return Viewer(options).run();
     } catch (const ViewerOptions::Error& error) {
         std::cerr << "view: " << error.what() << "; --help tells the options" << std::endl;

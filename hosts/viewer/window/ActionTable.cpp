@@ -1,0 +1,136 @@
+#include "hosts/viewer/window/ActionTable.h"
+
+#include "hosts/viewer/window/Dialogs.h"
+#include "hosts/viewer/window/Display.h"
+#include "hosts/viewer/window/Document.h"
+#include "hosts/viewer/window/Workplace.h"
+#include "hosts/widgets/SceneWidget.h"
+
+#include <algorithm>
+
+using hostkit::HostScene;
+
+namespace {
+
+void showFrom(Workplace& at, const char* position)
+{
+    at.view.window().runAndTell(
+        [&](HostScene& host) { return host.showFrom(QString::fromLatin1(position)); });
+}
+
+bool hasModel(const Workplace& at)
+{
+    return !at.document.files().isEmpty();
+}
+
+bool shows(const Workplace& at, const char* edges)
+{
+    return at.display.edges() == QLatin1String(edges);
+}
+
+using At = Workplace&;
+using Seen = const Workplace&;
+
+const std::vector<ActionTable::Row> actionRows = {
+    {"open", "&File", "&Open...", "Ctrl+O", "shows other models, or a state that was saved", "Open", nullptr,
+     nullptr, [](At at) { at.dialogs.open(); }, false, true},
+    {"reload", "&File", "&Reload", "F5", "reads the files again; what was changed stays", "", hasModel,
+     nullptr, [](At at) { at.document.reload(); }, false, false},
+    {"saveState", "&File", "Save S&tate...", "Ctrl+Shift+S",
+     "keeps what the window shows in a file that Open takes", "", hasModel, nullptr,
+     [](At at) { at.dialogs.saveState(); }, true, true},
+    {"picture", "&File", "Save &Picture...", "Ctrl+S", "writes the view into a picture of any size",
+     "Picture", nullptr, nullptr, [](At at) { at.dialogs.savePicture(); }, false, true},
+    {"copyPicture", "&File", "&Copy Picture", "Ctrl+Shift+C", "puts the view as a picture on the clipboard",
+     "", nullptr, nullptr, [](At at) { at.dialogs.copyPicture(); }, false, false},
+    {"quit", "&File", "&Quit", "Ctrl+Q", "closes the window", "", nullptr, nullptr,
+     [](At at) { at.dialogs.quit(); }, true, false},
+
+    {"undo", "&Edit", "&Undo", "Ctrl+Z", "takes the last change back", "Undo",
+     [](Seen at) { return at.view.undo().edits().canUndo(); }, nullptr,
+     [](At at) { at.view.undo().edits().undo(); }, false, false},
+    {"redo", "&Edit", "&Redo", "Ctrl+Shift+Z", "makes it again", "Redo",
+     [](Seen at) { return at.view.undo().edits().canRedo(); }, nullptr,
+     [](At at) { at.view.undo().edits().redo(); }, false, false},
+    {"stop", "&Edit", "&Stop", "Esc", "ends what runs: a loading, a tool", "",
+     [](Seen at) { return at.document.loading(); }, nullptr, [](At at) { at.document.stop(); }, true, false},
+
+    {"back", "&View", "&Back", "Alt+Left", "goes to the view before", "Back",
+     [](Seen at) { return at.view.undo().views().canUndo(); }, nullptr,
+     [](At at) { at.view.undo().views().undo(); }, false, false},
+    {"forward", "&View", "&Forward", "Alt+Right", "goes to the view behind", "Forward",
+     [](Seen at) { return at.view.undo().views().canRedo(); }, nullptr,
+     [](At at) { at.view.undo().views().redo(); }, false, false},
+    {"iso", "&View", "From &Above, Front Right", "Home", "the view that a model is opened with", "", hasModel,
+     nullptr, [](At at) { showFrom(at, "iso"); }, true, false},
+    {"fromX", "&View", "From the &Right (+X)", "X", "looks from the positive end of X", "", hasModel, nullptr,
+     [](At at) { showFrom(at, "x"); }, false, false},
+    {"fromMinusX", "&View", "From the &Left (-X)", "Shift+X", "looks from the negative end of X", "",
+     hasModel, nullptr, [](At at) { showFrom(at, "-x"); }, false, false},
+    {"fromY", "&View", "From B&ehind (+Y)", "Y", "looks from the positive end of Y", "", hasModel, nullptr,
+     [](At at) { showFrom(at, "y"); }, false, false},
+    {"fromMinusY", "&View", "From the Fro&nt (-Y)", "Shift+Y", "looks from the negative end of Y", "",
+     hasModel, nullptr, [](At at) { showFrom(at, "-y"); }, false, false},
+    {"fromZ", "&View", "From the &Top (+Z)", "Z", "looks from the positive end of Z", "", hasModel, nullptr,
+     [](At at) { showFrom(at, "z"); }, false, false},
+    {"fromMinusZ", "&View", "From Bel&ow (-Z)", "Shift+Z", "looks from the negative end of Z", "", hasModel,
+     nullptr, [](At at) { showFrom(at, "-z"); }, false, false},
+
+    {"shaded", "&Display", "&Shaded", "Ctrl+1", "shows surfaces alone", "", hasModel,
+     [](Seen at) { return shows(at, "off"); }, [](At at) { at.display.setEdges(QStringLiteral("off")); },
+     false, false},
+    {"edges", "&Display", "Shaded with &Edges", "Ctrl+2", "shows surfaces with their sharp and open edges",
+     "Edges", hasModel, [](Seen at) { return shows(at, "edges"); },
+     [](At at) { at.display.setEdges(QString::fromLatin1(shows(at, "edges") ? "off" : "edges")); }, false,
+     false},
+    {"wireframe", "&Display", "Edges &Only", "Ctrl+3", "shows the sides of all triangles and no surface", "",
+     hasModel, [](Seen at) { return shows(at, "wireframe"); },
+     [](At at) { at.display.setEdges(QStringLiteral("wireframe")); }, false, false},
+    {"background", "&Display", "&Background...", "Ctrl+B", "chooses the color behind the models", "", nullptr,
+     nullptr, [](At at) { at.dialogs.chooseBackground(); }, true, true},
+    {"rig", "&Display", "Three &Lights", "Ctrl+L", "lights what the main light leaves dark", "", nullptr,
+     [](Seen at) { return at.display.rig(); }, [](At at) { at.display.setRig(!at.display.rig()); }, false,
+     false},
+
+    {"help", "&Help", "&Keys and Gestures", "F1", "tells all keys and gestures", "", nullptr, nullptr,
+     [](At at) { at.dialogs.help(); }, false, true},
+    {"about", "&Help", "&About", "Shift+F1", "tells the version", "", nullptr, nullptr,
+     [](At at) { at.dialogs.about(); }, false, true},
+};
+
+} // namespace
+
+const std::vector<ActionTable::Row>& ActionTable::rows()
+{
+    return actionRows;
+}
+
+const ActionTable::Row* ActionTable::named(const QString& name)
+{
+    const auto row = std::find_if(actionRows.begin(), actionRows.end(),
+                                  [&](const Row& one) { return name == QLatin1String(one.name); });
+    return row == actionRows.end() ? nullptr : &*row;
+}
+
+const ActionTable::Row* ActionTable::rowOf(const QString& keys)
+{
+    const auto row = std::find_if(actionRows.begin(), actionRows.end(),
+                                  [&](const Row& one) { return keys == QLatin1String(one.keys); });
+    return row == actionRows.end() ? nullptr : &*row;
+}
+
+QString ActionTable::plain(const char* text)
+{
+    return QString::fromLatin1(text).remove(QLatin1Char('&')).remove(QStringLiteral("..."));
+}
+
+const std::vector<ActionTable::PointerRow>& ActionTable::pointerRows()
+{
+    static const std::vector<PointerRow> rows = {
+        {"click", "selects a part, or nothing"},
+        {"Ctrl+click", "adds a part to the selection, or takes it out"},
+        {"click again", "goes on to the part behind"},
+        {"drop of files", "opens them"},
+    };
+    return rows;
+}

@@ -1,0 +1,216 @@
+#include "hosts/viewer/window/Document.h"
+
+#include "hosts/host/HostScene.h"
+#include "hosts/import/ImportJob.h"
+#include "hosts/viewer/window/SceneContent.h"
+#include "hosts/viewer/window/StateFile.h"
+#include "hosts/widgets/SceneWidget.h"
+
+#include <QFileInfo>
+
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+using hostkit::HostScene;
+using hostkit::Model;
+
+namespace {
+
+constexpr int pollMilliseconds = 20;
+
+/// A program that writes a file does it in several steps.
+constexpr int restMilliseconds = 300;
+
+QStringList absolute(const QStringList& files)
+{
+    QStringList paths;
+    for (const QString& file : files) {
+        paths.append(QFileInfo(file).absoluteFilePath());
+    }
+    return paths;
+}
+
+QString namesOf(const QStringList& files)
+{
+    QStringList names;
+    for (const QString& file : files) {
+        names.append(QFileInfo(file).fileName());
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+Document::Document(hostkit::SceneWidget& view, QObject* parent)
+    : QObject(parent)
+    , view_(view)
+{
+    connect(&poll_, &QTimer::timeout, this, [this] { look(); });
+    rest_.setSingleShot(true);
+    rest_.setInterval(restMilliseconds);
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this] { rest_.start(); });
+    connect(&rest_, &QTimer::timeout, this, [this] { reload(); });
+}
+
+Document::~Document() = default;
+
+void Document::open(const QStringList& files, const Action& setUp)
+{
+    setUp_ = setUp;
+    start(absolute(files), &Document::showNew);
+}
+
+void Document::openState(const QString& file)
+{
+    QString error;
+    const QStringList models = StateFile::modelsOf(file, &error);
+    if (!error.isEmpty()) {
+        Q_EMIT failed(error);
+        return;
+    }
+    open(models, [file](HostScene& host) {
+        QString reason;
+        if (!host.load(file, &reason)) {
+            throw std::runtime_error(reason.toStdString());
+        }
+    });
+}
+
+void Document::openAny(const QStringList& files)
+{
+    if (files.size() == 1 && StateFile::looksLikeOne(files.first())) {
+        openState(files.first());
+    } else if (!files.isEmpty()) {
+        open(files);
+    }
+}
+
+void Document::reload()
+{
+    if (!files_.isEmpty()) {
+        start(files_, &Document::showAgain);
+    }
+}
+
+void Document::stop()
+{
+    if (job_) {
+        job_.reset();
+        poll_.stop();
+        Q_EMIT progressed(QString(), 1.0);
+    }
+}
+
+void Document::start(const QStringList& files, Show how)
+{
+    job_ = std::make_unique<hostkit::ImportJob>(files);
+    coming_ = files;
+    show_ = how;
+    poll_.start(pollMilliseconds);
+    Q_EMIT progressed(namesOf(files), 0.0);
+}
+
+void Document::look()
+{
+    if (!job_->finished()) {
+        Q_EMIT progressed(namesOf(coming_), static_cast<double>(job_->share()));
+        return;
+    }
+    poll_.stop();
+    try {
+        show();
+    } catch (const std::bad_alloc&) {
+        Q_EMIT failed(QStringLiteral("The models do not fit into memory."));
+    } catch (const std::exception& error) {
+        Q_EMIT failed(QString::fromUtf8(error.what()));
+    }
+    Q_EMIT progressed(QString(), 1.0);
+}
+
+void Document::show()
+{
+    const std::unique_ptr<hostkit::ImportJob> job = std::move(job_);
+    std::vector<Model> models = job->take();
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        models[i].properties.emplace_back(SceneContent::fileKey, coming_[static_cast<int>(i)]);
+    }
+    const auto shared = std::make_shared<const std::vector<Model>>(std::move(models));
+    (this->*show_)(shared);
+    files_ = coming_;
+    models_ = shared;
+    watch();
+    Q_EMIT opened();
+    tellNotes(*shared);
+}
+
+/// Also the content of a scene that is made anew when the OpenGL context got lost.
+void Document::fill(const Models& models)
+{
+    view_.window().setContent([models](HostScene& host) {
+        SceneContent::clear(host);
+        if (models) {
+            SceneContent::add(host, *models);
+        }
+    });
+}
+
+/// The former content comes back if the new one cannot be set up.
+void Document::showNew(const Models& models)
+{
+    fill(models);
+    try {
+        view_.run([this](HostScene& host) {
+            if (setUp_) {
+                setUp_(host);
+            } else {
+                host.showFrom(QStringLiteral("iso"));
+            }
+            return true;
+        });
+    } catch (...) {
+        fill(models_);
+        throw;
+    }
+    view_.undo().clear();
+}
+
+/// What was changed is taken back in the former content and made again in the new one.
+void Document::showAgain(const Models& models)
+{
+    QUndoStack& edits = view_.undo().edits();
+    const int made = edits.index();
+    edits.setIndex(0);
+    view_.run([&](HostScene& host) {
+        const Kelvar::Math::Matrix shown = host.view();
+        fill(models);
+        host.setView(shown);
+        return true;
+    });
+    edits.setIndex(made);
+}
+
+void Document::tellNotes(const std::vector<Model>& models)
+{
+    QStringList notes;
+    for (const Model& model : models) {
+        for (const QString& note : model.notes) {
+            notes.append(QStringLiteral("%1: %2").arg(model.name, note));
+        }
+    }
+    if (!notes.isEmpty()) {
+        Q_EMIT noted(notes.join(QLatin1Char('\n')));
+    }
+}
+
+/// A file that was replaced by another of its name has to be watched anew.
+void Document::watch()
+{
+    if (!watcher_.files().isEmpty()) {
+        watcher_.removePaths(watcher_.files());
+    }
+    if (!files_.isEmpty()) {
+        watcher_.addPaths(files_);
+    }
+}

@@ -1,0 +1,56 @@
+#include "hosts/viewer/window/SceneContent.h"
+
+#include "contracts/vis/OruVisList.h"
+#include "contracts/vis/OruVisTriad.h"
+#include "hosts/host/HostScene.h"
+#include "hosts/host/LightRig.h"
+#include "hosts/mesh/ModelList.h"
+#include "hosts/mesh/ModelParts.h"
+
+#include <iostream>
+
+using hostkit::HostScene;
+
+namespace {
+
+/// A slate: parts in shadow still stand out from it, and the white of the overlays, too.
+const QString backgroundColor = QStringLiteral("#ff38465a");
+
+} // namespace
+
+const QString SceneContent::fileKey = QStringLiteral("file");
+
+void SceneContent::add(HostScene& host, const std::vector<hostkit::Model>& models)
+{
+    hostkit::ModelParts parts(host.scene().render.visualizations);
+    parts.setDropListener([](const QString& source, const QString& target) {
+        std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
+                  << std::endl;
+    });
+    for (const hostkit::Model& model : models) {
+        parts.add(model);
+    }
+    host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
+    host.changed();
+}
+
+void SceneContent::clear(HostScene& host)
+{
+    OruVisList& all = host.scene().render.visualizations;
+    for (unsigned int i = all.size(); i > 0; --i) {
+        OruProperties* const child = all.at(i - 1);
+        if (child && child->type() == hostkit::ModelList::typeString) {
+            all.erase(child);
+        }
+    }
+    host.changed();
+}
+
+void SceneContent::dress(HostScene& host, bool withLight)
+{
+    QString error;
+    host.setValue(QStringLiteral("render/background"), backgroundColor, &error);
+    if (withLight) {
+        hostkit::LightRig::apply(host.scene());
+    }
+}

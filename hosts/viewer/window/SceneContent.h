@@ -1,0 +1,27 @@
+#pragma once
+
+#include "hosts/mesh/Model.h"
+
+#include <vector>
+
+namespace hostkit {
+class HostScene;
+} // namespace hostkit
+
+/// What the viewer puts into a scene, in a window and for pictures alike.
+struct SceneContent
+{
+    /// Adds the models, and the axes in the corner unless they are there. Who drops a part on another is told
+    /// so on standard output.
+    static void add(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
+
+    /// Takes all models out.
+    static void clear(hostkit::HostScene& host);
+
+    /// What differs from the scene's own from the start: the background and, unless a state file brings its
+    /// own, the light.
+    static void dress(hostkit::HostScene& host, bool withLight = true);
+
+    /// Key of the property of a model's list that names its file; only where a window shows it.
+    static const QString fileKey;
+};

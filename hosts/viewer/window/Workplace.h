@@ -1,0 +1,18 @@
+#pragma once
+
+class Dialogs;
+class Display;
+class Document;
+
+namespace hostkit {
+class SceneWidget;
+} // namespace hostkit
+
+/// What the actions of a window work on; all of it is borrowed from the window and lives as long.
+struct Workplace
+{
+    hostkit::SceneWidget& view;
+    Document& document;
+    Display& display;
+    Dialogs& dialogs;
+};
