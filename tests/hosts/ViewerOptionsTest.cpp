@@ -114,7 +114,8 @@ TEST(ViewerOptions, SaysWhatIsWrong)
         const char* line;
         const char* reason;
     } rows[] = {
-        {"", "no MODEL"},
+        {"--bare", "no MODEL"},
+        {"--out x.png", "no MODEL"},
         {"m --foo", "no option --foo"},
         {"m -x", "no option -x"},
         {"m --size", "--size needs WxH"},

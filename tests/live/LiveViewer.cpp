@@ -52,7 +52,7 @@ LiveViewer::LiveViewer(const char* scale, const QStringList& options, const QSiz
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     xdotool(QStringLiteral("mousemove 1020 764"));
     process_.start(viewerProgram(),
-                   QStringList{engineFile(), "--size", "640x480", "--save-state",
+                   QStringList{engineFile(), "--bare", "--size", "640x480", "--save-state",
                                folder_.filePath("end.json"), "--record", folder_.filePath("session")} +
                        options);
     EXPECT_TRUE(await([&] { return !recorded().isEmpty(); })) << "the window is not there";

@@ -16,7 +16,7 @@ struct Program : testing::Test
 {
     Program()
     {
-        environment.insert("V", kelvartest::viewerProgram());
+        environment.insert("V", kelvartest::viewerProgram() + " --bare");
         environment.insert("M", kelvartest::stlFile("shape"));
         environment.insert("ENGINE", kelvartest::engineFile());
     }
