@@ -99,6 +99,11 @@ PictureOptions PictureDialog::options() const
     return options;
 }
 
+bool PictureDialog::isRefused() const
+{
+    return !save_->isEnabled();
+}
+
 void PictureDialog::browse()
 {
     const QString filter =

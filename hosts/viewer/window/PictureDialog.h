@@ -29,6 +29,9 @@ public:
     QSize size() const;
     hostkit::PictureOptions options() const;
 
+    /// There can be no such picture; the dialog tells why.
+    bool isRefused() const;
+
 private:
     void browse();
     void check();

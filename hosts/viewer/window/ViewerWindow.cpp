@@ -73,6 +73,7 @@ ViewerWindow::ViewerWindow()
 {
     view_->run([](hostkit::HostScene& host) {
         SceneContent::dress(host);
+        SceneContent::add(host, {});
         return true;
     });
     view_->undo().clear();
