@@ -7,7 +7,20 @@
 #include <QFile>
 #include <QSettings>
 
+#include <algorithm>
+
 namespace kelvartest {
+
+std::string firstDifference(const QByteArray& text, const QByteArray& other)
+{
+    const QList<QByteArray> lines = text.split('\n');
+    const QList<QByteArray> others = other.split('\n');
+    const auto [line, otherLine] = std::mismatch(lines.begin(), lines.end(), others.begin(), others.end());
+    const auto shown = [](const auto& at, const auto& end) {
+        return at == end ? std::string("(end)") : at->toStdString();
+    };
+    return shown(line, lines.end()) + "\n" + shown(otherLine, others.end());
+}
 
 WindowFixture::WindowFixture()
 {

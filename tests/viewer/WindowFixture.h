@@ -7,11 +7,16 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+
 namespace hostkit {
 class PartVisualization;
 } // namespace hostkit
 
 namespace kelvartest {
+
+/// The first line in which texts differ, with those of both.
+std::string firstDifference(const QByteArray& text, const QByteArray& other);
 
 /// The viewer's window at the upper left of the screen, with settings of its own, and a person's hands on it.
 struct WindowFixture : testing::Test

@@ -42,12 +42,19 @@ void ViewerActions::add(QMainWindow& window, QToolBar& bar, const ActionTable::R
         action->setIconText(QString::fromLatin1(row.button));
         bar.addAction(action);
     }
-    connect(action, &QAction::triggered, this, [this, &row] {
-        row.run(place_);
-        refresh();
-    });
+    connect(action, &QAction::triggered, this, [this, &row] { run(row); });
     actions_.emplace_back(&row, action);
     byName_.insert(action->objectName(), action);
+}
+
+/// Not while a button is held in the view: what is just being made cannot be taken back yet.
+void ViewerActions::run(const ActionTable::Row& row)
+{
+    hostkit::SceneWindow& view = place_.view.window();
+    if (!view.hasScene() || !view.input().gesture()) {
+        row.run(place_);
+    }
+    refresh();
 }
 
 void ViewerActions::refresh()

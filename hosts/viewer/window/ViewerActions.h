@@ -33,6 +33,7 @@ public:
 
 private:
     void add(QMainWindow& window, QToolBar& bar, const ActionTable::Row& row);
+    void run(const ActionTable::Row& row);
 
     Workplace& place_;
     std::vector<std::pair<const ActionTable::Row*, QAction*>> actions_;
