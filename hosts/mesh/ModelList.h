@@ -39,6 +39,9 @@ public:
 
     const Origin& sceneOrigin() const { return sceneOrigin_; }
 
+    /// From the frame of its parts to that of the scene.
+    const Kelvar::Math::Matrix& place() const { return stand().place; }
+
     void update(const DrawContext& context) override;
     void draw3d(const DrawContext& context) override;
     OruVisHitRecordList select3d(const SelectContext& context) override;

@@ -3,6 +3,7 @@
 #include "hosts/viewer/window/Dialogs.h"
 #include "hosts/viewer/window/Display.h"
 #include "hosts/viewer/window/Document.h"
+#include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/Workplace.h"
 #include "hosts/widgets/SceneWidget.h"
 
@@ -26,6 +27,18 @@ bool hasModel(const Workplace& at)
 bool shows(const Workplace& at, const char* edges)
 {
     return at.display.edges() == QLatin1String(edges);
+}
+
+bool hasSelection(const Workplace& at)
+{
+    return !at.selection.empty();
+}
+
+constexpr float transparent = 0.3f;
+
+bool isTransparent(const Workplace& at)
+{
+    return hasSelection(at) && at.selection.opacity() < 1.0f;
 }
 
 using At = Workplace&;
@@ -52,6 +65,10 @@ const std::vector<ActionTable::Row> actionRows = {
     {"redo", "&Edit", "&Redo", "Ctrl+Shift+Z", "makes it again", "Redo",
      [](Seen at) { return at.view.undo().edits().canRedo(); }, nullptr,
      [](At at) { at.view.undo().edits().redo(); }, false, false},
+    {"selectAll", "&Edit", "Select &All", "Ctrl+A", "selects all parts", "", hasModel, nullptr,
+     [](At at) { at.selection.selectAll(); }, true, false},
+    {"selectNone", "&Edit", "Select &None", "Ctrl+D", "selects nothing", "", hasSelection, nullptr,
+     [](At at) { at.selection.clear(); }, false, false},
     {"stop", "&Edit", "&Stop", "Esc", "ends what runs: a loading, a tool", "",
      [](Seen at) { return at.document.loading(); }, nullptr, [](At at) { at.document.stop(); }, true, false},
 
@@ -61,8 +78,10 @@ const std::vector<ActionTable::Row> actionRows = {
     {"forward", "&View", "&Forward", "Alt+Right", "goes to the view behind", "Forward",
      [](Seen at) { return at.view.undo().views().canRedo(); }, nullptr,
      [](At at) { at.view.undo().views().redo(); }, false, false},
+    {"fit", "&View", "Fit &Selection", "F", "shows what is selected as large as it goes, or all", "Fit",
+     hasModel, nullptr, [](At at) { at.selection.fit(); }, true, false},
     {"iso", "&View", "From &Above, Front Right", "Home", "the view that a model is opened with", "", hasModel,
-     nullptr, [](At at) { showFrom(at, "iso"); }, true, false},
+     nullptr, [](At at) { showFrom(at, "iso"); }, false, false},
     {"fromX", "&View", "From the &Right (+X)", "X", "looks from the positive end of X", "", hasModel, nullptr,
      [](At at) { showFrom(at, "x"); }, false, false},
     {"fromMinusX", "&View", "From the &Left (-X)", "Shift+X", "looks from the negative end of X", "",
@@ -75,6 +94,20 @@ const std::vector<ActionTable::Row> actionRows = {
      [](At at) { showFrom(at, "z"); }, false, false},
     {"fromMinusZ", "&View", "From Bel&ow (-Z)", "Shift+Z", "looks from the negative end of Z", "", hasModel,
      nullptr, [](At at) { showFrom(at, "-z"); }, false, false},
+
+    {"hide", "&Parts", "&Hide", "H", "hides what is selected", "Hide", hasSelection, nullptr,
+     [](At at) { at.selection.hide(); }, false, false},
+    {"isolate", "&Parts", "Show &Only", "Shift+H", "hides all but what is selected", "Isolate", hasSelection,
+     nullptr, [](At at) { at.selection.isolate(); }, false, false},
+    {"showAll", "&Parts", "Show &All", "Ctrl+H", "shows all parts", "Show All", hasModel, nullptr,
+     [](At at) { at.selection.showAll(); }, false, false},
+    {"color", "&Parts", "&Color...", "C", "chooses the color of what is selected", "", hasSelection, nullptr,
+     [](At at) { at.dialogs.chooseColor(); }, true, true},
+    {"transparent", "&Parts", "&Transparent", "T", "lets through what lies behind the selection", "",
+     hasSelection, isTransparent,
+     [](At at) { at.selection.setOpacity(isTransparent(at) ? 1.0f : transparent); }, false, false},
+    {"opacity", "&Parts", "O&pacity...", "Shift+T", "chooses how much of it shines through", "", hasSelection,
+     nullptr, [](At at) { at.dialogs.chooseOpacity(); }, false, true},
 
     {"shaded", "&Display", "&Shaded", "Ctrl+1", "shows surfaces alone", "", hasModel,
      [](Seen at) { return shows(at, "off"); }, [](At at) { at.display.setEdges(QStringLiteral("off")); },

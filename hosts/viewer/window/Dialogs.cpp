@@ -7,6 +7,7 @@
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/HelpDialog.h"
 #include "hosts/viewer/window/PictureDialog.h"
+#include "hosts/viewer/window/Selection.h"
 #include "hosts/widgets/SceneWidget.h"
 
 #include <QApplication>
@@ -15,15 +16,18 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 
 using hostkit::HostScene;
 
-Dialogs::Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, QWidget& window)
+Dialogs::Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, Selection& selection,
+                 QWidget& window)
     : QObject(&window)
     , view_(view)
     , document_(document)
     , display_(display)
+    , selection_(selection)
     , window_(window)
 {}
 
@@ -117,6 +121,26 @@ void Dialogs::chooseBackground()
     const QColor color = QColorDialog::getColor(display_.background(), &window_, tr("Background"));
     if (color.isValid()) {
         display_.setBackground(color);
+    }
+}
+
+void Dialogs::chooseColor()
+{
+    const QColor color = QColorDialog::getColor(selection_.color(), &window_, tr("Color of the Selection"));
+    if (color.isValid()) {
+        selection_.setColor(color);
+    }
+}
+
+void Dialogs::chooseOpacity()
+{
+    constexpr double wholePercent = 100.0;
+    bool good = false;
+    const double percent = QInputDialog::getDouble(&window_, tr("Opacity of the Selection"), tr("Percent"),
+                                                   static_cast<double>(selection_.opacity()) * wholePercent,
+                                                   0.0, wholePercent, 0, &good);
+    if (good) {
+        selection_.setOpacity(static_cast<float>(percent / wholePercent));
     }
 }
 

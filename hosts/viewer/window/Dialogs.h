@@ -6,6 +6,7 @@
 
 class Display;
 class Document;
+class Selection;
 class QWidget;
 
 namespace hostkit {
@@ -20,13 +21,16 @@ class Dialogs : public QObject
 
 public:
     /// All are borrowed and have to live as long; `window` stands below the dialogs.
-    Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, QWidget& window);
+    Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, Selection& selection,
+            QWidget& window);
 
     void open();
     void saveState();
     void savePicture();
     void copyPicture();
     void chooseBackground();
+    void chooseColor();
+    void chooseOpacity();
     void help();
     void about();
 
@@ -46,5 +50,6 @@ private:
     hostkit::SceneWidget& view_;
     Document& document_;
     Display& display_;
+    Selection& selection_;
     QWidget& window_;
 };

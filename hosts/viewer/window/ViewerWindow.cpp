@@ -1,5 +1,6 @@
 #include "hosts/viewer/window/ViewerWindow.h"
 
+#include "hosts/viewer/window/ModelTreePanel.h"
 #include "hosts/viewer/window/PointReadout.h"
 #include "hosts/viewer/window/SceneContent.h"
 #include "hosts/widgets/PropertyPanel.h"
@@ -36,15 +37,23 @@ struct PanelRow
     const char* title;
     const char* keys;
     Qt::DockWidgetArea area;
-    QWidget* (*make)(hostkit::SceneWidget& view);
+    QWidget* (*make)(ViewerWindow& window);
     bool shown;
 };
 
+QWidget* makeTree(ViewerWindow& window)
+{
+    auto* const panel = new ModelTreePanel(window.view(), window.selection());
+    QObject::connect(&window.document(), &Document::opened, panel, &ModelTreePanel::reset);
+    return panel;
+}
+
 const PanelRow panelRows[] = {
+    {"tree", "Model", "Ctrl+Shift+M", Qt::LeftDockWidgetArea, makeTree, true},
     {"properties", "Properties", "Ctrl+Shift+P", Qt::RightDockWidgetArea,
-     [](hostkit::SceneWidget& view) -> QWidget* { return new hostkit::PropertyPanel(view); }, false},
+     [](ViewerWindow& window) -> QWidget* { return new hostkit::PropertyPanel(window.view()); }, false},
     {"views", "Views", "Ctrl+Shift+V", Qt::RightDockWidgetArea,
-     [](hostkit::SceneWidget& view) -> QWidget* { return new hostkit::ViewsPanel(view); }, false},
+     [](ViewerWindow& window) -> QWidget* { return new hostkit::ViewsPanel(window.view()); }, false},
 };
 
 QStringList filesOf(const QMimeData& data)
@@ -66,9 +75,10 @@ ViewerWindow::ViewerWindow()
     , loading_(new LoadingBar)
     , document_(*view_)
     , display_(*view_)
+    , selection_(*view_)
     , pointer_(*view_)
-    , dialogs_(new Dialogs(*view_, document_, display_, *this))
-    , place_{*view_, document_, display_, *dialogs_}
+    , dialogs_(new Dialogs(*view_, document_, display_, selection_, *this))
+    , place_{*view_, document_, display_, selection_, *dialogs_}
     , actions_(nullptr)
 {
     view_->run([](hostkit::HostScene& host) {
@@ -117,7 +127,7 @@ void ViewerWindow::makePanels()
     for (const PanelRow& row : panelRows) {
         auto* const dock = new QDockWidget(tr(row.title), this);
         dock->setObjectName(QString::fromLatin1(row.name));
-        dock->setWidget(row.make(*view_));
+        dock->setWidget(row.make(*this));
         addDockWidget(row.area, dock);
         if (before && dockWidgetArea(before) == row.area) {
             tabifyDockWidget(before, dock);
@@ -161,6 +171,8 @@ void ViewerWindow::connectRefresh()
     for (QUndoStack* const stack : {&view_->undo().edits(), &view_->undo().views()}) {
         connect(stack, &QUndoStack::indexChanged, this, refresh);
     }
+    connect(&selection_, &Selection::changed, this, refresh);
+    pointer_.setClicks([this](const ViewPointer::Target& target) { return selection_.click(target); });
 }
 
 void ViewerWindow::tellTitle()

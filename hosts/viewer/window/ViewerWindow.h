@@ -6,6 +6,7 @@
 #include "hosts/viewer/window/LoadingBar.h"
 #include "hosts/viewer/window/MessageBar.h"
 #include "hosts/viewer/window/RecentFiles.h"
+#include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/ViewPointer.h"
 #include "hosts/viewer/window/ViewerActions.h"
 #include "hosts/viewer/window/Workplace.h"
@@ -32,6 +33,7 @@ public:
     Document& document() { return document_; }
     ViewerActions& actions() { return *actions_; }
     MessageBar& messages() { return *messages_; }
+    Selection& selection() { return selection_; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -56,6 +58,7 @@ private:
 
     Document document_;
     Display display_;
+    Selection selection_;
     ViewPointer pointer_;
     RecentFiles recent_;
     Dialogs* dialogs_;

@@ -3,6 +3,7 @@
 class Dialogs;
 class Display;
 class Document;
+class Selection;
 
 namespace hostkit {
 class SceneWidget;
@@ -14,5 +15,6 @@ struct Workplace
     hostkit::SceneWidget& view;
     Document& document;
     Display& display;
+    Selection& selection;
     Dialogs& dialogs;
 };
