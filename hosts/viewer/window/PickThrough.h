@@ -26,6 +26,9 @@ public:
     /// Clears the frame; the OpenGL context is current.
     const hostkit::PartVisualization* next(const QPoint& pixel);
 
+    /// Something else was clicked: the next click takes the first part.
+    void forget() { clicks_ = 0; }
+
 private:
     std::vector<const hostkit::PartVisualization*> partsAt(const QPoint& pixel) const;
 

@@ -139,6 +139,9 @@ void Selection::selectAll()
 /// With the modifier the part's own handler has done it already.
 bool Selection::click(const ViewPointer::Target& target)
 {
+    if (target.withModifier || !target.object) {
+        pickThrough_.forget();
+    }
     if (target.withModifier) {
         return target.object != nullptr;
     }
