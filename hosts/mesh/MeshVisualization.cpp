@@ -1,6 +1,7 @@
 #include "hosts/mesh/MeshVisualization.h"
 
 #include "contracts/math/BoundingBox.h"
+#include "contracts/math/DoubleMatrix.h"
 #include "contracts/ogl/OruOglCache.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/ogl/OruOglMeshArrays.h"
@@ -29,7 +30,9 @@
 namespace hostkit {
 
 using Kelvar::Math::BoundingBox;
+using Kelvar::Math::DoubleMatrix;
 using Kelvar::Math::Matrix;
+using Kelvar::Math::Vector3;
 
 namespace {
 
@@ -213,6 +216,25 @@ void MeshVisualization::draw3d(const DrawContext& context)
     PartVisualization::draw3d(context);
 }
 
+bool MeshVisualization::canBeCapped() const
+{
+    return visible.value() && mesh_->closed && look().opacity > 0.0f && lines() != Lines::Wireframe &&
+           mesh_->material.alpha != Material::Alpha::CutOut;
+}
+
+/// One that shines through is closed by a face that does not: it has no depth to look into.
+QColor MeshVisualization::capColor() const
+{
+    QColor solid = look().color;
+    solid.setAlpha(255);
+    return solid;
+}
+
+void MeshVisualization::drawForCap(const DrawContext& context)
+{
+    drawBare(context.geometry);
+}
+
 void MeshVisualization::drawShape(const OruOglMeshBuffer& buffer)
 {
     if (lines() == Lines::Wireframe) {
@@ -303,7 +325,30 @@ std::optional<PartVisualization::Hit> MeshVisualization::pickShape(const OruVisP
     const auto hit = lines() == Lines::Wireframe ? picker.pickSides(volume)
                      : surface.varies()          ? picker.pick(volume, hides)
                                                  : picker.pick(volume);
-    return hit ? std::make_optional(Hit{hit->depth, hit->centerDistance}) : std::nullopt;
+    if (!hit) {
+        return std::nullopt;
+    }
+    const bool onCap = volume.isCut() && canBeCapped() && showsInside(volume, hit->triangle);
+    const double depth = onCap ? std::max(volume.entryDepth(), 0.0) : static_cast<double>(hit->depth);
+    return Hit{static_cast<float>(std::min(depth, static_cast<double>(hit->depth))), hit->centerDistance};
+}
+
+/// Whether a triangle is seen from the inside: a look that begins in a closed surface came in by a cut.
+bool MeshVisualization::showsInside(const OruVisPickVolume& volume, uint32_t triangle) const
+{
+    double x[3];
+    double y[3];
+    const DoubleMatrix toWindow(volume.toWindow());
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Vector3& corner = mesh_->positions[mesh_->indices[3 * triangle + i]];
+        const double point[3] = {corner.x, corner.y, corner.z};
+        double window[4];
+        toWindow.transform(point, window);
+        x[i] = window[0] / window[3];
+        y[i] = window[1] / window[3];
+    }
+    const double area = (x[1] - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (y[1] - y[0]);
+    return (area < 0.0) != look().mirrored;
 }
 
 } // namespace hostkit

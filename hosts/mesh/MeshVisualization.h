@@ -51,6 +51,15 @@ public:
     Kelvar::Math::BoundingBox boundsAsItCame() const;
     Content content() const override;
 
+    /// Whether a section through it has a face: it is shown, closed and no wireframe.
+    bool canBeCapped() const;
+
+    /// The color of that face.
+    QColor capColor() const;
+
+    /// Draws its triangles and nothing else, in its place and in the state that is set.
+    void drawForCap(const DrawContext& context);
+
     void draw3d(const DrawContext& context) override;
 
     /// Reach::UnderPick while the model's list draws it.
@@ -83,6 +92,7 @@ private:
     void drawInView(const OruOglMeshBuffer& buffer) const;
     void drawRunsInView(const OruOglMeshBuffer& buffer) const;
     void drawEdges() const;
+    bool showsInside(const OruVisPickVolume& volume, std::uint32_t triangle) const;
 
     std::shared_ptr<const Mesh> mesh_;
     /// As of the last draw; null without one.

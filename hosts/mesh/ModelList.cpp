@@ -6,6 +6,9 @@
 #include "contracts/math/Vector3.h"
 #include "contracts/ogl/OruOglGl.h"
 #include "contracts/vis/OruVisHitRecordList.h"
+#include "hosts/mesh/SectionPlanes.h"
+#include "hosts/mesh/internal/CutFaces.h"
+#include "hosts/mesh/internal/SectionClip.h"
 #include "hosts/mesh/internal/SharedSurfaces.h"
 
 namespace hostkit {
@@ -95,7 +98,22 @@ void ModelList::update(const DrawContext& context)
     PartList::update(context);
 }
 
+/// The faces of a section come first: they are solid, and what shines through is drawn over them.
 void ModelList::draw3d(const DrawContext& context)
+{
+    const SectionPlanes* const section = SectionPlanes::beside(*this);
+    if (!section || section->active().empty()) {
+        drawWhole(context);
+        return;
+    }
+    CutFaces(*section, *this, stand().place, context).draw();
+    DrawContext own(context);
+    own.keepDeferredInside();
+    const SectionClip clip(*section);
+    drawWhole(own);
+}
+
+void ModelList::drawWhole(const DrawContext& context)
 {
     if (!stand().placed) {
         drawParts(context);
@@ -120,8 +138,21 @@ OruVisualization::Reach ModelList::reach() const
     return Reach::WhenInView;
 }
 
+const std::vector<OruVisPickVolume::Cut>& ModelList::cutsThrough(const OruProperties& part)
+{
+    static const std::vector<OruVisPickVolume::Cut> none;
+    for (const OruProperties* node = part.parent(); node; node = node->parent()) {
+        if (const auto* const model = dynamic_cast<const ModelList*>(node)) {
+            return model->cuts_;
+        }
+    }
+    return none;
+}
+
 OruVisHitRecordList ModelList::select3d(const SelectContext& context)
 {
+    const SectionPlanes* const section = SectionPlanes::beside(*this);
+    cuts_ = section ? section->cuts(context) : std::vector<OruVisPickVolume::Cut>();
     if (!stand().placed) {
         return PartList::select3d(context);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "contracts/math/Matrix.h"
+#include "contracts/vis/OruVisPickVolume.h"
 #include "hosts/mesh/Model.h"
 #include "hosts/mesh/Origin.h"
 #include "hosts/mesh/PartList.h"
@@ -9,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace hostkit {
 
@@ -39,6 +41,9 @@ public:
 
     const Origin& sceneOrigin() const { return sceneOrigin_; }
 
+    /// What section planes cut away of a part of a model, in the pick of the model that is under way.
+    static const std::vector<OruVisPickVolume::Cut>& cutsThrough(const OruProperties& part);
+
     /// From the frame of its parts to that of the scene.
     const Kelvar::Math::Matrix& place() const { return stand().place; }
 
@@ -60,6 +65,7 @@ private:
     };
 
     const Stand& stand() const;
+    void drawWhole(const DrawContext& context);
     void drawParts(const DrawContext& context);
 
     UpAxis fileUp_;
@@ -70,6 +76,8 @@ private:
     mutable Stand stand_;
     /// Never null.
     std::unique_ptr<SharedSurfaces> surfaces_;
+    /// As of the last pick.
+    std::vector<OruVisPickVolume::Cut> cuts_;
 };
 
 } // namespace hostkit

@@ -17,6 +17,7 @@
 #include "contracts/vis/OruVisHitRecordList.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisPickVolume.h"
+#include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/internal/PartBlending.h"
 #include "hosts/mesh/internal/PartBuffer.h"
 #include "hosts/mesh/internal/PartEventHandler.h"
@@ -203,6 +204,16 @@ void PartVisualization::drawPart(const DrawContext& context)
     }
 }
 
+void PartVisualization::drawBare(OruOglGeometry& geometry)
+{
+    if (const OruOglMeshBuffer* const buffer = ready(geometry)) {
+        glPushMatrix();
+        glMultMatrixf(place().data());
+        buffer->draw();
+        glPopMatrix();
+    }
+}
+
 OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
 {
     view_ = PartView::of(context);
@@ -216,8 +227,12 @@ OruVisHitRecordList PartVisualization::select3d(const SelectContext& context)
     own.projection = context.projection;
     own.pickPoint = context.pickPoint;
     own.pickSize = context.pickSize;
+    OruVisPickVolume volume(own);
+    for (const OruVisPickVolume::Cut& cut : ModelList::cutsThrough(*this)) {
+        volume.cutBy(cut);
+    }
     OruVisHitRecordList hits;
-    if (const auto hit = pickShape(OruVisPickVolume(own))) {
+    if (const auto hit = pickShape(volume)) {
         OruVisHitRecord record;
         record.distance = hit->depth;
         record.name = hitName();

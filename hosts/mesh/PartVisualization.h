@@ -142,6 +142,9 @@ protected:
         return {place() * view_->modelView, view_->projection, view_->viewport, view_->number};
     }
 
+    /// Draws the shape in its place, with no color or state of its own.
+    void drawBare(OruOglGeometry& geometry);
+
     const Look& look() const;
 
     /// The material blends, and vertices or texture have alpha.

@@ -40,9 +40,14 @@ PickQuery::PickQuery(const OruVisPickVolume& volume, double rim)
 
 std::optional<PickHit> PickQuery::better(double exactDepth, int column, int row, uint32_t item) const
 {
+    const double windowX = volume_.x() + column + 0.5;
+    const double windowY = volume_.y() + row + 0.5;
+    if (volume_.isCut() && !volume_.keeps(windowX, windowY, exactDepth)) {
+        return std::nullopt;
+    }
     const double step = std::floor(exactDepth * depthSteps + 0.5);
-    const PickHit hit{static_cast<float>(step / depthSteps),
-                      volume_.distanceFromCenter(volume_.x() + column + 0.5, volume_.y() + row + 0.5), item};
+    const PickHit hit{static_cast<float>(step / depthSteps), volume_.distanceFromCenter(windowX, windowY),
+                      item};
     return best_ && !isBetter(hit, *best_) ? std::nullopt : std::make_optional(hit);
 }
 

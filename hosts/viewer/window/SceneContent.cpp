@@ -6,6 +6,7 @@
 #include "hosts/host/LightRig.h"
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
+#include "hosts/mesh/SectionPlanes.h"
 
 #include <iostream>
 
@@ -27,10 +28,14 @@ void SceneContent::add(HostScene& host, const std::vector<hostkit::Model>& model
         std::cout << "dropped \"" << qPrintable(source) << "\" on \"" << qPrintable(target) << '"'
                   << std::endl;
     });
+    OruVisList& all = host.scene().render.visualizations;
+    if (!all[hostkit::SectionPlanes::usualName]) {
+        all.insert(new hostkit::SectionPlanes(all.group), false);
+    }
     for (const hostkit::Model& model : models) {
         parts.add(model);
     }
-    host.scene().render.visualizations.child(QStringLiteral("triad"), OruVisTriad::typeString);
+    all.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();
 }
 

@@ -113,6 +113,25 @@ double OruVisPickVolume::nearestDepth(const BoundingBox& box) const
     return nearest;
 }
 
+bool OruVisPickVolume::keeps(double x, double y, double depth) const
+{
+    return std::all_of(cuts_.begin(), cuts_.end(), [&](const Cut& cut) {
+        return cut[0] * x + cut[1] * y + cut[2] * depth + cut[3] >= 0.0;
+    });
+}
+
+/// A half space that the look leaves, or runs along, has no entry.
+double OruVisPickVolume::entryDepth() const
+{
+    double entry = 0.0;
+    for (const Cut& cut : cuts_) {
+        if (cut[2] > 0.0) {
+            entry = std::max(entry, -(cut[0] * centerX_ + cut[1] * centerY_ + cut[3]) / cut[2]);
+        }
+    }
+    return entry;
+}
+
 double OruVisPickVolume::distanceFromCenter(double windowX, double windowY) const
 {
     return std::hypot(windowX - centerX_, windowY - centerY_);

@@ -6,6 +6,9 @@
 #include "contracts/vis/OruVisualization.h"
 #include "contracts/vis/kelvar_vis_api.h"
 
+#include <array>
+#include <vector>
+
 /// The pixels that a pick asks about, and the piece of the model that is seen through them.
 ///
 /// A pick window of N pixels at pixel p covers the pixels p - (N - 1) / 2 to p - (N - 1) / 2 + N - 1 on each
@@ -44,6 +47,19 @@ public:
     /// infinity for an undefined box and one that reaches behind the eye.
     double nearestDepth(const Kelvar::Math::BoundingBox& box) const;
 
+    /// A half space of the window: a x + b y + c depth + d >= 0, with x and y in pixels and depth 0 near to 1
+    /// far. What lies outside of it is cut away and not there for the pick.
+    using Cut = std::array<double, 4>;
+    void cutBy(const Cut& cut) { cuts_.push_back(cut); }
+    bool isCut() const { return !cuts_.empty(); }
+
+    /// Whether nothing has cut that point away.
+    bool keeps(double x, double y, double depth) const;
+
+    /// The depth at which the look through the middle of the window comes to what is not cut away: 0 where
+    /// nothing lies before that.
+    double entryDepth() const;
+
     /// Pixels from the center of the whole pick window, unclipped, to a point in window coordinates.
     double distanceFromCenter(double windowX, double windowY) const;
 
@@ -70,4 +86,5 @@ private:
     double centerY_ = 0.0;
     Kelvar::Math::Matrix toWindow_;
     OruVisViewVolume volume_;
+    std::vector<Cut> cuts_;
 };

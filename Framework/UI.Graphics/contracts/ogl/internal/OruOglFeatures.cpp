@@ -24,6 +24,8 @@ constexpr int never = 1000;
 constexpr Feature samplerObjects{"GL_ARB_sampler_objects", 33, 0};
 constexpr Feature programPipelines{"GL_ARB_separate_shader_objects", 41, 0};
 
+constexpr Feature framebufferObjects{"GL_ARB_framebuffer_object", 30, 0};
+
 constexpr Feature anisotropicFilter{"GL_EXT_texture_filter_anisotropic", 46,
                                     GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT};
 
@@ -110,6 +112,7 @@ OruOglFeatures featuresToldBy(const Texts& texts)
     features.bindPipeline = texts.tell(programPipelines) ? &glBindProgramPipeline : nullptr;
     features.textureTargets = present(textureTargets, texts);
     features.capabilities = present(capabilities, texts);
+    features.framebuffers = texts.tell(framebufferObjects);
     features.textureUnits = std::max(number(GL_MAX_TEXTURE_UNITS), 1);
     features.clipPlanes = number(GL_MAX_CLIP_PLANES);
     features.anisotropy = anisotropyToldBy(texts);

@@ -14,7 +14,8 @@ struct OruOglFeatures
     std::vector<unsigned int> textureTargets;
     std::vector<unsigned int> capabilities;
 
-    int textureUnits = 1; ///< Those of the fixed pipeline.
+    bool framebuffers = false; ///< There are framebuffer objects.
+    int textureUnits = 1;      ///< Those of the fixed pipeline.
     int clipPlanes = 0;
     float anisotropy = 1.0f; ///< The most that a texture's filter should have; 1: none.
 
