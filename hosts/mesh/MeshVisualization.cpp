@@ -317,20 +317,41 @@ void MeshVisualization::drawRunsInView(const OruOglMeshBuffer& buffer) const
 
 std::optional<PartVisualization::Hit> MeshVisualization::pickShape(const OruVisPickVolume& volume) const
 {
+    if (volume.isCut() && canBeCapped()) {
+        return pickCapped(volume);
+    }
+    const auto hit = pickSurface(volume);
+    return hit ? std::make_optional(Hit{hit->depth, hit->centerDistance}) : std::nullopt;
+}
+
+std::optional<MeshPicker::Hit> MeshVisualization::pickSurface(const OruVisPickVolume& volume) const
+{
     const MeshPicker& picker = mesh_->picker;
     const SurfaceOpacity surface(*mesh_, look().opacity);
     const auto hides = [&](uint32_t triangle, const std::array<double, 3>& weights) {
         return surface.at(triangle, weights) >= leastPickedOpacity;
     };
-    const auto hit = lines() == Lines::Wireframe ? picker.pickSides(volume)
-                     : surface.varies()          ? picker.pick(volume, hides)
-                                                 : picker.pick(volume);
+    return lines() == Lines::Wireframe ? picker.pickSides(volume)
+           : surface.varies()          ? picker.pick(volume, hides)
+                                       : picker.pick(volume);
+}
+
+/// What the look meets first behind the cuts tells whether it came in by a face: then that is seen from the
+/// inside, wherever it is itself.
+std::optional<PartVisualization::Hit> MeshVisualization::pickCapped(const OruVisPickVolume& volume) const
+{
+    const auto hit = pickSurface(volume.openBehind());
     if (!hit) {
         return std::nullopt;
     }
-    const bool onCap = volume.isCut() && canBeCapped() && showsInside(volume, hit->triangle);
-    const double depth = onCap ? std::max(volume.entryDepth(), 0.0) : static_cast<double>(hit->depth);
-    return Hit{static_cast<float>(std::min(depth, static_cast<double>(hit->depth))), hit->centerDistance};
+    const double entry = volume.entryDepth();
+    const bool onFace = entry > 0.0 && showsInside(volume, hit->triangle);
+    const double depth = onFace ? entry : static_cast<double>(hit->depth);
+    const double x = volume.x() + volume.width() / 2.0;
+    const double y = volume.y() + volume.height() / 2.0;
+    constexpr double rounding = 1e-6; // a face lies in its plane
+    const bool kept = volume.keeps(x, y, onFace ? depth + rounding : depth);
+    return kept ? std::make_optional(Hit{static_cast<float>(depth), hit->centerDistance}) : std::nullopt;
 }
 
 /// Whether a triangle is seen from the inside: a look that begins in a closed surface came in by a cut.

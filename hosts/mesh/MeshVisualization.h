@@ -92,6 +92,8 @@ private:
     void drawInView(const OruOglMeshBuffer& buffer) const;
     void drawRunsInView(const OruOglMeshBuffer& buffer) const;
     void drawEdges() const;
+    std::optional<MeshPicker::Hit> pickSurface(const OruVisPickVolume& volume) const;
+    std::optional<Hit> pickCapped(const OruVisPickVolume& volume) const;
     bool showsInside(const OruVisPickVolume& volume, std::uint32_t triangle) const;
 
     std::shared_ptr<const Mesh> mesh_;

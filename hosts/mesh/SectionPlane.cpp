@@ -59,6 +59,7 @@ SectionPlane::SectionPlane(OruModifiedGroup& modifiedGroup, int axis)
     , active(*this, QStringLiteral("active"), false, QString())
     , position(*this, QStringLiteral("position"), 0.0, QString())
     , flipped(*this, QStringLiteral("flipped"), false, QString())
+    , framed(*this, QStringLiteral("framed"), true, QString())
     , axis_(axis)
     , handler_(boost::make_shared<SectionHandle>(*this))
 {
@@ -95,11 +96,11 @@ std::array<Vector3, 4> SectionPlane::across(const BoundingBox& box) const
 
 bool SectionPlane::shown() const
 {
-    return active.value() && framed().defined();
+    return active.value() && framed.value() && frame().defined();
 }
 
 /// What the frame goes round.
-BoundingBox SectionPlane::framed() const
+BoundingBox SectionPlane::frame() const
 {
     const auto* const planes = dynamic_cast<const SectionPlanes*>(parent());
     BoundingBox box = planes ? planes->extent() : BoundingBox();
@@ -114,7 +115,7 @@ BoundingBox SectionPlane::framed() const
 
 Vector3 SectionPlane::handle() const
 {
-    return across(framed())[2];
+    return across(frame())[2];
 }
 
 void SectionPlane::draw3d(const DrawContext& context)
@@ -128,7 +129,7 @@ void SectionPlane::draw3d(const DrawContext& context)
     glLineWidth(frameWidth);
     glColor(axisColors[axis_]);
     glBegin(GL_LINE_LOOP);
-    for (const Vector3& corner : across(framed())) {
+    for (const Vector3& corner : across(frame())) {
         glVertex3f(corner.x, corner.y, corner.z);
     }
     glEnd();
@@ -169,7 +170,7 @@ void SectionPlane::moveBy(const QPoint& delta)
     const auto seen = [&](const Vector3& point) {
         return point.project(view_.modelView, view_.projection, view_.viewport.data());
     };
-    const float step = (framed().max() - framed().min()).length() / 2.0f;
+    const float step = (frame().max() - frame().min()).length() / 2.0f;
     const Vector3 way = seen(from + axisOf(axis_) * step) - seen(from);
     const float length = way.x * way.x + way.y * way.y;
     if (length > 1.0f) {

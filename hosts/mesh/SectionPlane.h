@@ -15,8 +15,8 @@ class SectionHandle;
 
 /// A plane across one axis of the scene that cuts away what lies on one side of it.
 ///
-/// While it is active it shows as a frame round the models, with a handle at a corner: a drag of the handle
-/// moves the plane along its axis, as one edit. It has no bounds: the view is fitted to what is shown.
+/// While it is active it can show as a frame round the models, with a handle at a corner: a drag of the
+/// handle moves the plane along its axis, as one edit. It has no bounds: the view is fitted to what is shown.
 class KELVAR_MESH_API SectionPlane : public OruVisualization
 {
 public:
@@ -34,6 +34,9 @@ public:
 
     /// It cuts away what lies below its position instead of what lies above; key "flipped".
     OruPropertyAdaptor<bool> flipped;
+
+    /// It shows its frame and its handle; key "framed", true at first.
+    OruPropertyAdaptor<bool> framed;
 
     int axis() const { return axis_; }
 
@@ -66,7 +69,7 @@ private:
     };
 
     bool shown() const;
-    Kelvar::Math::BoundingBox framed() const;
+    Kelvar::Math::BoundingBox frame() const;
     Kelvar::Math::Vector3 handle() const;
 
     int axis_;

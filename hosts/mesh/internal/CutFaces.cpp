@@ -8,7 +8,10 @@
 #include "hosts/mesh/MeshVisualization.h"
 #include "hosts/mesh/PartList.h"
 #include "hosts/mesh/SectionPlanes.h"
+#include "hosts/mesh/internal/EvenStep.h"
 #include "hosts/mesh/internal/SectionClip.h"
+
+#include <algorithm>
 
 namespace hostkit {
 
@@ -60,13 +63,17 @@ bool crosses(const SectionPlane& plane, const BoundingBox& box)
            plane.place() <= static_cast<double>(high[axis]);
 }
 
-/// The part of a plane within a box; its front looks to where the plane cuts away.
+/// The part of a plane within a box; its front looks to where the plane cuts away, and that side is lit.
 void drawFace(const SectionPlane& plane, const BoundingBox& box)
 {
+    auto corners = plane.across(grown(box));
+    if (plane.flipped.value()) {
+        std::reverse(corners.begin(), corners.end());
+    }
     const auto kept = plane.kept();
     glNormal3d(-kept[0], -kept[1], -kept[2]);
     glBegin(GL_QUADS);
-    for (const Vector3& corner : plane.across(grown(box))) {
+    for (const Vector3& corner : corners) {
         glVertex3f(corner.x, corner.y, corner.z);
     }
     glEnd();
@@ -189,6 +196,7 @@ void CutFaces::layDown(const SectionPlane& plane, const Parts& parts) const
         box.add(boxOf(*part));
     }
     const CutState state;
+    const EvenStep step;
     glDisable(GL_LIGHTING);
     glDisable(GL_CULL_FACE);
     glDisable(GL_BLEND);

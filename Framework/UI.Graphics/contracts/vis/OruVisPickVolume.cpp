@@ -132,6 +132,15 @@ double OruVisPickVolume::entryDepth() const
     return entry;
 }
 
+OruVisPickVolume OruVisPickVolume::openBehind() const
+{
+    OruVisPickVolume open(*this);
+    open.cuts_.erase(
+        std::remove_if(open.cuts_.begin(), open.cuts_.end(), [](const Cut& cut) { return cut[2] < 0.0; }),
+        open.cuts_.end());
+    return open;
+}
+
 double OruVisPickVolume::distanceFromCenter(double windowX, double windowY) const
 {
     return std::hypot(windowX - centerX_, windowY - centerY_);

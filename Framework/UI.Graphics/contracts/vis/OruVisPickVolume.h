@@ -60,6 +60,10 @@ public:
     /// nothing lies before that.
     double entryDepth() const;
 
+    /// The same pick without the cuts that the look runs into from what is kept: what lies behind them
+    /// counts.
+    OruVisPickVolume openBehind() const;
+
     /// Pixels from the center of the whole pick window, unclipped, to a point in window coordinates.
     double distanceFromCenter(double windowX, double windowY) const;
 
