@@ -153,7 +153,8 @@ formats() {
         models+=("$3/models/${#models[@]}${glob##*:\*}")
         echo damaged >"${models[-1]}"
     done
-    ! "$1/usr/bin/kelvar-view" --out "$3/{name}.png" -- "${models[@]}" 2>&1 | grep -e 'known format'
+    "$1/usr/bin/kelvar-view" --out "$3/{name}.png" -- "${models[@]}" &>"$3/told" || [[ $? == 2 ]]
+    ! grep 'known format' "$3/told"
 }
 
 # manual FOLDER: the pages of the manual have no mistakes, and tell each option that --help does.
