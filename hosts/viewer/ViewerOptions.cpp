@@ -374,7 +374,7 @@ const HelpTopic limitsTopic = {
 
 const HelpTopic exitTopic = {
     QStringLiteral("Exit status"),
-    QStringLiteral("Of several pictures the highest one."),
+    QStringLiteral("Where there are several pictures, the highest of theirs."),
     {
         {QStringLiteral("0"), QStringLiteral("done")},
         {QStringLiteral("1"), QStringLiteral("wrong usage")},

@@ -17,7 +17,7 @@ set(work ${CMAKE_CURRENT_BINARY_DIR}/viewer)
 kelvar_viewer_test(entry desktop-file-validate)
 kelvar_viewer_test(formats update-mime-database /usr/share/mime/packages/freedesktop.org.xml ${work}-formats)
 kelvar_viewer_test(manual man)
-kelvar_viewer_test(windowclass xdotool)
+kelvar_viewer_test(windowclass xprop)
 
 set(picture $<TARGET_FILE:picture_check> ${work}-thumbnail ${model} 2,2=000000 110,150=64676c)
 kelvar_viewer_test(thumbnail prlimit ${picture})

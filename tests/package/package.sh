@@ -109,20 +109,24 @@ alone() {
     fi
 }
 
-# windowclass FOLDER: the window of the package unpacked there is known by what its entry for the desktop says.
+# windowclass FOLDER: the window of the package unpacked there is of the class that its entry for the desktop says.
 windowclass() {
-    local viewer class
+    local viewer class window found
     class=$(sed -n 's/^StartupWMClass=//p' "$1/usr/share/applications/kelvar-view.desktop")
     "$1/usr/bin/kelvar-view" &
     viewer=$!
     # shellcheck disable=SC2064 # the process of now
     trap "kill $viewer" EXIT
-    timeout 20 xdotool search --sync --onlyvisible --class "^$class\$"
+    window=$(timeout 20 xdotool search --sync --onlyvisible --pid "$viewer" --class . | head -n 1)
+    found=$(xprop -id "$window" WM_CLASS)
+    echo "$found"
+    [[ $found == *", \"$class\"" ]]
 }
 
 # entry FOLDER: the entry for the desktop is valid, and its program and its icons are there.
 entry() {
     local entry=$1/usr/share/applications/kelvar-view.desktop name file side
+    shopt -s nullglob # an icon is in no size where none was drawn
     desktop-file-validate "$entry"
     name=$(sed -n 's/^Icon=//p' "$entry")
     grep -q '<svg' "$1/usr/share/icons/hicolor/scalable/apps/$name.svg"
