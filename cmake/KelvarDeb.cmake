@@ -34,9 +34,10 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 
 # One Debian package out of a part of what is installed.
 #   kelvar_deb(<part> NAME <package> SECTION <section> SUMMARY <words> TEXT <lines>
-#              [BINARIES] [LIBRARIES] [NEEDS <parts>] [DEPENDS <packages>] [RECOMMENDS <packages>])
+#              [BINARIES] [LIBRARIES] [NEEDS <parts>] [DEPENDS <packages>] [RECOMMENDS <packages>]
+#              [SUGGESTS <packages>])
 macro(kelvar_deb part)
-    cmake_parse_arguments(DEB "BINARIES;LIBRARIES" "NAME;SECTION;SUMMARY;TEXT;DEPENDS;RECOMMENDS" "NEEDS" ${ARGN})
+    cmake_parse_arguments(DEB "BINARIES;LIBRARIES" "NAME;SECTION;SUMMARY;TEXT;DEPENDS;RECOMMENDS;SUGGESTS" "NEEDS" ${ARGN})
     string(TOUPPER ${part} PART)
     list(APPEND CPACK_COMPONENTS_ALL ${part})
     set(CPACK_DEBIAN_${PART}_PACKAGE_NAME ${DEB_NAME})
@@ -45,6 +46,7 @@ macro(kelvar_deb part)
     set(CPACK_COMPONENT_${PART}_DEPENDS ${DEB_NEEDS})
     set(CPACK_DEBIAN_${PART}_PACKAGE_DEPENDS ${DEB_DEPENDS})
     set(CPACK_DEBIAN_${PART}_PACKAGE_RECOMMENDS ${DEB_RECOMMENDS})
+    set(CPACK_DEBIAN_${PART}_PACKAGE_SUGGESTS ${DEB_SUGGESTS})
     if(DEB_LIBRARIES OR DEB_BINARIES)
         set(CPACK_DEBIAN_${PART}_PACKAGE_SHLIBDEPS ON)
         list(APPEND KELVAR_DEB_BINARY_PACKAGES ${DEB_NAME})
@@ -126,8 +128,9 @@ This package contains the shared library."
         TEXT "Shows models of all common formats, in a window or as a picture in a file:\n\
 parts can be looked at from all sides, told by their names, marked and moved."
         BINARIES
-        NEEDS host runtime
-        RECOMMENDS qt${KELVAR_QT_MAJOR}-image-formats-plugins)
+        NEEDS host runtime widgets
+        RECOMMENDS qt${KELVAR_QT_MAJOR}-image-formats-plugins
+        SUGGESTS "xvfb, xauth")
 endif()
 
 include(CPack)

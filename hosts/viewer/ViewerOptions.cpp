@@ -316,12 +316,87 @@ void checkTogether(const ViewerOptions& options)
     }
 }
 
-/// What there is to write or do, and behind it, or on a line of its own below, what it is for.
-QString helpLine(const QString& what, const char* effect)
+HelpTopic optionTopic()
 {
-    const QString head = QStringLiteral("  ") + what.trimmed();
-    return (head.size() > 26 ? head + QStringLiteral("\n%1").arg(QString(), 28) : head.leftJustified(28)) +
-           QLatin1String(effect) + QLatin1Char('\n');
+    const QString word = QStringLiteral("or");
+    const QString buttons = InputNames::buttonList(word);
+    const QString modifiers = InputNames::modifierList(InputNames::dragModifiers, word);
+    HelpTopic topic = {QStringLiteral("Options"), QString(), {}};
+    for (const Option& option : optionTable) {
+        const QString letter =
+            *option.letter ? QStringLiteral("%1, ").arg(QLatin1String(option.letter)) : QString();
+        const QString what =
+            letter + QLatin1String(option.name) + QLatin1Char(' ') + QLatin1String(option.values);
+        QString effect = QString::fromLatin1(option.help);
+        effect.replace(QStringLiteral("{buttons}"), buttons)
+            .replace(QStringLiteral("{modifiers}"), modifiers);
+        topic.rows.push_back({what.trimmed(), effect});
+    }
+    return topic;
+}
+
+HelpTopic viewTopic()
+{
+    HelpTopic topic = {QStringLiteral("In the window"), QString(), {}};
+    const auto add = [&](const InputNames::Gesture& gesture) {
+        topic.rows.push_back({InputNames::text(gesture), QString::fromLatin1(gesture.effect)});
+    };
+    std::for_each(InputNames::gestures.begin(), InputNames::gestures.end(), add);
+    add(ViewerOptions::marking);
+    add(ViewerOptions::closing);
+    return topic;
+}
+
+const HelpTopic orderTopic = {
+    QStringLiteral("Order"),
+    QStringLiteral(
+        "State and settings come first, then the position, then drags and turns of the wheel in\n"
+        "their order, then a recording. A recording says itself which models it shows, unless MODEL does."),
+    {}};
+
+const HelpTopic picturesTopic = {
+    QStringLiteral("Many pictures"),
+    QStringLiteral(
+        "All models are in one picture, unless --out holds {name}, as in --out thumbs/{name}.png: then\n"
+        "each model gets a picture of its own, named after its file, and --save-state and --record may hold\n"
+        "{name}, too. A model that cannot be shown is told, and the others go on."),
+    {}};
+
+const HelpTopic limitsTopic = {
+    QStringLiteral("Limits"),
+    QStringLiteral(
+        "What is read must be a regular file; standard input may bring 1 GiB. What is written may be a\n"
+        "pipe or a device, too, but no file that is also read; a file that cannot be written whole stays\n"
+        "as it was. Reading a model may take 3 seconds of processor time and 30 by the clock, and one\n"
+        "more of each for each megabyte; half of the memory that is available, and its parts an eighth\n"
+        "of it."),
+    {}};
+
+const HelpTopic exitTopic = {
+    QStringLiteral("Exit status"),
+    QStringLiteral("Where there are several pictures, the highest of theirs."),
+    {
+        {QStringLiteral("0"), QStringLiteral("done")},
+        {QStringLiteral("1"), QStringLiteral("wrong usage")},
+        {QStringLiteral("2"), QStringLiteral("a model, state or setting that cannot be used")},
+        {QStringLiteral("3"), QStringLiteral("no display, or the output cannot be written")},
+        {QStringLiteral("130"), QStringLiteral("stopped")},
+    }};
+
+/// A title and its text, and a line for each row: what, and behind it, or on a line of its own below, what it
+/// is for.
+QString laidOut(const HelpTopic& topic)
+{
+    QString text = QStringLiteral("\n%1:\n").arg(topic.title);
+    if (!topic.text.isEmpty()) {
+        text += topic.text + QLatin1Char('\n');
+    }
+    for (const HelpTopic::Row& row : topic.rows) {
+        const QString head = QStringLiteral("  ") + row.what;
+        text += head.size() > 26 ? head + QStringLiteral("\n%1").arg(QString(), 28) : head.leftJustified(28);
+        text += row.effect + QLatin1Char('\n');
+    }
+    return text;
 }
 
 } // namespace
@@ -396,41 +471,22 @@ void ViewerOptions::checkOutputs() const
     }
 }
 
+std::vector<HelpTopic> ViewerOptions::topics()
+{
+    const HelpTopic purpose = {
+        QStringLiteral("Description"),
+        QStringLiteral("Shows models of any format that assimp reads; the MODEL - is read from\n"
+                       "standard input. Without a MODEL a window opens that has none yet."),
+        {}};
+    return {purpose, optionTopic(), orderTopic, picturesTopic, limitsTopic, exitTopic};
+}
+
 QString ViewerOptions::help()
 {
-    QString text = QStringLiteral("Usage: view MODEL... [options]\n\n"
-                                  "Shows models of any format that assimp reads; the MODEL - is read from\n"
-                                  "standard input.\n\n");
-    for (const Option& option : optionTable) {
-        const QString letter =
-            *option.letter ? QStringLiteral("%1, ").arg(QLatin1String(option.letter)) : QString();
-        text += helpLine(
-            letter + QStringLiteral("%1 %2").arg(QLatin1String(option.name), QLatin1String(option.values)),
-            option.help);
+    const std::vector<HelpTopic> all = topics();
+    QString text = QStringLiteral("Usage: view [MODEL...] [options]\n\n%1\n").arg(all.front().text);
+    for (auto topic = std::next(all.begin()); topic != all.end(); ++topic) {
+        text += laidOut(*topic);
     }
-    const QString word = QStringLiteral("or");
-    text.replace(QStringLiteral("{buttons}"), InputNames::buttonList(word));
-    text.replace(QStringLiteral("{modifiers}"), InputNames::modifierList(InputNames::dragModifiers, word));
-    text += QStringLiteral(
-        "\nState and settings come first, then the position, then drags and turns of the wheel in\n"
-        "their order, then a recording. A recording says itself which models it shows, unless MODEL does.\n\n"
-        "All models are in one picture, unless --out holds {name}, as in --out thumbs/{name}.png: then\n"
-        "each model gets a picture of its own, named after its file, and --save-state and --record may hold\n"
-        "{name}, too. A model that cannot be shown is told, and the others go on.\n\n"
-        "What is read must be a regular file; standard input may bring 1 GiB. What is written may be a\n"
-        "pipe or a device, too, but no file that is also read; a file that cannot be written whole stays\n"
-        "as it was. Reading a model may take 3 seconds of processor time and 30 by the clock, and one\n"
-        "more of each for each megabyte; half of the memory that is available, and its parts an eighth\n"
-        "of it.\n\n"
-        "In the window:\n");
-    for (const InputNames::Gesture& gesture : InputNames::gestures) {
-        text += helpLine(InputNames::text(gesture), gesture.effect);
-    }
-    for (const InputNames::Gesture& gesture : {marking, closing}) {
-        text += helpLine(InputNames::text(gesture), gesture.effect);
-    }
-    text += QStringLiteral(
-        "\nExit code: 0 done, 1 wrong usage, 2 a model, state or setting that cannot be used, 3 no\n"
-        "display or the output cannot be written, 130 stopped. Of several pictures the highest one.\n");
-    return text;
+    return text + laidOut(viewTopic());
 }

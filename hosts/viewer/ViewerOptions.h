@@ -2,6 +2,7 @@
 
 #include "contracts/core/OruMouse.h"
 #include "hosts/host/InputNames.h"
+#include "hosts/viewer/window/HelpTopic.h"
 
 #include <QPoint>
 #include <QSize>
@@ -70,7 +71,10 @@ struct ViewerOptions
     /// Whether there is nothing to do without a model.
     bool needsModel() const;
 
-    /// The text for --help.
+    /// What there is to tell of the command line; the first topic is what the program does.
+    static std::vector<HelpTopic> topics();
+
+    /// The text for --help: the topics, and what the view answers to.
     static QString help();
 
     QStringList models;

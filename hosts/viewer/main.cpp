@@ -4,12 +4,16 @@
 #include "hosts/viewer/ViewerOptions.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <exception>
 #include <iostream>
 #include <memory>
 
 namespace {
+
+/// What its entry for the desktop and its icon are called, too.
+const QString program = QStringLiteral("kelvar-view");
 
 int complain(int code, const QByteArray& text)
 {
@@ -21,11 +25,14 @@ int complain(int code, const QByteArray& text)
 std::unique_ptr<QGuiApplication> makeApplication(const ViewerOptions& options, int& count, char** arguments)
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Kelvar"));
-    QCoreApplication::setApplicationName(QStringLiteral("kelvar-view"));
+    QCoreApplication::setApplicationName(program);
+    QGuiApplication::setDesktopFileName(program);
     if (options.windowless() || options.bare) {
         return std::make_unique<QGuiApplication>(count, arguments);
     }
-    return std::make_unique<QApplication>(count, arguments);
+    auto application = std::make_unique<QApplication>(count, arguments);
+    QApplication::setWindowIcon(QIcon::fromTheme(program));
+    return application;
 }
 
 } // namespace
@@ -48,7 +55,7 @@ int main(int argc, char** argv)
             return Viewer::Done;
         }
         if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-            return complain(Viewer::NoOutput, "there is no display; ./view brings one along");
+            return complain(Viewer::NoOutput, "there is no display; xvfb-run -a brings one along");
         }
         if (!hostkit::GlPlatform::displayAnswers()) {
             return complain(Viewer::NoOutput, "the display \"" + qgetenv("DISPLAY") + "\" cannot be reached");

@@ -109,6 +109,146 @@ alone() {
     fi
 }
 
+# windowclass FOLDER: the window of the package unpacked there is of the class that its entry for the desktop says.
+windowclass() {
+    local viewer class window found
+    class=$(sed -n 's/^StartupWMClass=//p' "$1/usr/share/applications/kelvar-view.desktop")
+    "$1/usr/bin/kelvar-view" &
+    viewer=$!
+    # shellcheck disable=SC2064 # the process of now
+    trap "kill $viewer" EXIT
+    window=$(timeout 20 xdotool search --sync --onlyvisible --pid "$viewer" --class . | head -n 1)
+    found=$(xprop -id "$window" WM_CLASS)
+    echo "$found"
+    [[ $found == *", \"$class\"" ]]
+}
+
+# entry FOLDER: the entry for the desktop is valid, and its program and its icons are there.
+entry() {
+    local entry=$1/usr/share/applications/kelvar-view.desktop name file side
+    shopt -s nullglob # an icon is in no size where none was drawn
+    desktop-file-validate "$entry"
+    name=$(sed -n 's/^Icon=//p' "$entry")
+    grep -q '<svg' "$1/usr/share/icons/hicolor/scalable/apps/$name.svg"
+    for file in "$1"/usr/share/icons/hicolor/[0-9]*/apps/*; do
+        side=$(basename "$(dirname "$(dirname "$file")")")
+        [[ $(basename "$file") == "$name.png" && $(file "$file") == *"${side/x/ x }"* ]]
+    done
+    test -x "$1/usr/bin/$(sed -n 's/^Exec=\([^ ]*\).*/\1/p' "$entry")"
+}
+
+# formats FOLDER SHARED WORK: each MIME type of the entries has suffixes, by shared-mime-info's file SHARED or by the
+# package's own, which no other type claims; and files with all these suffixes are models to the viewer.
+formats() {
+    local type glob share=$1/usr/share models=()
+    rm -rf "$3"
+    mkdir -p "$3/mime/packages" "$3/models"
+    cp "$2" "$share/mime/packages/kelvar-view.xml" "$3/mime/packages"
+    XDG_DATA_DIRS=$3 update-mime-database "$3/mime"
+    [[ $(grep -h '^MimeType=' "$share"/applications/* "$share"/thumbnailers/* | uniq | wc -l) == 1 ]]
+    while read -r glob; do
+        [[ $(awk -F: -v glob="$glob" '$3 == glob { print $2 }' "$3/mime/globs2" | sort -u | wc -l) == 1 ]] || {
+            echo "$glob is claimed by another type, too" >&2
+            return 1
+        }
+    done < <(sed -n 's/.*glob pattern="\(.*\)".*/\1/p' "$share/mime/packages/kelvar-view.xml")
+    for type in $(sed -n 's/^MimeType=//p' "$share/applications/kelvar-view.desktop" | tr ';' ' '); do
+        glob=$(grep -m 1 ":$type:" "$3/mime/globs2") || { echo "$type has no suffix" >&2; return 1; }
+        models+=("$3/models/${#models[@]}${glob##*:\*}")
+        echo damaged >"${models[-1]}"
+    done
+    "$1/usr/bin/kelvar-view" --out "$3/{name}.png" -- "${models[@]}" &>"$3/told" || [[ $? == 2 ]]
+    ! grep 'known format' "$3/told"
+}
+
+# manual FOLDER: the pages of the manual have no mistakes, and tell each option that --help does.
+manual() {
+    local page option
+    for page in "$1"/usr/share/man/man1/*; do
+        [[ -z $(LC_ALL=C.UTF-8 MANROFFSEQ='' MANWIDTH=80 man --warnings -E UTF-8 -l -Tutf8 -Z "$page" 2>&1 >/dev/null) ]]
+        man -l "$page" | grep "$(basename "$page" .1.gz) " >/dev/null
+    done
+    for option in $("$1/usr/bin/kelvar-view" --help | sed -n 's/^  [^ ]*\(--[a-z-]*\).*/\1/p'); do
+        zgrep -q -- "^.B .*${option//-/\\\\-}" "$1/usr/share/man/man1/kelvar-view.1.gz" || {
+            echo "the manual does not tell $option" >&2
+            return 1
+        }
+    done
+}
+
+# run_thumbnailer FOLDER MODEL PICTURE: what a file manager does by the entry of the package unpacked there.
+run_thumbnailer() {
+    local words
+    read -r -a words < <(sed -n 's/^Exec=//p' "$1/usr/share/thumbnailers/kelvar-view.thumbnailer")
+    words=("${words[@]/\%i/"$2"}")
+    words=("${words[@]/\%o/"$3"}")
+    words=("${words[@]/\%s/256}")
+    PATH=$1/usr/bin:$PATH "${words[@]}"
+}
+
+# thumbnail FOLDER CHECK WORK MODEL COLOUR...: a model gets its picture, and nothing else is left.
+thumbnail() {
+    rm -rf "$3"
+    mkdir "$3"
+    cp "$4" "$3/a model.glb"
+    run_thumbnailer "$1" "$3/a model.glb" "$3/a picture"
+    [[ $(ls "$3") == "a model.glb"$'\n'"a picture" ]]
+    "$2" "$3/a picture" 256x256 "${@:5}"
+}
+
+# thumbnail_without_display ...: the same where nobody has brought a display.
+thumbnail_without_display() {
+    unset DISPLAY
+    thumbnail "$@"
+}
+
+# no_thumbnail FOLDER WORK MODEL STATUS WORDS: no picture comes of it, and nothing is left.
+no_thumbnail() {
+    local said code=0
+    rm -rf "$2"
+    mkdir "$2"
+    said=$(run_thumbnailer "$1" "$3" "$2/picture" 2>&1) || code=$?
+    echo "$code: $said"
+    [[ $code == "$4" && $said == *"$5"* && -z $(ls -A "$2") ]]
+}
+
+# damaged FOLDER WORK MODEL: a model that is cut off; a picture that was there stays.
+damaged() {
+    head -c 5000 "$3" >"$2.glb"
+    no_thumbnail "$1" "$2" "$2.glb" 2 damaged
+    echo kept >"$2/picture"
+    if run_thumbnailer "$1" "$2.glb" "$2/picture"; then
+        return 1
+    fi
+    [[ $(ls -A "$2") == picture && $(cat "$2/picture") == kept ]]
+}
+
+# large FOLDER WORK: a model that takes more memory than there is to it, in a file that takes little.
+large() {
+    local triangles=12000000
+    {
+        head -c 80 /dev/zero
+        # shellcheck disable=SC2059 # four bytes, the lowest first
+        printf "$(printf '\\x%02x\\x%02x\\x%02x\\x%02x' $((triangles & 255)) $((triangles >> 8 & 255)) \
+            $((triangles >> 16 & 255)) $((triangles >> 24)))"
+    } >"$2.stl"
+    truncate -s $((84 + 50 * triangles)) "$2.stl"
+    no_thumbnail "$1" "$2" "$2.stl" 2 "more memory than 512.0 MiB"
+    rm "$2.stl"
+}
+
+# slow FOLDER WORK MODEL: a reader that does not come to an end, and is not left behind.
+slow() {
+    local reader
+    rm -rf "$2.package"
+    cp -r "$1" "$2.package"
+    reader=$(echo "$2.package"/usr/libexec/*/model_reader)
+    printf '#!/bin/sh\necho $$ >>%q\nexec sleep 100\n' "$2.readers" >"$reader"
+    rm -f "$2.readers"
+    no_thumbnail "$2.package" "$2" "$3" 124 ""
+    ! xargs ps -o pid= <"$2.readers"
+}
+
 # missing PREFIX SOURCE BUILD COMPONENT: who asks for a component that is not installed is told so.
 missing() {
     if consume "$1" "$2" "$3" "-DCOMPONENT=$4" 2>"$3.txt"; then

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include <dlfcn.h>
+#include <sys/resource.h>
 
 namespace hostkit {
 
@@ -22,13 +23,21 @@ constexpr qint64 mostMegabytes = 1000000;
 /// Where the kernel does not say how much memory there is.
 constexpr std::uint64_t memoryIfUnknown = std::uint64_t(4) << 30;
 
+/// What the machine has available, or what this process may use at most where that is less.
+std::uint64_t usableMemory()
+{
+    const std::uint64_t known = oru::memoryAvailable();
+    rlimit data = {RLIM_INFINITY, RLIM_INFINITY};
+    ::getrlimit(RLIMIT_DATA, &data);
+    return std::min<std::uint64_t>(known > 0 ? known : memoryIfUnknown, data.rlim_cur);
+}
+
 } // namespace
 
 IsolatedReader::Limits IsolatedReader::limitsFor(const QString& file)
 {
     const int more = static_cast<int>(std::min(QFileInfo(file).size() / megabyte, mostMegabytes));
-    const std::uint64_t known = oru::memoryAvailable();
-    const std::uint64_t memory = known > 0 ? known : memoryIfUnknown;
+    const std::uint64_t memory = usableMemory();
     return {3 + more, 30 + more, memory / 2, memory / 8};
 }
 

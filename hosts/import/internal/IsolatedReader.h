@@ -30,7 +30,8 @@ public:
     };
 
     /// Three seconds of processor time, thirty by the clock, and one more of each for each megabyte of the
-    /// file; half of the memory that the machine has available, and an eighth of it for the model.
+    /// file; half of the memory that the machine has available, or that this process may use if that is less,
+    /// and an eighth of it for the model.
     static Limits limitsFor(const QString& file);
 
     /// The model_reader that comes with this library.

@@ -1,5 +1,6 @@
 #include "hosts/viewer/window/ActionTable.h"
 
+#include "hosts/host/InputNames.h"
 #include "hosts/viewer/window/Dialogs.h"
 #include "hosts/viewer/window/Display.h"
 #include "hosts/viewer/window/Document.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 
 using hostkit::HostScene;
+using hostkit::InputNames;
 
 namespace {
 
@@ -131,6 +133,27 @@ const std::vector<ActionTable::Row> actionRows = {
      [](At at) { at.dialogs.about(); }, false, true},
 };
 
+/// A key that an action has is not the scene's any more.
+bool takenByAction(const InputNames::Gesture& gesture)
+{
+    return gesture.kind == hostkit::InputEvent::Kind::KeyPress &&
+           ActionTable::rowOf(InputNames::text(gesture)) != nullptr;
+}
+
+HelpTopic viewTopic()
+{
+    HelpTopic topic = {QStringLiteral("In the view"), QString(), {}};
+    for (const InputNames::Gesture& gesture : InputNames::gestures) {
+        if (!takenByAction(gesture)) {
+            topic.rows.push_back({InputNames::text(gesture), QString::fromLatin1(gesture.effect)});
+        }
+    }
+    for (const ActionTable::PointerRow& pointer : ActionTable::pointerRows()) {
+        topic.rows.push_back({QString::fromLatin1(pointer.gesture), QString::fromLatin1(pointer.effect)});
+    }
+    return topic;
+}
+
 } // namespace
 
 const std::vector<ActionTable::Row>& ActionTable::rows()
@@ -166,4 +189,19 @@ const std::vector<ActionTable::PointerRow>& ActionTable::pointerRows()
         {"drop of files", "opens them"},
     };
     return rows;
+}
+
+std::vector<HelpTopic> ActionTable::help()
+{
+    std::vector<HelpTopic> topics = {viewTopic()};
+    for (const Row& action : actionRows) {
+        const QString menu = plain(action.menu);
+        if (topics.back().title != menu) {
+            topics.push_back({menu, QString(), {}});
+        }
+        topics.back().rows.push_back(
+            {QString::fromLatin1(action.keys),
+             plain(action.text) + QStringLiteral(": ") + QLatin1String(action.help)});
+    }
+    return topics;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hosts/viewer/window/HelpTopic.h"
+
 #include <QString>
 
 #include <vector>
@@ -49,4 +51,7 @@ struct ActionTable
         const char* effect;
     };
     static const std::vector<PointerRow>& pointerRows();
+
+    /// What there is to do in the view, with the gestures that every view knows, and then in each menu.
+    static std::vector<HelpTopic> help();
 };

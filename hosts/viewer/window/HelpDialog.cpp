@@ -1,13 +1,10 @@
 #include "hosts/viewer/window/HelpDialog.h"
 
-#include "hosts/host/InputNames.h"
 #include "hosts/viewer/window/ActionTable.h"
 
 #include <QDialogButtonBox>
 #include <QTextBrowser>
 #include <QVBoxLayout>
-
-using hostkit::InputNames;
 
 namespace {
 
@@ -22,13 +19,6 @@ QString row(const QString& what, const QString& effect)
 QString heading(const QString& text)
 {
     return QStringLiteral("<tr><td colspan=2><h3>%1</h3></td></tr>").arg(text.toHtmlEscaped());
-}
-
-/// A key that an action has is not the scene's any more.
-bool takenByAction(const InputNames::Gesture& gesture)
-{
-    return gesture.kind == hostkit::InputEvent::Kind::KeyPress &&
-           ActionTable::rowOf(InputNames::text(gesture)) != nullptr;
 }
 
 } // namespace
@@ -49,23 +39,12 @@ HelpDialog::HelpDialog(QWidget* parent)
 
 QString HelpDialog::text()
 {
-    QString html = QStringLiteral("<table cellpadding=3>") + heading(tr("In the view"));
-    for (const InputNames::Gesture& gesture : InputNames::gestures) {
-        if (!takenByAction(gesture)) {
-            html += row(InputNames::text(gesture), QString::fromLatin1(gesture.effect));
+    QString html = QStringLiteral("<table cellpadding=3>");
+    for (const HelpTopic& topic : ActionTable::help()) {
+        html += heading(topic.title);
+        for (const HelpTopic::Row& line : topic.rows) {
+            html += row(line.what, line.effect);
         }
-    }
-    for (const ActionTable::PointerRow& pointer : ActionTable::pointerRows()) {
-        html += row(QLatin1String(pointer.gesture), QLatin1String(pointer.effect));
-    }
-    QString menu;
-    for (const ActionTable::Row& action : ActionTable::rows()) {
-        if (menu != QLatin1String(action.menu)) {
-            menu = QLatin1String(action.menu);
-            html += heading(ActionTable::plain(action.menu));
-        }
-        html += row(QLatin1String(action.keys),
-                    ActionTable::plain(action.text) + QStringLiteral(": ") + QLatin1String(action.help));
     }
     return html + QStringLiteral("</table>");
 }
