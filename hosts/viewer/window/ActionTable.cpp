@@ -1,8 +1,8 @@
 #include "hosts/viewer/window/ActionTable.h"
 
 #include "hosts/host/InputNames.h"
+#include "hosts/viewer/window/Appearance.h"
 #include "hosts/viewer/window/Dialogs.h"
-#include "hosts/viewer/window/Display.h"
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/Workplace.h"
@@ -28,7 +28,7 @@ bool hasModel(const Workplace& at)
 
 bool shows(const Workplace& at, const char* edges)
 {
-    return at.display.edges() == QLatin1String(edges);
+    return at.appearance.edges() == QLatin1String(edges);
 }
 
 bool hasSelection(const Workplace& at)
@@ -112,20 +112,20 @@ const std::vector<ActionTable::Row> actionRows = {
      nullptr, [](At at) { at.dialogs.chooseOpacity(); }, false, true},
 
     {"shaded", "&Display", "&Shaded", "Ctrl+1", "shows surfaces alone", "", hasModel,
-     [](Seen at) { return shows(at, "off"); }, [](At at) { at.display.setEdges(QStringLiteral("off")); },
+     [](Seen at) { return shows(at, "off"); }, [](At at) { at.appearance.setEdges(QStringLiteral("off")); },
      false, false},
     {"edges", "&Display", "Shaded with &Edges", "Ctrl+2", "shows surfaces with their sharp and open edges",
      "Edges", hasModel, [](Seen at) { return shows(at, "edges"); },
-     [](At at) { at.display.setEdges(QString::fromLatin1(shows(at, "edges") ? "off" : "edges")); }, false,
+     [](At at) { at.appearance.setEdges(QString::fromLatin1(shows(at, "edges") ? "off" : "edges")); }, false,
      false},
     {"wireframe", "&Display", "Edges &Only", "Ctrl+3", "shows the sides of all triangles and no surface", "",
      hasModel, [](Seen at) { return shows(at, "wireframe"); },
-     [](At at) { at.display.setEdges(QStringLiteral("wireframe")); }, false, false},
+     [](At at) { at.appearance.setEdges(QStringLiteral("wireframe")); }, false, false},
     {"background", "&Display", "&Background...", "Ctrl+B", "chooses the color behind the models", "", nullptr,
      nullptr, [](At at) { at.dialogs.chooseBackground(); }, true, true},
     {"rig", "&Display", "Three &Lights", "Ctrl+L", "lights what the main light leaves dark", "", nullptr,
-     [](Seen at) { return at.display.rig(); }, [](At at) { at.display.setRig(!at.display.rig()); }, false,
-     false},
+     [](Seen at) { return at.appearance.rig(); }, [](At at) { at.appearance.setRig(!at.appearance.rig()); },
+     false, false},
 
     {"help", "&Help", "&Keys and Gestures", "F1", "tells all keys and gestures", "", nullptr, nullptr,
      [](At at) { at.dialogs.help(); }, false, true},

@@ -3,7 +3,7 @@
 #include "contracts/ogl/OruOglViewport.h"
 #include "hosts/host/PictureOptions.h"
 #include "hosts/host/PictureWriter.h"
-#include "hosts/viewer/window/Display.h"
+#include "hosts/viewer/window/Appearance.h"
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/HelpDialog.h"
 #include "hosts/viewer/window/PictureDialog.h"
@@ -21,12 +21,12 @@
 
 using hostkit::HostScene;
 
-Dialogs::Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, Selection& selection,
+Dialogs::Dialogs(hostkit::SceneWidget& view, Document& document, Appearance& appearance, Selection& selection,
                  QWidget& window)
     : QObject(&window)
     , view_(view)
     , document_(document)
-    , display_(display)
+    , appearance_(appearance)
     , selection_(selection)
     , window_(window)
 {}
@@ -118,9 +118,9 @@ void Dialogs::copyPicture()
 
 void Dialogs::chooseBackground()
 {
-    const QColor color = QColorDialog::getColor(display_.background(), &window_, tr("Background"));
+    const QColor color = QColorDialog::getColor(appearance_.background(), &window_, tr("Background"));
     if (color.isValid()) {
-        display_.setBackground(color);
+        appearance_.setBackground(color);
     }
 }
 

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QString>
 
-class Display;
+class Appearance;
 class Document;
 class Selection;
 class QWidget;
@@ -21,7 +21,7 @@ class Dialogs : public QObject
 
 public:
     /// All are borrowed and have to live as long; `window` stands below the dialogs.
-    Dialogs(hostkit::SceneWidget& view, Document& document, Display& display, Selection& selection,
+    Dialogs(hostkit::SceneWidget& view, Document& document, Appearance& appearance, Selection& selection,
             QWidget& window);
 
     void open();
@@ -49,7 +49,7 @@ private:
 
     hostkit::SceneWidget& view_;
     Document& document_;
-    Display& display_;
+    Appearance& appearance_;
     Selection& selection_;
     QWidget& window_;
 };

@@ -74,11 +74,11 @@ ViewerWindow::ViewerWindow()
     , messages_(new MessageBar)
     , loading_(new LoadingBar)
     , document_(*view_)
-    , display_(*view_)
+    , appearance_(*view_)
     , selection_(*view_)
     , pointer_(*view_)
-    , dialogs_(new Dialogs(*view_, document_, display_, selection_, *this))
-    , place_{*view_, document_, display_, selection_, *dialogs_}
+    , dialogs_(new Dialogs(*view_, document_, appearance_, selection_, *this))
+    , place_{*view_, document_, appearance_, selection_, *dialogs_}
     , actions_(nullptr)
 {
     view_->run([](hostkit::HostScene& host) {

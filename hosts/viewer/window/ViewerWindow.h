@@ -1,7 +1,7 @@
 #pragma once
 
+#include "hosts/viewer/window/Appearance.h"
 #include "hosts/viewer/window/Dialogs.h"
-#include "hosts/viewer/window/Display.h"
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/LoadingBar.h"
 #include "hosts/viewer/window/MessageBar.h"
@@ -57,7 +57,7 @@ private:
     LoadingBar* loading_;
 
     Document document_;
-    Display display_;
+    Appearance appearance_;
     Selection selection_;
     ViewPointer pointer_;
     RecentFiles recent_;

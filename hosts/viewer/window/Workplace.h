@@ -1,7 +1,7 @@
 #pragma once
 
 class Dialogs;
-class Display;
+class Appearance;
 class Document;
 class Selection;
 
@@ -14,7 +14,7 @@ struct Workplace
 {
     hostkit::SceneWidget& view;
     Document& document;
-    Display& display;
+    Appearance& appearance;
     Selection& selection;
     Dialogs& dialogs;
 };

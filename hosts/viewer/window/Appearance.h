@@ -9,13 +9,13 @@ class SceneWidget;
 } // namespace hostkit
 
 /// How a view shows all of its models. Each operation is one step that can be undone.
-class Display : public QObject
+class Appearance : public QObject
 {
     Q_OBJECT
 
 public:
     /// `view` is borrowed and has to live as long.
-    explicit Display(hostkit::SceneWidget& view, QObject* parent = nullptr);
+    explicit Appearance(hostkit::SceneWidget& view, QObject* parent = nullptr);
 
     /// Shows all surfaces in one of the ways that MeshVisualization::edgeWords has.
     void setEdges(const QString& edges);

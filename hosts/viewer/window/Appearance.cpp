@@ -1,4 +1,4 @@
-#include "hosts/viewer/window/Display.h"
+#include "hosts/viewer/window/Appearance.h"
 
 #include "contracts/core/OruText.h"
 #include "contracts/vis/IOruVisPropertyEdit.h"
@@ -35,12 +35,12 @@ bool forEachSurface(const OruProperties& node, const Action& action)
 
 } // namespace
 
-Display::Display(hostkit::SceneWidget& view, QObject* parent)
+Appearance::Appearance(hostkit::SceneWidget& view, QObject* parent)
     : QObject(parent)
     , view_(view)
 {}
 
-void Display::setEdges(const QString& edges)
+void Appearance::setEdges(const QString& edges)
 {
     view_.window().runAndTell([&](HostScene& host) {
         OruScene& scene = host.scene();
@@ -57,7 +57,7 @@ void Display::setEdges(const QString& edges)
     });
 }
 
-QString Display::edges() const
+QString Appearance::edges() const
 {
     QString found;
     if (view_.window().hasScene()) {
@@ -69,7 +69,7 @@ QString Display::edges() const
     return found;
 }
 
-void Display::setBackground(const QColor& color)
+void Appearance::setBackground(const QColor& color)
 {
     view_.window().runAndTell([&](HostScene& host) {
         host.edit(host.scene().render, backgroundKey, oru::toString(color));
@@ -77,7 +77,7 @@ void Display::setBackground(const QColor& color)
     });
 }
 
-QColor Display::background() const
+QColor Appearance::background() const
 {
     QString text;
     if (view_.window().hasScene()) {
@@ -86,7 +86,7 @@ QColor Display::background() const
     return QColor(text);
 }
 
-void Display::setRig(bool on)
+void Appearance::setRig(bool on)
 {
     view_.window().runAndTell([&](HostScene& host) {
         OruScene& scene = host.scene();
@@ -103,7 +103,7 @@ void Display::setRig(bool on)
     });
 }
 
-bool Display::rig() const
+bool Appearance::rig() const
 {
     const auto* const light = view_.window().hasScene()
                                   ? dynamic_cast<OruVisLight*>(view_.host().scene().find(fillLights[0]))
