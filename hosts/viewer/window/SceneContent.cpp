@@ -4,6 +4,7 @@
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/host/LightRig.h"
+#include "hosts/mesh/Measures.h"
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/mesh/SectionPlanes.h"
@@ -34,6 +35,9 @@ void SceneContent::add(HostScene& host, const std::vector<hostkit::Model>& model
     }
     for (const hostkit::Model& model : models) {
         parts.add(model);
+    }
+    if (!all.childByName(hostkit::Measures::usualName)) {
+        all.insert(new hostkit::Measures(all.group), false);
     }
     all.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();

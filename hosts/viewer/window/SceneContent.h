@@ -11,8 +11,8 @@ class HostScene;
 /// What the viewer puts into a scene, in a window and for pictures alike.
 struct SceneContent
 {
-    /// Adds the models and, unless they are there, the planes that can cut them and the axes in the corner.
-    /// Who drops a part on another is told so on standard output.
+    /// Adds the models and, unless they are there, the planes that can cut them, the list of what is measured
+    /// and the axes in the corner. Who drops a part on another is told so on standard output.
     static void add(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
 
     /// Takes all models out.
