@@ -46,7 +46,7 @@ public:
     virtual QString kindName() const = 0;
 
     /// The sizes as the label has them, in one line or two.
-    virtual QString text(const Kelvar::Math::NumberFormat& format = {}) const = 0;
+    virtual QString text(const Kelvar::Math::NumberFormat& format) const = 0;
 
     void draw3d(const DrawContext& context) override;
     void drawTransparent3d(const DrawContext& context) override;

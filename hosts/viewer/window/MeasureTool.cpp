@@ -1,6 +1,7 @@
 #include "hosts/viewer/window/MeasureTool.h"
 
 #include "Scene/core/OruSceneSelectContext.h"
+#include "contracts/core/OruText.h"
 #include "contracts/vis/OruVisHitRecordQuery.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/mesh/BoxMeasure.h"
@@ -45,44 +46,27 @@ QString unitOf(const PartVisualization& part)
     return unit;
 }
 
-/// The box round marked parts, and the unit of the first one; nothing: none is marked.
-struct MarkedBox
+PartPlace::Box around(const Selection::Parts& parts)
 {
-    void addBelow(const OruProperties& node)
-    {
-        for (unsigned int i = 0; i < node.size(); ++i) {
-            const auto* const part = dynamic_cast<const PartVisualization*>(node.at(i));
-            if (!part) {
-                addBelow(*node.at(i));
-            } else if (part->marked.value()) {
-                add(*part);
-            }
-        }
-    }
-
-    void add(const PartVisualization& part)
-    {
-        const PartPlace::Box own = PartPlace::boxInScene(part);
-        if (!box) {
-            box = own;
-            unit = unitOf(part);
-        }
+    PartPlace::Box box = PartPlace::boxInScene(*parts.front());
+    for (const PartVisualization* const part : parts) {
+        const PartPlace::Box own = PartPlace::boxInScene(*part);
         for (std::size_t axis = 0; axis < 3; ++axis) {
-            box->first[axis] = std::min(box->first[axis], own.first[axis]);
-            box->second[axis] = std::max(box->second[axis], own.second[axis]);
+            box.first[axis] = std::min(box.first[axis], own.first[axis]);
+            box.second[axis] = std::max(box.second[axis], own.second[axis]);
         }
     }
-
-    std::optional<PartPlace::Box> box;
-    QString unit;
-};
+    return box;
+}
 
 } // namespace
 
-MeasureTool::MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, QObject* parent)
+MeasureTool::MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, const Selection& selection,
+                         QObject* parent)
     : QObject(parent)
     , view_(view)
     , pointer_(pointer)
+    , selection_(selection)
 {
     connect(&pointer, &ViewPointer::hovered, this, [this](const ViewPointer::Target& target) {
         if (on_) {
@@ -178,9 +162,14 @@ void MeasureTool::show(const std::optional<Found>& found)
     view_.window().requestUpdate();
 }
 
-/// What comes of a click is made once the scene is done with it.
+/// The part has just been marked, which is taken back within the same edit session. What comes of the click
+/// is made once the scene is done with it.
 bool MeasureTool::click(const ViewPointer::Target& target)
 {
+    if (const auto* const part = dynamic_cast<const PartVisualization*>(target.object)) {
+        OruProperties* const node = view_.host().scene().find(part->path());
+        view_.host().edit(*node, part->marked.name(), oru::toString(!part->marked.value()));
+    }
     if (const std::optional<Found> found = find(target)) {
         QTimer::singleShot(0, this, [this, found] {
             if (on_) {
@@ -213,17 +202,15 @@ void MeasureTool::take(const Found& found)
 
 bool MeasureTool::measureBox()
 {
-    MarkedBox marked;
-    if (measures()) {
-        marked.addBelow(view_.host().scene().render.visualizations);
-    }
-    if (!marked.box) {
+    const Selection::Parts parts = measures() ? selection_.parts() : Selection::Parts();
+    if (parts.empty()) {
         return false;
     }
+    const PartPlace::Box box = around(parts);
     const Origin origin = PartPlace::originBeside(*measures());
     hostkit::BoxMeasure measure(measures()->group);
-    measure.setPoints(moved(marked.box->first, origin), moved(marked.box->second, origin));
-    measure.setUnit(marked.unit);
+    measure.setPoints(moved(box.first, origin), moved(box.second, origin));
+    measure.setUnit(unitOf(*parts.front()));
     add(measure);
     return true;
 }
@@ -234,7 +221,7 @@ void MeasureTool::add(hostkit::Measure& measure)
     view_.undo().edits().push(
         new NodeCommand(view_.window(), NodeCommand::Insert, measures()->path(), measure));
     Q_EMIT told(measure.name() + QStringLiteral(": ") +
-                measure.text().replace(QLatin1Char('\n'), QStringLiteral("   ")));
+                measure.text(Kelvar::Math::NumberFormat()).replace(QLatin1Char('\n'), QStringLiteral("   ")));
 }
 
 void MeasureTool::removeLast()

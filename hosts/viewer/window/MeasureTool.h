@@ -2,6 +2,7 @@
 
 #include "hosts/mesh/Measures.h"
 #include "hosts/mesh/SnapFinder.h"
+#include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/ViewPointer.h"
 
 #include <QObject>
@@ -32,8 +33,9 @@ public:
     /// How near a corner or an edge has to be, in pixels of the screen's scale.
     static constexpr double reach = 8.0;
 
-    /// Both are borrowed and have to live as long.
-    MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, QObject* parent = nullptr);
+    /// All are borrowed and have to live as long.
+    MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, const Selection& selection,
+                QObject* parent = nullptr);
     ~MeasureTool() override;
 
     bool isOn() const { return on_; }
@@ -83,6 +85,7 @@ private:
 
     hostkit::SceneWidget& view_;
     ViewPointer& pointer_;
+    const Selection& selection_;
     bool on_ = false;
     /// Nothing: the next click is the first.
     std::optional<Found> from_;
