@@ -2,14 +2,29 @@
 
 #include "contracts/core/OruProperties.h"
 #include "contracts/core/OruPropertiesFile.h"
-#include "contracts/vis/OruVisList.h"
 #include "hosts/host/HostScene.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 
 namespace hostkit {
 
 namespace {
+
+/// The file of a list that has just this child.
+QByteArray listOf(const OruProperties& child)
+{
+    QJsonObject file = QJsonDocument::fromJson(OruPropertiesFile::text(child)).object();
+    const QString tree = QStringLiteral("tree");
+    QJsonObject list;
+    list[QStringLiteral("name")] = QStringLiteral("list");
+    list[QStringLiteral("children")] = QJsonArray{file[tree]};
+    file[tree] = list;
+    return QJsonDocument(file).toJson();
+}
 
 /// The list has no order to choose: those that stand behind go out and come in again.
 void moveAhead(OruProperties& list, unsigned int behind)
@@ -33,8 +48,7 @@ NodeCommand::NodeCommand(SceneWindow& window, Way way, const QString& list, cons
     , way_(way)
     , list_(list)
     , name_(node.name())
-    , type_(node.type())
-    , content_(OruPropertiesFile::text(node))
+    , content_(listOf(node))
 {
     if (way == Remove && node.parent()) {
         const OruProperties& siblings = *node.parent();
@@ -67,21 +81,21 @@ void NodeCommand::apply(Way way)
 
 void NodeCommand::insert(OruProperties& root) const
 {
-    auto* const list = dynamic_cast<OruVisList*>(root.find(list_));
+    OruProperties* const list = root.find(list_);
     if (!list || list->childByName(name_)) {
         return;
     }
-    OruVisualization& node = list->child(name_, type_);
-    OruPropertiesFile::load(node, content_, name_, nullptr);
-    moveAhead(*list, std::min(behind_, list->size() - 1));
+    OruPropertiesFile::load(*list, content_, list_, nullptr);
+    if (list->childByName(name_)) {
+        moveAhead(*list, std::min(behind_, list->size() - 1));
+    }
 }
 
 void NodeCommand::remove(OruProperties& root) const
 {
     OruProperties* const list = root.find(list_);
-    OruProperties* const node = list ? list->childByName(name_) : nullptr;
-    if (node && node->type() == type_) {
-        list->erase(node);
+    if (list) {
+        list->erase(list->childByName(name_));
     }
 }
 

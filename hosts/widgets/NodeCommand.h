@@ -16,10 +16,10 @@ namespace hostkit {
 ///
 ///     view.undo().edits().push(new NodeCommand(view.window(), NodeCommand::Insert, list.path(), node));
 ///
-/// The node is told by its name, its type and its content, and the list by its path, so that the step also
-/// fits a tree that was made anew. The list has to be one that makes nodes of that type, as for a file. What
-/// was taken out comes back to its place among its siblings. Where the list or the node is gone, or the name
-/// is taken, nothing happens.
+/// The node is told by its name and its content, and the list by its path, so that the step also fits a tree
+/// that was made anew. The list has to be one that makes nodes of that type, as for a file. What was taken
+/// out comes back to its place among its siblings. Where the list or the node is gone, or the name is taken,
+/// nothing happens.
 class KELVAR_WIDGETS_API NodeCommand : public QUndoCommand
 {
 public:
@@ -48,8 +48,7 @@ private:
     Way way_;
     QString list_;
     QString name_;
-    QString type_;
-    /// As a file has it.
+    /// A file of the list with this node alone.
     QByteArray content_;
     /// How many siblings follow it.
     unsigned int behind_ = 0;

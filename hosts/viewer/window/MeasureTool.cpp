@@ -14,7 +14,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QTimer>
 
 #include <algorithm>
@@ -79,7 +78,6 @@ MeasureTool::MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, const
         }
     });
     connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, [this] { from_.reset(); });
-    view.window().installEventFilter(this);
 }
 
 MeasureTool::~MeasureTool()
@@ -256,30 +254,20 @@ void MeasureTool::copy() const
     QGuiApplication::clipboard()->setText(text());
 }
 
+void MeasureTool::back()
+{
+    if (!from_) {
+        setOn(false);
+        return;
+    }
+    from_.reset();
+    show(std::nullopt);
+    tellNext();
+}
+
 void MeasureTool::tellNext()
 {
     Q_EMIT told(!on_     ? QString()
                 : !from_ ? tr("Click the first point")
                          : tr("Click the second point; Esc calls it off"));
-}
-
-bool MeasureTool::eventFilter(QObject* watched, QEvent* event)
-{
-    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    const bool escape = key && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
-    if (!on_ || !escape || !view_.window().hasScene() || view_.window().input().gesture()) {
-        return QObject::eventFilter(watched, event);
-    }
-    event->accept();
-    if (event->type() == QEvent::ShortcutOverride) {
-        return true;
-    }
-    if (from_) {
-        from_.reset();
-        show(std::nullopt);
-        tellNext();
-    } else {
-        setOn(false);
-    }
-    return true;
 }

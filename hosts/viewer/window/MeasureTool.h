@@ -23,8 +23,7 @@ class SceneWidget;
 /// goes into the scene's Measures, each as one step of the view's undo stack.
 ///
 /// While it is on, the pointer shows the corner, the edge or the place on a surface that a click would take,
-/// and clicks mark no parts; drags turn the view as ever. Esc takes the first point back, and then the tool
-/// is off.
+/// and clicks mark no parts; drags turn the view as ever.
 class MeasureTool : public QObject
 {
     Q_OBJECT
@@ -41,6 +40,9 @@ public:
     bool isOn() const { return on_; }
     void setOn(bool on);
 
+    /// Takes the first point back, and switches the tool off where there is none.
+    void back();
+
     /// How many measures the scene has.
     unsigned int count() const;
 
@@ -54,8 +56,6 @@ public:
     /// All measures as a table, see Measures::text; the second puts it on the clipboard.
     QString text() const;
     void copy() const;
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
     void switched(bool on);

@@ -1,5 +1,6 @@
 #include "hosts/viewer/window/SceneContent.h"
 
+#include "contracts/core/OruPropertiesFile.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/HostScene.h"
@@ -53,6 +54,29 @@ void SceneContent::clear(HostScene& host)
         }
     }
     host.changed();
+}
+
+QByteArray SceneContent::takeMeasures(HostScene& host)
+{
+    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
+    if (!list) {
+        return {};
+    }
+    const QByteArray text = OruPropertiesFile::text(*list);
+    while (list->size() > 0) {
+        list->erase(list->at(list->size() - 1));
+    }
+    host.changed();
+    return text;
+}
+
+void SceneContent::putMeasures(HostScene& host, const QByteArray& measures)
+{
+    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
+    if (list && !measures.isEmpty()) {
+        OruPropertiesFile::load(*list, measures, list->name(), nullptr);
+        host.changed();
+    }
 }
 
 void SceneContent::dress(HostScene& host, bool withLight)

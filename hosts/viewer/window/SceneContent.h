@@ -2,6 +2,9 @@
 
 #include "hosts/mesh/Model.h"
 
+#include <QByteArray>
+#include <QString>
+
 #include <vector>
 
 namespace hostkit {
@@ -17,6 +20,10 @@ struct SceneContent
 
     /// Takes all models out.
     static void clear(hostkit::HostScene& host);
+
+    /// Takes all measures out; what putMeasures() puts back.
+    static QByteArray takeMeasures(hostkit::HostScene& host);
+    static void putMeasures(hostkit::HostScene& host, const QByteArray& measures);
 
     /// What differs from the scene's own from the start: the background and, unless a state file brings its
     /// own, the light.

@@ -3,6 +3,7 @@
 class Dialogs;
 class Display;
 class Document;
+class MeasureTool;
 class Selection;
 
 namespace hostkit {
@@ -16,5 +17,6 @@ struct Workplace
     Document& document;
     Display& display;
     Selection& selection;
+    MeasureTool& measure;
     Dialogs& dialogs;
 };
