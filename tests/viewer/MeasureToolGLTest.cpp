@@ -26,7 +26,7 @@ struct MeasureToolTest : kelvartest::WindowFixture
 
     MeasureToolTest()
     {
-        open({QStringLiteral("/usr/share/assimp/models/OBJ/box.obj")});
+        open({copied(QStringLiteral("/usr/share/assimp/models/OBJ/box.obj"), QStringLiteral("box.obj"))});
         show();
         keys("x");
     }
