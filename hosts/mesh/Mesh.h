@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/mesh/EdgeHierarchy.h"
 #include "hosts/mesh/MeshEdges.h"
 #include "hosts/mesh/MeshPicker.h"
 #include "hosts/mesh/OnDemand.h"
@@ -23,6 +24,9 @@ struct KELVAR_MESH_API Mesh : Shape
     /// Threads may ask at the same time.
     const MeshEdges& edges() const;
 
+    /// The edges by where they are; found and kept as they are.
+    const EdgeHierarchy& edgeHierarchy() const;
+
     /// One for each position, all finite, and the material has a texture; or none: it is not textured.
     std::vector<TexturePoint> texturePoints;
 
@@ -44,6 +48,7 @@ struct KELVAR_MESH_API Mesh : Shape
 
 private:
     OnDemand<MeshEdges> edges_;
+    OnDemand<EdgeHierarchy> edgeHierarchy_;
 };
 
 } // namespace hostkit

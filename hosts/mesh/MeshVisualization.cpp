@@ -171,6 +171,14 @@ PartVisualization::Content MeshVisualization::content() const
     return {QStringLiteral("triangles"), static_cast<int>(mesh_->triangleCount())};
 }
 
+/// The edges that are shown as such, whether they are or not.
+PartVisualization::Features MeshVisualization::features() const
+{
+    const EdgeHierarchy& hierarchy = mesh_->edgeHierarchy();
+    const MeshEdges& all = mesh_->edges();
+    return {&hierarchy.tree(), &hierarchy.order(), &all.indices, all.countFrom(edgeAngle.value())};
+}
+
 bool MeshVisualization::upload(OruOglMeshBuffer& buffer)
 {
     OruOglMeshArrays arrays;

@@ -50,6 +50,7 @@ public:
     /// The extent of the mesh where the model has it, in the frame of the model's list.
     Kelvar::Math::BoundingBox boundsAsItCame() const;
     Content content() const override;
+    Features features() const override;
 
     /// Whether a section through it has a face: it is shown, closed and no wireframe.
     bool canBeCapped() const;

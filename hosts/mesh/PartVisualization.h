@@ -10,16 +10,19 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class OruOglMeshBuffer;
 class OruVisPickVolume;
 
 namespace hostkit {
 
+class BoxTree;
 class PartBuffer;
 class PartEventHandler;
 
@@ -65,6 +68,9 @@ public:
     const Kelvar::Math::Matrix& placement() const { return placement_; }
     void setPlacement(const Kelvar::Math::Matrix& placement);
 
+    /// From the frame of the shape to that of the part's model: the placement, and what has moved it since.
+    const Kelvar::Math::Matrix& place() const;
+
     /// What the shape is drawn from; never null. Parts of one scene that show the same shape may share it:
     /// set it ahead of the first draw.
     const std::shared_ptr<PartBuffer>& buffer() const;
@@ -91,6 +97,21 @@ public:
         int count;
     };
     virtual Content content() const = 0;
+
+    /// What of the shape can be pointed at more closely than a place on a surface: lines with their ends, or
+    /// points.
+    struct Features
+    {
+        /// Over the items; null: there are none.
+        const BoxTree* tree = nullptr;
+        /// The item at each place of the tree; null: the items stand as the tree has them.
+        const std::vector<uint32_t>* order = nullptr;
+        /// Two positions of the shape for each item; null: each position is an item.
+        const std::vector<uint32_t>* ends = nullptr;
+        /// Items from this number on do not count.
+        std::size_t count = 0;
+    };
+    virtual Features features() const = 0;
 
     void draw3d(const DrawContext& context) override;
     void drawTransparent3d(const DrawContext& context) override;
@@ -182,7 +203,6 @@ private:
     const OruOglMeshBuffer* ready(OruOglGeometry& geometry);
     void drawPart(const DrawContext& context);
     void refreshPlace() const;
-    const Kelvar::Math::Matrix& place() const;
     const boost::shared_ptr<PartEventHandler>& handler();
 
     // Scenes have 100,000 parts. What few of them ever need is made when it is needed.

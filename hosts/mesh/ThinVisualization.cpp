@@ -48,6 +48,11 @@ int ThinVisualization::drawnWidth() const
     return asked > 1.0f ? static_cast<int>(std::round(std::min(asked, widest_))) : 1;
 }
 
+PartVisualization::Features ThinVisualization::features() const
+{
+    return {&tree_, nullptr, indices_, tree_.size()};
+}
+
 double ThinVisualization::rim() const
 {
     return 0.5 * drawnWidth() + 1.0;

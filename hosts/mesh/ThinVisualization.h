@@ -27,6 +27,7 @@ public:
     /// The width as drawn: whole pixels, at least 1, and no more than the GL can draw, as of the first draw.
     int drawnWidth() const;
 
+    Features features() const override;
     double rim() const override;
 
 protected:

@@ -11,10 +11,11 @@ namespace hostkit {
 
 namespace {
 
-/// A size that nodes of a type have.
+/// A size that nodes have.
 struct OverlaySize
 {
-    const QString& type;
+    /// Null: of any type.
+    const QString* type;
     const char* key;
     /// A whole number.
     bool whole;
@@ -23,15 +24,15 @@ struct OverlaySize
 };
 
 const OverlaySize sizes[] = {
-    {OruVisTriad::typeString, "length", false, false},
-    {OruVisTriad::typeString, "margin", false, false},
-    {OruVisTriad::typeString, "textSize", true, false},
-    {OruVisImage::typeString, "height", false, true},
-    {OruVisImage::typeString, "marginLeft", false, true},
-    {OruVisImage::typeString, "marginRight", false, true},
-    {OruVisImage::typeString, "marginTop", false, true},
-    {OruVisImage::typeString, "marginBottom", false, true},
-    {OruVisImage::typeString, "minimumHeight", false, false},
+    {&OruVisTriad::typeString, "length", false, false},
+    {&OruVisTriad::typeString, "margin", false, false},
+    {nullptr, "textSize", true, false},
+    {&OruVisImage::typeString, "height", false, true},
+    {&OruVisImage::typeString, "marginLeft", false, true},
+    {&OruVisImage::typeString, "marginRight", false, true},
+    {&OruVisImage::typeString, "marginTop", false, true},
+    {&OruVisImage::typeString, "marginBottom", false, true},
+    {&OruVisImage::typeString, "minimumHeight", false, false},
 };
 
 bool inPixels(const OruProperties& node)
@@ -58,7 +59,7 @@ void scaleOne(OruProperties& node, const OverlaySize& size, double factor, TreeV
 void OverlaySizes::scale(OruProperties& root, double factor, TreeValues& values)
 {
     for (const OverlaySize& size : sizes) {
-        if (size.type == root.type() && !(size.hasUnit && !inPixels(root))) {
+        if ((!size.type || *size.type == root.type()) && !(size.hasUnit && !inPixels(root))) {
             scaleOne(root, size, factor, values);
         }
     }

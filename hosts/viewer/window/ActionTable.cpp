@@ -4,6 +4,7 @@
 #include "hosts/viewer/window/Appearance.h"
 #include "hosts/viewer/window/Dialogs.h"
 #include "hosts/viewer/window/Document.h"
+#include "hosts/viewer/window/MeasureTool.h"
 #include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/Workplace.h"
 #include "hosts/widgets/SceneWidget.h"
@@ -34,6 +35,11 @@ bool shows(const Workplace& at, const char* edges)
 bool hasSelection(const Workplace& at)
 {
     return !at.selection.empty();
+}
+
+bool hasMeasure(const Workplace& at)
+{
+    return at.measure.count() > 0;
 }
 
 constexpr float transparent = 0.3f;
@@ -72,7 +78,8 @@ const std::vector<ActionTable::Row> actionRows = {
     {"selectNone", "&Edit", "Select &None", "Ctrl+D", "selects nothing", "", hasSelection, nullptr,
      [](At at) { at.selection.clear(); }, false, false},
     {"stop", "&Edit", "&Stop", "Esc", "ends what runs: a loading, a tool", "",
-     [](Seen at) { return at.document.loading(); }, nullptr, [](At at) { at.document.stop(); }, true, false},
+     [](Seen at) { return at.document.loading() || at.measure.isOn(); }, nullptr,
+     [](At at) { at.document.loading() ? at.document.stop() : at.measure.back(); }, true, false},
 
     {"back", "&View", "&Back", "Alt+Left", "goes to the view before", "Back",
      [](Seen at) { return at.view.undo().views().canUndo(); }, nullptr,
@@ -110,6 +117,20 @@ const std::vector<ActionTable::Row> actionRows = {
      [](At at) { at.selection.setOpacity(isTransparent(at) ? 1.0f : transparent); }, false, false},
     {"opacity", "&Parts", "O&pacity...", "Shift+T", "chooses how much of it shines through", "", hasSelection,
      nullptr, [](At at) { at.dialogs.chooseOpacity(); }, false, true},
+
+    {"measure", "&Measure", "&Distance", "M", "measures from point to point by two clicks", "Measure",
+     hasModel, [](Seen at) { return at.measure.isOn(); }, [](At at) { at.measure.setOn(!at.measure.isOn()); },
+     false, false},
+    {"measureBox", "&Measure", "&Box of Selection", "Shift+M",
+     "measures the box along the axes round what is selected", "", hasSelection, nullptr,
+     [](At at) { at.measure.measureBox(); }, false, false},
+    {"copyMeasures", "&Measure", "&Copy as Text", "Ctrl+M",
+     "puts all measures on the clipboard, as a table with tabs", "", hasMeasure, nullptr,
+     [](At at) { at.measure.copy(); }, true, false},
+    {"removeMeasure", "&Measure", "Delete &Last", "Ctrl+Alt+M", "takes the last measure away", "", hasMeasure,
+     nullptr, [](At at) { at.measure.removeLast(); }, true, false},
+    {"clearMeasures", "&Measure", "Delete &All", "Ctrl+Alt+Shift+M", "takes all measures away", "",
+     hasMeasure, nullptr, [](At at) { at.measure.clear(); }, false, false},
 
     {"shaded", "&Display", "&Shaded", "Ctrl+1", "shows surfaces alone", "", hasModel,
      [](Seen at) { return shows(at, "off"); }, [](At at) { at.appearance.setEdges(QStringLiteral("off")); },

@@ -160,8 +160,10 @@ void Document::fill(const Models& models)
 void Document::showNew(const Models& models)
 {
     fill(models);
+    QByteArray measured;
     try {
-        view_.run([this](HostScene& host) {
+        view_.run([&](HostScene& host) {
+            measured = SceneContent::takeMeasures(host);
             if (setUp_) {
                 setUp_(host);
             } else {
@@ -171,6 +173,11 @@ void Document::showNew(const Models& models)
         });
     } catch (...) {
         fill(models_);
+        view_.run([&](HostScene& host) {
+            SceneContent::takeMeasures(host);
+            SceneContent::putMeasures(host, measured);
+            return true;
+        });
         throw;
     }
     view_.undo().clear();

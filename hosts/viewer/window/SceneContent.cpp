@@ -1,9 +1,11 @@
 #include "hosts/viewer/window/SceneContent.h"
 
+#include "contracts/core/OruPropertiesFile.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/host/LightRig.h"
+#include "hosts/mesh/Measures.h"
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/mesh/SectionPlanes.h"
@@ -35,6 +37,9 @@ void SceneContent::add(HostScene& host, const std::vector<hostkit::Model>& model
     for (const hostkit::Model& model : models) {
         parts.add(model);
     }
+    if (!all.childByName(hostkit::Measures::usualName)) {
+        all.insert(new hostkit::Measures(all.group), false);
+    }
     all.child(QStringLiteral("triad"), OruVisTriad::typeString);
     host.changed();
 }
@@ -49,6 +54,29 @@ void SceneContent::clear(HostScene& host)
         }
     }
     host.changed();
+}
+
+QByteArray SceneContent::takeMeasures(HostScene& host)
+{
+    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
+    if (!list) {
+        return {};
+    }
+    const QByteArray text = OruPropertiesFile::text(*list);
+    while (list->size() > 0) {
+        list->erase(list->at(list->size() - 1));
+    }
+    host.changed();
+    return text;
+}
+
+void SceneContent::putMeasures(HostScene& host, const QByteArray& measures)
+{
+    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
+    if (list && !measures.isEmpty()) {
+        OruPropertiesFile::load(*list, measures, list->name(), nullptr);
+        host.changed();
+    }
 }
 
 void SceneContent::dress(HostScene& host, bool withLight)

@@ -2,6 +2,9 @@
 
 #include "hosts/mesh/Model.h"
 
+#include <QByteArray>
+#include <QString>
+
 #include <vector>
 
 namespace hostkit {
@@ -11,12 +14,16 @@ class HostScene;
 /// What the viewer puts into a scene, in a window and for pictures alike.
 struct SceneContent
 {
-    /// Adds the models and, unless they are there, the planes that can cut them and the axes in the corner.
-    /// Who drops a part on another is told so on standard output.
+    /// Adds the models and, unless they are there, the planes that can cut them, the list of what is measured
+    /// and the axes in the corner. Who drops a part on another is told so on standard output.
     static void add(hostkit::HostScene& host, const std::vector<hostkit::Model>& models);
 
     /// Takes all models out.
     static void clear(hostkit::HostScene& host);
+
+    /// Takes all measures out; what putMeasures() puts back.
+    static QByteArray takeMeasures(hostkit::HostScene& host);
+    static void putMeasures(hostkit::HostScene& host, const QByteArray& measures);
 
     /// What differs from the scene's own from the start: the background and, unless a state file brings its
     /// own, the light.

@@ -77,8 +77,9 @@ ViewerWindow::ViewerWindow()
     , appearance_(*view_)
     , selection_(*view_)
     , pointer_(*view_)
+    , measure_(*view_, pointer_, selection_)
     , dialogs_(new Dialogs(*view_, document_, appearance_, selection_, *this))
-    , place_{*view_, document_, appearance_, selection_, *dialogs_}
+    , place_{*view_, document_, appearance_, selection_, measure_, *dialogs_}
     , actions_(nullptr)
 {
     view_->run([](hostkit::HostScene& host) {
@@ -172,6 +173,9 @@ void ViewerWindow::connectRefresh()
         connect(stack, &QUndoStack::indexChanged, this, refresh);
     }
     connect(&selection_, &Selection::changed, this, refresh);
+    connect(&measure_, &MeasureTool::switched, this, refresh);
+    connect(&measure_, &MeasureTool::told, this,
+            [this](const QString& phrase) { statusBar()->showMessage(phrase, messageMilliseconds); });
     pointer_.setClicks([this](const ViewPointer::Target& target) { return selection_.click(target); });
 }
 

@@ -4,6 +4,7 @@
 #include "hosts/viewer/window/Dialogs.h"
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/LoadingBar.h"
+#include "hosts/viewer/window/MeasureTool.h"
 #include "hosts/viewer/window/MessageBar.h"
 #include "hosts/viewer/window/RecentFiles.h"
 #include "hosts/viewer/window/Selection.h"
@@ -60,6 +61,7 @@ private:
     Appearance appearance_;
     Selection selection_;
     ViewPointer pointer_;
+    MeasureTool measure_;
     RecentFiles recent_;
     Dialogs* dialogs_;
     Workplace place_;

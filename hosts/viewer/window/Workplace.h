@@ -3,6 +3,7 @@
 class Dialogs;
 class Appearance;
 class Document;
+class MeasureTool;
 class Selection;
 
 namespace hostkit {
@@ -16,5 +17,6 @@ struct Workplace
     Document& document;
     Appearance& appearance;
     Selection& selection;
+    MeasureTool& measure;
     Dialogs& dialogs;
 };

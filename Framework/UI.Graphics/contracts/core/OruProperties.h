@@ -103,6 +103,9 @@ public:
     /// The path of this node from the root: root->find(path()) is this node.
     QString path() const;
 
+    /// Its owner destroys it, not the parent: what the last insert() of it was told.
+    bool isMember() const { return member_; }
+
     /// The node that this one is a child of, or null.
     OruProperties* parent() const { return static_cast<OruProperties*>(parentRecord()); }
 
