@@ -407,7 +407,9 @@ Viewer::ExitCode Viewer::showWindow()
         resizeTo(window, options_.size);
     }
     if (!files.isEmpty()) {
-        window.document().open(files, [&](HostScene& host) { arrangeSession(view, host); });
+        window.document().open(
+            files, [&](HostScene& host) { arrangeSession(view, host); },
+            [this](HostScene& host) { applySettings(host); });
     } else if (!options_.stateFile.isEmpty()) {
         window.document().openState(options_.stateFile);
     }
@@ -492,6 +494,16 @@ void Viewer::turnUp(HostScene& host)
 /// Sets the scene up as the options ask.
 void Viewer::arrange(HostScene& host) const
 {
+    applySettings(host);
+    if (!options_.position.isEmpty()) {
+        host.showFrom(options_.position);
+    } else if (options_.stateFile.isEmpty()) {
+        host.showFrom(QStringLiteral("iso"));
+    }
+}
+
+void Viewer::applySettings(HostScene& host) const
+{
     QString error;
     SceneContent::dress(host, options_.stateFile.isEmpty());
     if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
@@ -508,11 +520,6 @@ void Viewer::arrange(HostScene& host) const
         if (!host.setValue(options_.settings[i].first, options_.settings[i].second, &error)) {
             throw badSetting(i, error);
         }
-    }
-    if (!options_.position.isEmpty()) {
-        host.showFrom(options_.position);
-    } else if (options_.stateFile.isEmpty()) {
-        host.showFrom(QStringLiteral("iso"));
     }
 }
 

@@ -70,6 +70,7 @@ private:
     Failure badSetting(std::size_t index, const QString& reason) const;
     void turnUp(hostkit::HostScene& host);
     void arrange(hostkit::HostScene& host) const;
+    void applySettings(hostkit::HostScene& host) const;
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
     void readRecording();

@@ -5,6 +5,7 @@
 #include "hosts/viewer/window/Dialogs.h"
 #include "hosts/viewer/window/Document.h"
 #include "hosts/viewer/window/MeasureTool.h"
+#include "hosts/viewer/window/Section.h"
 #include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/Workplace.h"
 #include "hosts/widgets/SceneWidget.h"
@@ -117,6 +118,19 @@ const std::vector<ActionTable::Row> actionRows = {
      [](At at) { at.selection.setOpacity(isTransparent(at) ? 1.0f : transparent); }, false, false},
     {"opacity", "&Parts", "O&pacity...", "Shift+T", "chooses how much of it shines through", "", hasSelection,
      nullptr, [](At at) { at.dialogs.chooseOpacity(); }, false, true},
+
+    {"sectionX", "&Section", "Across &X", "Alt+X", "cuts the models open with a plane across X", "", hasModel,
+     [](Seen at) { return at.section.isActive(0); },
+     [](At at) { at.section.setActive(0, !at.section.isActive(0)); }, false, false},
+    {"sectionY", "&Section", "Across &Y", "Alt+Y", "cuts the models open with a plane across Y", "Section",
+     hasModel, [](Seen at) { return at.section.isActive(1); },
+     [](At at) { at.section.setActive(1, !at.section.isActive(1)); }, false, false},
+    {"sectionZ", "&Section", "Across &Z", "Alt+Z", "cuts the models open with a plane across Z", "", hasModel,
+     [](Seen at) { return at.section.isActive(2); },
+     [](At at) { at.section.setActive(2, !at.section.isActive(2)); }, false, false},
+    {"sectionOff", "&Section", "&Close All", "Alt+C", "shows the models whole again", "",
+     [](Seen at) { return at.section.anyActive(); }, nullptr, [](At at) { at.section.switchAllOff(); }, true,
+     false},
 
     {"measure", "&Measure", "&Distance", "M", "measures from point to point by two clicks", "Measure",
      hasModel, [](Seen at) { return at.measure.isOn(); }, [](At at) { at.measure.setOn(!at.measure.isOn()); },

@@ -1,5 +1,6 @@
 #include "hosts/viewer/window/Document.h"
 
+#include "contracts/core/OruPropertiesFile.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/import/ImportJob.h"
 #include "hosts/viewer/window/SceneContent.h"
@@ -56,9 +57,10 @@ Document::Document(hostkit::SceneWidget& view, QObject* parent)
 
 Document::~Document() = default;
 
-void Document::open(const QStringList& files, const Action& setUp)
+void Document::open(const QStringList& files, const Action& setUp, const Action& setUpAgain)
 {
     setUp_ = setUp;
+    comingSetUpAgain_ = setUpAgain;
     start(absolute(files), &Document::showNew);
 }
 
@@ -70,12 +72,13 @@ void Document::openState(const QString& file)
         Q_EMIT failed(error);
         return;
     }
-    open(models, [file](HostScene& host) {
+    const Action load = [file](HostScene& host) {
         QString reason;
         if (!host.load(file, &reason)) {
             throw std::runtime_error(reason.toStdString());
         }
-    });
+    };
+    open(models, load, load);
 }
 
 void Document::openAny(const QStringList& files)
@@ -156,14 +159,18 @@ void Document::fill(const Models& models)
     });
 }
 
-/// The former content comes back if the new one cannot be set up.
+/// What was there comes back, to the last value, if the new content cannot be set up.
 void Document::showNew(const Models& models)
 {
+    QByteArray before;
+    view_.run([&](HostScene& host) {
+        before = setUp_ ? OruPropertiesFile::text(host.scene()) : QByteArray();
+        SceneContent::forget(host);
+        return true;
+    });
     fill(models);
-    QByteArray measured;
     try {
         view_.run([&](HostScene& host) {
-            measured = SceneContent::takeMeasures(host);
             if (setUp_) {
                 setUp_(host);
             } else {
@@ -174,12 +181,14 @@ void Document::showNew(const Models& models)
     } catch (...) {
         fill(models_);
         view_.run([&](HostScene& host) {
-            SceneContent::takeMeasures(host);
-            SceneContent::putMeasures(host, measured);
+            SceneContent::forget(host);
+            OruPropertiesFile::load(host.scene(), before, QStringLiteral("the former content"), nullptr);
+            host.changed();
             return true;
         });
         throw;
     }
+    setUpAgain_ = comingSetUpAgain_;
     view_.undo().clear();
 }
 
@@ -192,6 +201,9 @@ void Document::showAgain(const Models& models)
     view_.run([&](HostScene& host) {
         const Kelvar::Math::Matrix shown = host.view();
         fill(models);
+        if (setUpAgain_) {
+            setUpAgain_(host);
+        }
         host.setView(shown);
         return true;
     });

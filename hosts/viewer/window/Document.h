@@ -36,7 +36,8 @@ public:
     /// Loads the files, and then shows them in place of what is open and does `setUp`, which arranges them in
     /// the scene; without it they are shown from above, front right. What setUp throws counts as a failure. A
     /// load that still goes on is stopped.
-    void open(const QStringList& files, const Action& setUp = {});
+    /// `setUpAgain` is done each time they are loaded again.
+    void open(const QStringList& files, const Action& setUp = {}, const Action& setUpAgain = {});
 
     /// Opens the models that a state file names and puts the state behind them.
     void openState(const QString& file);
@@ -89,10 +90,12 @@ private:
     QStringList coming_;
     Show show_ = nullptr;
     Action setUp_;
+    Action comingSetUpAgain_;
     QTimer poll_;
     QStringList files_;
     /// What is shown; null: nothing.
     Models models_;
+    Action setUpAgain_;
     QFileSystemWatcher watcher_;
     /// Runs out when a file that changes has come to rest.
     QTimer rest_;

@@ -1,6 +1,5 @@
 #include "hosts/viewer/window/SceneContent.h"
 
-#include "contracts/core/OruPropertiesFile.h"
 #include "contracts/vis/OruVisList.h"
 #include "contracts/vis/OruVisTriad.h"
 #include "hosts/host/HostScene.h"
@@ -56,27 +55,21 @@ void SceneContent::clear(HostScene& host)
     host.changed();
 }
 
-QByteArray SceneContent::takeMeasures(HostScene& host)
+void SceneContent::forget(HostScene& host)
 {
-    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
-    if (!list) {
-        return {};
+    OruVisList& all = host.scene().render.visualizations;
+    OruProperties* const measures = all.childByName(hostkit::Measures::usualName);
+    while (measures && measures->size() > 0) {
+        measures->erase(measures->at(measures->size() - 1));
     }
-    const QByteArray text = OruPropertiesFile::text(*list);
-    while (list->size() > 0) {
-        list->erase(list->at(list->size() - 1));
+    if (auto* const section = dynamic_cast<hostkit::SectionPlanes*>(all[hostkit::SectionPlanes::usualName])) {
+        for (int axis = 0; axis < 3; ++axis) {
+            section->plane(axis).active.setValue(false);
+            section->plane(axis).position.setValue(0.0);
+            section->plane(axis).flipped.setValue(false);
+        }
     }
     host.changed();
-    return text;
-}
-
-void SceneContent::putMeasures(HostScene& host, const QByteArray& measures)
-{
-    OruProperties* const list = host.scene().render.visualizations.childByName(hostkit::Measures::usualName);
-    if (list && !measures.isEmpty()) {
-        OruPropertiesFile::load(*list, measures, list->name(), nullptr);
-        host.changed();
-    }
 }
 
 void SceneContent::dress(HostScene& host, bool withLight)

@@ -2,7 +2,6 @@
 
 #include "hosts/mesh/Model.h"
 
-#include <QByteArray>
 #include <QString>
 
 #include <vector>
@@ -21,9 +20,8 @@ struct SceneContent
     /// Takes all models out.
     static void clear(hostkit::HostScene& host);
 
-    /// Takes all measures out; what putMeasures() puts back.
-    static QByteArray takeMeasures(hostkit::HostScene& host);
-    static void putMeasures(hostkit::HostScene& host, const QByteArray& measures);
+    /// Takes out what belongs to the models that were shown: what was measured, and cuts through them.
+    static void forget(hostkit::HostScene& host);
 
     /// What differs from the scene's own from the start: the background and, unless a state file brings its
     /// own, the light.

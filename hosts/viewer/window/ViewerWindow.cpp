@@ -3,6 +3,7 @@
 #include "hosts/viewer/window/ModelTreePanel.h"
 #include "hosts/viewer/window/PointReadout.h"
 #include "hosts/viewer/window/SceneContent.h"
+#include "hosts/viewer/window/SectionPanel.h"
 #include "hosts/widgets/PropertyPanel.h"
 #include "hosts/widgets/ViewsPanel.h"
 
@@ -50,6 +51,9 @@ QWidget* makeTree(ViewerWindow& window)
 
 const PanelRow panelRows[] = {
     {"tree", "Model", "Ctrl+Shift+M", Qt::LeftDockWidgetArea, makeTree, true},
+    {"section", "Section", "Ctrl+Shift+X", Qt::RightDockWidgetArea,
+     [](ViewerWindow& window) -> QWidget* { return new SectionPanel(window.view(), window.section()); },
+     false},
     {"properties", "Properties", "Ctrl+Shift+P", Qt::RightDockWidgetArea,
      [](ViewerWindow& window) -> QWidget* { return new hostkit::PropertyPanel(window.view()); }, false},
     {"views", "Views", "Ctrl+Shift+V", Qt::RightDockWidgetArea,
@@ -78,8 +82,9 @@ ViewerWindow::ViewerWindow()
     , selection_(*view_)
     , pointer_(*view_)
     , measure_(*view_, pointer_, selection_)
+    , section_(*view_)
     , dialogs_(new Dialogs(*view_, document_, appearance_, selection_, *this))
-    , place_{*view_, document_, appearance_, selection_, measure_, *dialogs_}
+    , place_{*view_, document_, appearance_, selection_, measure_, section_, *dialogs_}
     , actions_(nullptr)
 {
     view_->run([](hostkit::HostScene& host) {

@@ -7,6 +7,7 @@
 #include "hosts/viewer/window/MeasureTool.h"
 #include "hosts/viewer/window/MessageBar.h"
 #include "hosts/viewer/window/RecentFiles.h"
+#include "hosts/viewer/window/Section.h"
 #include "hosts/viewer/window/Selection.h"
 #include "hosts/viewer/window/ViewPointer.h"
 #include "hosts/viewer/window/ViewerActions.h"
@@ -35,6 +36,7 @@ public:
     ViewerActions& actions() { return *actions_; }
     MessageBar& messages() { return *messages_; }
     Selection& selection() { return selection_; }
+    Section& section() { return section_; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -62,6 +64,7 @@ private:
     Selection selection_;
     ViewPointer pointer_;
     MeasureTool measure_;
+    Section section_;
     RecentFiles recent_;
     Dialogs* dialogs_;
     Workplace place_;

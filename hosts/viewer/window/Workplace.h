@@ -1,9 +1,10 @@
 #pragma once
 
-class Dialogs;
 class Appearance;
+class Dialogs;
 class Document;
 class MeasureTool;
+class Section;
 class Selection;
 
 namespace hostkit {
@@ -18,5 +19,6 @@ struct Workplace
     Appearance& appearance;
     Selection& selection;
     MeasureTool& measure;
+    Section& section;
     Dialogs& dialogs;
 };
