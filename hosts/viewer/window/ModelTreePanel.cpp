@@ -81,9 +81,10 @@ void ModelTreePanel::find(const QString& words)
         const QScopedValueRollback<bool> following(following_, true);
         model_->search(words);
     }
-    if (words.isEmpty() ? model_->rowCount() <= mostExpanded
-                        : countBelow(*model_, QModelIndex()) < mostFound) {
-        tree_->expandRecursively(QModelIndex(), words.isEmpty() ? 0 : -1);
+    if (words.isEmpty() && model_->rowCount() <= mostExpanded) {
+        tree_->expandToDepth(0);
+    } else if (!words.isEmpty() && countBelow(*model_, QModelIndex()) < mostFound) {
+        tree_->expandAll();
     }
     follow();
 }

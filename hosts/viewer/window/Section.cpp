@@ -17,6 +17,13 @@ namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
+/// Whether the eye is on the negative side of a plane across an axis: the third column of a view tells how
+/// much each axis points at the eye.
+bool seenFromBelow(const Kelvar::Math::Matrix& view, int axis)
+{
+    return view(axis, 2) < 0.0f;
+}
+
 } // namespace
 
 Section::Section(hostkit::SceneWidget& view, QObject* parent)
@@ -53,10 +60,14 @@ void Section::setActive(int axis, bool active)
     double high = 0.0;
     const bool outside = range(axis, low, high) && !(position(axis) > low && position(axis) < high);
     view_.window().runAndTell([&](HostScene& host) {
+        const bool flipped = seenFromBelow(host.view(), axis);
         OruVisList& list = host.scene().render.visualizations;
         host.scene().inEditSession([&](IOruVisPropertyEdit& editor) {
             if (active && outside) {
                 editor.editValue(&list, &plane, plane.position.name(), oru::toString((low + high) / 2.0));
+            }
+            if (active && plane.flipped.value() != flipped) {
+                editor.editValue(&list, &plane, plane.flipped.name(), oru::toString(flipped));
             }
             editor.editValue(&list, &plane, plane.active.name(), oru::toString(active));
         });
