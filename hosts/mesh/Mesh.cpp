@@ -2,6 +2,7 @@
 
 #include "hosts/mesh/internal/EdgeFinder.h"
 #include "hosts/mesh/internal/MeshTopology.h"
+#include "hosts/mesh/internal/SolidCheck.h"
 
 namespace hostkit {
 
@@ -13,6 +14,15 @@ const MeshEdges& Mesh::edges() const
 const EdgeHierarchy& Mesh::edgeHierarchy() const
 {
     return edgeHierarchy_.get([this] { return EdgeHierarchy(positions, edges()); });
+}
+
+/// Threads that ask together find the same.
+bool Mesh::isSolid() const
+{
+    if (solid_ == Solid::Unknown) {
+        solid_ = closed || SolidCheck::passes(*this) ? Solid::Yes : Solid::No;
+    }
+    return solid_ == Solid::Yes;
 }
 
 } // namespace hostkit

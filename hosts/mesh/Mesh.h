@@ -8,6 +8,7 @@
 #include "hosts/mesh/TexturePoint.h"
 #include "hosts/mesh/kelvar_mesh_api.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -26,6 +27,10 @@ struct KELVAR_MESH_API Mesh : Shape
 
     /// The edges by where they are; found and kept as they are.
     const EdgeHierarchy& edgeHierarchy() const;
+
+    /// Whether it encloses a volume, so that a cut through it has a face: it is closed, or its cracks are too
+    /// small to matter. Found when first asked for and kept; threads may ask at the same time.
+    bool isSolid() const;
 
     /// One for each position, all finite, and the material has a texture; or none: it is not textured.
     std::vector<TexturePoint> texturePoints;
@@ -49,6 +54,13 @@ struct KELVAR_MESH_API Mesh : Shape
 private:
     OnDemand<MeshEdges> edges_;
     OnDemand<EdgeHierarchy> edgeHierarchy_;
+    enum class Solid : std::uint8_t
+    {
+        Unknown,
+        No,
+        Yes
+    };
+    mutable std::atomic<Solid> solid_{Solid::Unknown};
 };
 
 } // namespace hostkit

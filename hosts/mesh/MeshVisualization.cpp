@@ -226,8 +226,8 @@ void MeshVisualization::draw3d(const DrawContext& context)
 
 bool MeshVisualization::canBeCapped() const
 {
-    return visible.value() && mesh_->closed && look().opacity > 0.0f && lines() != Lines::Wireframe &&
-           mesh_->material.alpha != Material::Alpha::CutOut;
+    return visible.value() && look().opacity > 0.0f && lines() != Lines::Wireframe &&
+           mesh_->material.alpha != Material::Alpha::CutOut && mesh_->isSolid();
 }
 
 /// One that shines through is closed by a face that does not: it has no depth to look into.

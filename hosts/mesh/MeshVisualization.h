@@ -52,7 +52,7 @@ public:
     Content content() const override;
     Features features() const override;
 
-    /// Whether a section through it has a face: it is shown, closed and no wireframe.
+    /// Whether a section through it has a face: it is shown, a solid and no wireframe.
     bool canBeCapped() const;
 
     /// The color of that face.

@@ -17,7 +17,7 @@
 namespace {
 
 constexpr int sliderSteps = 1000;
-constexpr const char* axisTexts[] = {"Across &X", "Across &Y", "Across &Z"};
+constexpr const char* axisTexts[] = {"Across X", "Across Y", "Across Z"};
 
 /// So many digits tell the step of a slider.
 int decimalsFor(double extent)
