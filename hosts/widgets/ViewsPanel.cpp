@@ -5,6 +5,7 @@
 #include "hosts/host/HostScene.h"
 #include "hosts/host/SceneWindow.h"
 #include "hosts/widgets/SceneWidget.h"
+#include "hosts/widgets/internal/RenameCommand.h"
 #include "hosts/widgets/internal/ViewItem.h"
 
 #include <QAbstractItemDelegate>
@@ -203,7 +204,14 @@ int ViewsPanel::rowOf(const OruProperties* node) const
 void ViewsPanel::add()
 {
     bool added = false;
-    run([&] { return added = views_->add(views_->freeName()); });
+    run([&] {
+        const QString name = views_->freeName();
+        added = views_->add(name);
+        if (added) {
+            keep(NodeCommand::Insert, name);
+        }
+        return added;
+    });
     follow();
     if (added) {
         list_->setCurrentRow(list_->count() - 1);
@@ -215,8 +223,20 @@ void ViewsPanel::remove()
 {
     if (const ViewItem* const chosen = item(list_->currentRow())) {
         const QString name = chosen->name();
-        run([&] { return views_->remove(name); });
+        run([&] {
+            keep(NodeCommand::Remove, name);
+            return true;
+        });
         follow();
+    }
+}
+
+/// As a step that can be undone. What a step brings in is there already when it is kept.
+void ViewsPanel::keep(NodeCommand::Way way, const QString& name)
+{
+    const OruVisList& all = view_.host().scene().render.visualizations;
+    if (const OruProperties* const node = all.childByName(name)) {
+        view_.undo().edits().push(new NodeCommand(view_.window(), way, all.path(), *node));
     }
 }
 
@@ -248,6 +268,10 @@ void ViewsPanel::rename(int row)
     bool renamed = text == name;
     if (!renamed) {
         run([&] { return renamed = views_->rename(name, text); });
+        if (renamed) {
+            const QString list = view_.host().scene().render.visualizations.path();
+            view_.undo().edits().push(new RenameCommand(view_.window(), list, name, text));
+        }
     }
     tell(renamed ? QString() : refusal(text));
     ViewItem* const shown = item(row);

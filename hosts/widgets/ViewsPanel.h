@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/host/SceneViews.h"
+#include "hosts/widgets/NodeCommand.h"
 #include "hosts/widgets/kelvar_widgets_api.h"
 
 #include <QString>
@@ -27,8 +28,9 @@ class ViewItem;
 ///     views.setWidget(new ViewsPanel(view));
 ///
 /// A double click or Enter goes to a view, F2 or a click on the chosen one renames it, Del deletes it; the
-/// buttons add one, delete, and step to the previous and the next. Going to a view is a step of the view's
-/// undo stack of views. The list follows the tree, so the views of a file that is loaded appear.
+/// buttons add one, delete, and step to the previous and the next. What is added, renamed and deleted is a
+/// step of the view's undo stack of edits, going to a view one of that of views. The list follows the tree,
+/// so the views of a file that is loaded appear.
 ///
 /// A picture is made when its view appears or changes, and again when the view is gone to; it shows the
 /// objects as they were then.
@@ -50,7 +52,7 @@ public Q_SLOTS:
     /// Keeps the view that is shown, under a name that is free, which is then ready to be typed over.
     void add();
 
-    /// Deletes the chosen view. This cannot be undone.
+    /// Deletes the chosen view.
     void remove();
 
     void showNext();
@@ -67,6 +69,7 @@ private:
     int rowOf(const OruProperties* node) const;
     void show(const QString& name);
     void rename(int row);
+    void keep(NodeCommand::Way way, const QString& name);
     void tell(const QString& reason);
     void takePicture();
 

@@ -19,6 +19,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <random>
@@ -178,6 +179,44 @@ TEST_F(Section, ClosesACutWithTheColorOfItsPart)
     const Vector3 gone = Vector3(0.05f, 0, 0).project(ctx.modelView, ctx.projection, ctx.viewport.data());
     EXPECT_GT(static_cast<double>(gone.z), pickAt(static_cast<int>(gone.x), static_cast<int>(gone.y)).depth)
         << "the other side stays";
+}
+
+TEST(SolidMeshes, AreThoseThatEncloseAVolumeCracksAside)
+{
+    const auto without = [](std::vector<std::size_t> faces) {
+        MeshSource cube = cubeSource();
+        std::sort(faces.rbegin(), faces.rend());
+        for (const std::size_t triangle : faces) {
+            const auto at = cube.indices.begin() + static_cast<std::ptrdiff_t>(3 * triangle);
+            cube.indices.erase(at, at + 3);
+        }
+        return cube;
+    };
+    const auto cracked = [] {
+        MeshSource ball = sourceOf(bumpySphere(20000, 2.0f));
+        for (std::size_t triangle = 0; triangle < 20; ++triangle) {
+            ball.indices.erase(ball.indices.begin() + static_cast<std::ptrdiff_t>(900 * triangle),
+                               ball.indices.begin() + static_cast<std::ptrdiff_t>(900 * triangle + 3));
+        }
+        return ball;
+    };
+    const struct
+    {
+        const char* what;
+        MeshSource source;
+        bool solid;
+    } rows[] = {
+        {"a cube", cubeSource(), true},
+        {"a cube far away", cubeSource(Vector3(500, 0, -300)), true},
+        {"without a triangle", without({0}), false},
+        {"without a face", without({0, 1}), false},
+        {"without two faces that face each other", without({0, 1, 2, 3}), false},
+        {"a face alone", without({2, 3, 4, 5, 6, 7, 8, 9, 10, 11}), false},
+        {"a ball with cracks", cracked(), true},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(built(row.source)->isSolid(), row.solid) << row.what;
+    }
 }
 
 TEST_F(Section, IsInPicturesAsInTheWindow)

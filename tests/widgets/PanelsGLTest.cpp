@@ -244,6 +244,16 @@ TEST_F(PanelsGL, KeepViewsAndStepThroughThem)
     EXPECT_EQ(kept.status(), "");
     act(at(0) + " click 1 key Delete");
     EXPECT_EQ(listed(), QStringList("side"));
+
+    const QStringList before[] = {{"iso", "side"}, {"iso", "View 2"}};
+    for (const QStringList& wanted : before) {
+        edits.undo();
+        EXPECT_TRUE(await([&] { return listed() == wanted; })) << edits.redoText().toStdString();
+    }
+    edits.setIndex(0);
+    EXPECT_TRUE(await([&] { return listed().isEmpty(); }));
+    edits.setIndex(edits.count());
+    EXPECT_TRUE(await([&] { return listed() == QStringList("side"); }));
 }
 
 TEST_F(PanelsGL, FollowATreeThatIsLoadedAndASceneThatIsMadeAnew)

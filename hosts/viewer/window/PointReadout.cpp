@@ -7,9 +7,16 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
-constexpr int digits = 6;
+/// So many digits behind the point tell a hundred thousandth of that extent.
+int decimalsFor(float extent)
+{
+    return std::clamp(4 - static_cast<int>(std::floor(std::log10(std::max(extent, 1e-9f)))), 0, 12);
+}
 
 /// The model that a part belongs to; null: to none.
 const hostkit::ModelList* modelOf(const OruProperties* node)
@@ -53,13 +60,15 @@ void PointReadout::tell(const ViewPointer::Target& target)
         return;
     }
     const hostkit::Origin origin = model->origin();
+    const Kelvar::Math::BoundingBox box = model->bounds();
+    const int decimals = box.defined() ? decimalsFor((box.max() - box.min()).length()) : 0;
     const float at[] = {target.point.x, target.point.y, target.point.z};
     QString text = target.object->name() + QStringLiteral("  ");
     for (int axis = 0; axis < 3; ++axis) {
-        text +=
-            QStringLiteral("  %1 %2")
-                .arg(QLatin1Char("xyz"[axis]))
-                .arg(origin[static_cast<std::size_t>(axis)] + static_cast<double>(at[axis]), 0, 'g', digits);
+        text += QStringLiteral("  %1 %2")
+                    .arg(QLatin1Char("xyz"[axis]))
+                    .arg(origin[static_cast<std::size_t>(axis)] + static_cast<double>(at[axis]), 0, 'f',
+                         decimals);
     }
     QString unit;
     model->getValue(QStringLiteral("unit"), unit, QString());
