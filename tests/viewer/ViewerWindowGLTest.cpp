@@ -3,6 +3,7 @@
 #include "hosts/mesh/MeshVisualization.h"
 #include "hosts/viewer/window/HelpDialog.h"
 #include "hosts/viewer/window/PictureDialog.h"
+#include "hosts/viewer/window/SectionPanel.h"
 #include "tests/hosts/Models.h"
 #include "tests/viewer/WindowFixture.h"
 
@@ -16,7 +17,9 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QSet>
+#include <QSlider>
 #include <QSpinBox>
+#include <QStyle>
 #include <QTimer>
 #include <QUrl>
 
@@ -236,6 +239,40 @@ TEST_F(ViewerWindowTest, SavesThePictureThatTheDialogAsksFor)
     EXPECT_EQ(QImage(picture).size(), QSize(320, 200));
     keys("ctrl+shift+c");
     EXPECT_TRUE(await([&] { return !QApplication::clipboard()->image().isNull(); }));
+}
+
+TEST_F(ViewerWindowTest, CutsWithASliderInOneStep)
+{
+    open({engineFile()});
+    show();
+    keys("ctrl+shift+x");
+    keys("alt+y");
+    Section& section = window.section();
+    ASSERT_TRUE(section.isActive(1));
+    EXPECT_TRUE(section.isFlipped(1)) << "what lies towards the eye goes";
+    const double before = section.position(1);
+    const int steps = window.view().undo().edits().index();
+
+    QSlider& slider = window.findChild<SectionPanel*>()->slider(1);
+    const QPoint from = slider.mapToGlobal(QPoint(slider.width() / 2, slider.height() / 2));
+    ASSERT_TRUE(await([&] { return slider.isEnabled() && slider.value() > 0; }));
+    const int handle = QStyle::sliderPositionFromValue(slider.minimum(), slider.maximum(), slider.value(),
+                                                       slider.width() - 12) +
+                       6;
+    const QPoint at = slider.mapToGlobal(QPoint(handle, slider.height() / 2));
+    kelvartest::WidgetsFixture::act(QStringLiteral("mousemove %1 %2 mousedown 1 mousemove %3 %2 sleep 0.1 "
+                                                   "mousemove %4 %2 sleep 0.1 mouseup 1")
+                                        .arg(at.x())
+                                        .arg(from.y())
+                                        .arg(at.x() + 15)
+                                        .arg(at.x() + 40));
+    EXPECT_TRUE(await([&] { return section.position(1) > before + 10.0; })) << section.position(1);
+    EXPECT_EQ(window.view().undo().edits().index(), steps + 1);
+    keys("ctrl+z");
+    EXPECT_EQ(section.position(1), before);
+    keys("alt+c");
+    EXPECT_FALSE(section.anyActive());
+    kelvartest::WidgetsFixture::keepScreenshot("section.png");
 }
 
 TEST_F(ViewerWindowTest, DrawsNothingAtRest)
