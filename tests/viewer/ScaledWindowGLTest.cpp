@@ -11,7 +11,8 @@
 
 namespace {
 
-/// Selects what is in the view, cuts the model open, shows edges and closes the window, which saves its state.
+/// Selects what is in the view, cuts the model open, shows edges and closes the window, which saves its
+/// state.
 const char* const hands = R"(
 "$V" "$MODEL" --size 900x600 --save-state "$STATE" & viewer=$!
 until window=$(xdotool search --onlyvisible --name "Engine.*Kelvar View"); do sleep 0.02; done

@@ -105,7 +105,16 @@ ViewerWindow::ViewerWindow()
     restoreLayout();
 }
 
-ViewerWindow::~ViewerWindow() = default;
+/// The view outlives what works on it, and tells of its end.
+ViewerWindow::~ViewerWindow()
+{
+    hostkit::UndoEditor& undo = view_->undo();
+    for (QObject* const teller :
+         {static_cast<QObject*>(&view_->window()), static_cast<QObject*>(&undo.edits()),
+          static_cast<QObject*>(&undo.views())}) {
+        teller->disconnect(this);
+    }
+}
 
 void ViewerWindow::makeCenter()
 {
