@@ -105,7 +105,11 @@ ViewerWindow::ViewerWindow()
     restoreLayout();
 }
 
-ViewerWindow::~ViewerWindow() = default;
+/// The stacks tell of their end, which comes behind that of the members.
+ViewerWindow::~ViewerWindow()
+{
+    view_->undo().clear();
+}
 
 void ViewerWindow::makeCenter()
 {
