@@ -33,13 +33,13 @@ constexpr int shownPixels = 3;
 /// So many of the best are asked whether they show.
 constexpr std::size_t mostTries = 8;
 
-constexpr double stepsPerPixel = 4.0;
+/// Nobody can tell places in the window apart that are nearer to each other: the front one is meant.
+constexpr double samePlace = 0.5;
 
 struct Candidate
 {
     SnapFinder::Kind kind;
-    /// From the middle of the pixel that was asked about, in steps of a pixel that nobody can tell apart:
-    /// what lies behind each other is equally far then.
+    /// From the middle of the pixel that was asked about, in pixels.
     double distance;
     /// In the window, and in the scene.
     Point window;
@@ -107,7 +107,7 @@ private:
         const Point window = map_.windowOf(point);
         const double distance = std::hypot(window[0] - x_, window[1] - y_);
         if (distance <= reach_) {
-            found_.push_back({kind, std::floor(distance * stepsPerPixel), window, point});
+            found_.push_back({kind, distance, window, point});
         }
     }
 
@@ -141,6 +141,19 @@ std::vector<Candidate> candidatesOf(const PartVisualization& part, NearQuery que
     return query.found();
 }
 
+/// The nearest to the eye of those at the same place in the window.
+const Candidate& frontOf(const std::vector<Candidate>& all, const Candidate& found)
+{
+    const Candidate* front = &found;
+    for (const Candidate& each : all) {
+        const double apart = std::hypot(each.window[0] - found.window[0], each.window[1] - found.window[1]);
+        if (each.kind == found.kind && apart < samePlace && each.window[2] < front->window[2]) {
+            front = &each;
+        }
+    }
+    return *front;
+}
+
 } // namespace
 
 SnapFinder::SnapFinder(const PartView& view, double reach, const DepthAt& depthAt)
@@ -168,7 +181,7 @@ SnapFinder::Snap SnapFinder::find(const PartVisualization& part, const QPoint& p
     std::vector<Candidate> found = candidatesOf(part, NearQuery(part, view_, pixel, reach_));
     const double perPixel = depthPerPixel();
     const auto behind = [&](const Candidate& each) {
-        const double beside = each.distance / stepsPerPixel + shownPixels;
+        const double beside = each.distance + shownPixels;
         return each.window[2] > depth + steepest * beside * perPixel;
     };
     found.erase(std::remove_if(found.begin(), found.end(), behind), found.end());
@@ -178,7 +191,7 @@ SnapFinder::Snap SnapFinder::find(const PartVisualization& part, const QPoint& p
     const auto best =
         std::find_if(found.begin(), end, [this](const Candidate& each) { return shows(each.window); });
     if (best != end) {
-        return {best->point, best->kind};
+        return {frontOf(found, *best).point, best->kind};
     }
     const WindowMap map(DoubleMatrix(view_.modelView) * DoubleMatrix(view_.projection), view_.viewport);
     return {map.placeOf({pixel.x() + 0.5, pixel.y() + 0.5, depthAt_(pixel, 1).value_or(depth)}), Kind::Face};

@@ -19,7 +19,7 @@ class PartVisualization;
 /// Corners are the ends of edges, of lines, and points. Edges of a surface are those that bend as the part's
 /// `edgeAngle` wants it. What lies behind something else, or is not shown where it would be, is passed over.
 ///
-/// The first question to a mesh finds its edges, a tenth of a second for a million triangles; further ones
+/// The first question to a mesh finds its edges, a fifth of a second for a million triangles; further ones
 /// look at what is near the pixel alone.
 class KELVAR_MESH_API SnapFinder
 {

@@ -185,7 +185,7 @@ const Matrix slanting =
 
 TEST_F(MeasuresGLTest, APixelMeansTheCornerOrTheEdgeNearByElseThePlaceOnTheSurface)
 {
-    const PartVisualization& cube = add(cubeSource());
+    PartVisualization& cube = add(cubeSource());
     const SnapRow rows[] = {
         {"on a corner", {1, 1, 1}, {0, -1}, Kind::Vertex, {1, 1, 1}, 1e-9},
         {"near a corner", {1, 1, 1}, {-4, -5}, Kind::Vertex, {1, 1, 1}, 1e-9},
@@ -203,12 +203,26 @@ TEST_F(MeasuresGLTest, APixelMeansTheCornerOrTheEdgeNearByElseThePlaceOnTheSurfa
         EXPECT_LE(apart(found.point, row.point), row.tolerance)
             << row.name << ": " << found.point[0] << ' ' << found.point[1] << ' ' << found.point[2];
     }
+    cube.setValue("edgeAngle", "120"); // none bends as much
+    EXPECT_EQ(snap(cube, pixelOf({1, 1, 1}) - QPoint(4, 5)).kind, Kind::Face);
 }
 
 TEST_F(MeasuresGLTest, OfCornersBehindEachOtherTheNearOneIsMeantAndWhatIsCoveredIsPassedOver)
 {
     const PartVisualization& back = add(cubeSource());
     EXPECT_EQ(snap(back, pixelOf({1, 1, 0}) - QPoint(2, 2)).point, (Point{1, 1, 1}));
+
+    // A plate of a few pixels whose far corner lies a fraction of a pixel nearer to the pointer.
+    const QString thin = QStringLiteral("1 0 0 0 0 1 0 0 0 0 0.05 0 0 0 0 1");
+    list["cube"]->childByName("cube")->setValue("offset", thin);
+    for (const float degrees : {-2.0f, 2.0f}) {
+        look(Matrix::rotate(Kelvar::Math::VectorY, degrees));
+        const SnapFinder::Snap found = snap(back, pixelOf({1, 1, 0.05f}) - QPoint(4, 0));
+        EXPECT_EQ(found.kind, Kind::Vertex) << degrees;
+        EXPECT_GT(found.point[2], 0.0) << degrees;
+    }
+    list["cube"]->childByName("cube")->setValue("offset", "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1");
+    look(Matrix());
 
     MeshSource cover = cubeSource(Vector3(2.1f, 0.0f, 3.0f));
     cover.name = QStringLiteral("cover");
@@ -330,8 +344,9 @@ TEST_F(MeasuresGLTest, TheLabelFollowsTheViewAndStaysSharpInPictures)
     look(Matrix::translate(Vector3(0.4f, -1, 0)));
     EXPECT_EQ(labelIn(frame()), first.translated(20, 50));
 
+    look(Matrix::translate(Vector3(0.41f, -1.01f, 0))); // half a pixel on
     PictureOptions options;
-    const QRect label = first.translated(20, 50).adjusted(4, 4, -4, -4);
+    const QRect label = labelIn(frame()).adjusted(4, 4, -4, -4);
     options.samples = 1;
     const QImage plain = host->picture(gl.size(), options);
     options.samples = 8;

@@ -80,8 +80,10 @@ MeasureTool::MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, const
     connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, [this] { from_.reset(); });
 }
 
+/// Who listens may be half gone by now.
 MeasureTool::~MeasureTool()
 {
+    blockSignals(true);
     setOn(false);
 }
 

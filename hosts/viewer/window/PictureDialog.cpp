@@ -64,7 +64,9 @@ PictureDialog::PictureDialog(const QSize& size, const QString& file, QWidget* pa
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* const form = new QFormLayout(this);
-    form->addRow(tr("&File"), beside(file_, choose));
+    auto* const fileLabel = new QLabel(tr("&File"));
+    fileLabel->setBuddy(file_);
+    form->addRow(fileLabel, beside(file_, choose));
     form->addRow(tr("&Width"), width_);
     form->addRow(tr("&Height"), height_);
     form->addRow(tr("&Samples of a pixel"), samples_);
