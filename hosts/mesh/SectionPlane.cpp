@@ -21,7 +21,6 @@ namespace hostkit {
 namespace {
 
 using Kelvar::Math::BoundingBox;
-using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
 constexpr const char* axisNames[] = {"x", "y", "z"};

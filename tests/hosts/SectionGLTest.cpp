@@ -135,13 +135,16 @@ TEST_F(Section, ShowsWhatItPicks)
         host.setView(Matrix::rotate(Vector3(0, 0, 1), angle(random)) *
                      Matrix::rotate(Vector3(1, 0.3f, 0).normalized(), angle(random)) * Matrix::scale(0.25f));
         const QImage frame = drawn();
-        std::vector<float> depths(static_cast<std::size_t>(size.width() * size.height()));
+        std::vector<float> depths(static_cast<std::size_t>(size.width()) *
+                                  static_cast<std::size_t>(size.height()));
         glReadPixels(0, 0, size.width(), size.height(), GL_DEPTH_COMPONENT, GL_FLOAT, depths.data());
         int wrong = 0;
         for (int y = 3; y < size.height(); y += 7) {
             for (int x = 3; x < size.width(); x += 7) {
                 const Hit hit = pickAt(x, y);
-                const float depth = depths[static_cast<std::size_t>(y * size.width() + x)];
+                const float depth =
+                    depths[static_cast<std::size_t>(y) * static_cast<std::size_t>(size.width()) +
+                           static_cast<std::size_t>(x)];
                 const std::string seen = partOf(frame.pixel(x, size.height() - 1 - y));
                 wrong += seen != hit.name;
                 wrong += !hit.name.empty() && std::abs(hit.depth - static_cast<double>(depth)) > 2e-3;

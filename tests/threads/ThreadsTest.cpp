@@ -131,6 +131,7 @@ TEST(Threads, ScenesInThreadsOfTheirOwnKeepOutOfEachOthersWay)
     std::vector<std::vector<QImage>> seen(3);
     std::atomic<int> living{3};
     std::vector<std::thread> threads;
+    threads.reserve(seen.size());
     for (std::vector<QImage>& images : seen) {
         threads.emplace_back([&images, &living] {
             const OffscreenContext context;

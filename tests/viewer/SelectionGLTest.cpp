@@ -271,8 +271,9 @@ TEST_F(SelectionTest, OfManyPartsCostsNoMoreThanALookAtEach)
         EXPECT_TRUE(model.open(QIODevice::WriteOnly));
         QTextStream out(&model);
         for (int i = 0; i < count; ++i) {
+            const int row = i / 50;
             writeCube(out, QStringLiteral("part%1").arg(i), 2.0f * static_cast<float>(i % 50), 0,
-                      2.0f * static_cast<float>(i / 50), i);
+                      2.0f * static_cast<float>(row), i);
         }
         out.flush();
         model.close();

@@ -43,7 +43,7 @@ void WindowFixture::show()
 
 QString WindowFixture::copied(const QString& model, const QString& name)
 {
-    const QString copy = folder.filePath(name);
+    QString copy = folder.filePath(name);
     QFile::remove(copy);
     EXPECT_TRUE(QFile::copy(model, copy)) << model.toStdString();
     return copy;

@@ -37,8 +37,8 @@ struct PanelRow
     const char* name;
     const char* title;
     const char* keys;
-    Qt::DockWidgetArea area;
     QWidget* (*make)(ViewerWindow& window);
+    Qt::DockWidgetArea area;
     bool shown;
 };
 
@@ -50,14 +50,16 @@ QWidget* makeTree(ViewerWindow& window)
 }
 
 const PanelRow panelRows[] = {
-    {"tree", "Model", "Ctrl+Shift+M", Qt::LeftDockWidgetArea, makeTree, true},
-    {"section", "Section", "Ctrl+Shift+X", Qt::RightDockWidgetArea,
+    {"tree", "Model", "Ctrl+Shift+M", makeTree, Qt::LeftDockWidgetArea, true},
+    {"section", "Section", "Ctrl+Shift+X",
      [](ViewerWindow& window) -> QWidget* { return new SectionPanel(window.view(), window.section()); },
-     false},
-    {"properties", "Properties", "Ctrl+Shift+P", Qt::RightDockWidgetArea,
-     [](ViewerWindow& window) -> QWidget* { return new hostkit::PropertyPanel(window.view()); }, false},
-    {"views", "Views", "Ctrl+Shift+V", Qt::RightDockWidgetArea,
-     [](ViewerWindow& window) -> QWidget* { return new hostkit::ViewsPanel(window.view()); }, false},
+     Qt::RightDockWidgetArea, false},
+    {"properties", "Properties", "Ctrl+Shift+P",
+     [](ViewerWindow& window) -> QWidget* { return new hostkit::PropertyPanel(window.view()); },
+     Qt::RightDockWidgetArea, false},
+    {"views", "Views", "Ctrl+Shift+V",
+     [](ViewerWindow& window) -> QWidget* { return new hostkit::ViewsPanel(window.view()); },
+     Qt::RightDockWidgetArea, false},
 };
 
 QStringList filesOf(const QMimeData& data)
