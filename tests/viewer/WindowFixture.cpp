@@ -22,6 +22,11 @@ std::string firstDifference(const QByteArray& text, const QByteArray& other)
     return shown(line, lines.end()) + "\n" + shown(otherLine, others.end());
 }
 
+WindowFixture::NoSettings::NoSettings()
+{
+    QSettings().clear();
+}
+
 WindowFixture::WindowFixture()
 {
     window.setGeometry(0, 0, 1000, 700);

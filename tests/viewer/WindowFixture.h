@@ -46,6 +46,13 @@ struct WindowFixture : testing::Test
 
     static bool await(const std::function<bool()>& question) { return WidgetsFixture::await(question); }
 
+    /// Ahead of the window: what an earlier test has left in the settings goes.
+    struct NoSettings
+    {
+        NoSettings();
+    };
+
+    NoSettings noSettings;
     QTemporaryDir folder;
     ViewerWindow window;
 };

@@ -7,6 +7,7 @@
 #include "hosts/widgets/PropertyPanel.h"
 #include "hosts/widgets/ViewsPanel.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -151,6 +152,8 @@ void ViewerWindow::makePanels()
         }
         dock->setVisible(row.shown);
         dock->toggleViewAction()->setShortcut(QKeySequence(QString::fromLatin1(row.keys)));
+        // Not behind the others of its place.
+        connect(dock->toggleViewAction(), &QAction::triggered, dock, &QWidget::raise);
         menu->addAction(dock->toggleViewAction());
         before = dock;
     }
