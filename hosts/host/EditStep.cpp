@@ -78,19 +78,23 @@ void set(OruProperties& root, const EditStep::Change& change, const QString& val
 
 void EditStep::add(const Change& change)
 {
-    for (Change& known : changes_) {
-        if (known.path == change.path && known.key == change.key) {
-            known.after = change.after;
-            return;
-        }
+    const auto known = places_.constFind({change.path, change.key});
+    if (known != places_.constEnd()) {
+        changes_[*known].after = change.after;
+    } else {
+        places_.insert({change.path, change.key}, changes_.size());
+        changes_.push_back(change);
     }
-    changes_.push_back(change);
 }
 
 void EditStep::settle()
 {
     const auto idle = [](const Change& change) { return change.before == change.after; };
     changes_.erase(std::remove_if(changes_.begin(), changes_.end(), idle), changes_.end());
+    places_.clear();
+    for (std::size_t i = 0; i < changes_.size(); ++i) {
+        places_.insert({changes_[i].path, changes_[i].key}, i);
+    }
 }
 
 QString EditStep::name() const

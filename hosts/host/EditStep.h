@@ -2,6 +2,8 @@
 
 #include "hosts/host/kelvar_host_api.h"
 
+#include <QHash>
+#include <QPair>
 #include <QString>
 
 #include <vector>
@@ -43,6 +45,8 @@ public:
 
 private:
     std::vector<Change> changes_;
+    /// Where among them, by path and key: a step may change a property of each of 100,000 parts.
+    QHash<QPair<QString, QString>, std::size_t> places_;
 };
 
 } // namespace hostkit

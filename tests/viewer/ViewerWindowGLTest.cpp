@@ -39,6 +39,14 @@ Kelvar::Math::Vector3 eyeOf(hostkit::SceneWidget& view)
     return eye.normalized();
 }
 
+/// Lets so many milliseconds pass.
+void pass(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    kelvartest::WindowFixture::await([&] { return clock.elapsed() > milliseconds; });
+}
+
 /// Runs `answer` with the dialog of that class once it is open.
 template <typename Dialog>
 void answerWith(const std::function<void(Dialog&)>& answer)
@@ -180,8 +188,10 @@ TEST_F(ViewerWindowTest, KeepsChangesAndViewWhenAFileChangesOnDisk)
     QByteArray text = file.readAll();
     const auto body = text.indexOf("end_header") + 11;
     text = text.left(body) + text.mid(body).replace("\n1 ", "\n3 ");
-    file.resize(0);
-    file.seek(0);
+    file.remove(); // as programs do that put a new file in the place of the old one
+    pass(500);
+    EXPECT_EQ(window.messages().text(), QString());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(text);
     file.close();
 
@@ -281,8 +291,6 @@ TEST_F(ViewerWindowTest, DrawsNothingAtRest)
     show();
     int frames = 0;
     QObject::connect(&window.view().window(), &hostkit::SceneWindow::frameDrawn, [&] { ++frames; });
-    QElapsedTimer clock;
-    clock.start();
-    await([&] { return clock.elapsed() > 500; });
+    pass(500);
     EXPECT_EQ(frames, 0);
 }

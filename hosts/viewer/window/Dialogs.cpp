@@ -82,7 +82,11 @@ void Dialogs::savePicture()
     if (!view_.window().hasScene()) {
         return;
     }
-    PictureDialog dialog(viewSize(), suggested(QStringLiteral(".png")), &window_);
+    QString free = suggested(QStringLiteral(".png"));
+    for (int number = 2; QFileInfo::exists(free); ++number) {
+        free = suggested(QStringLiteral("-%1.png").arg(number));
+    }
+    PictureDialog dialog(viewSize(), free, &window_);
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }

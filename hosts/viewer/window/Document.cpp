@@ -7,8 +7,11 @@
 #include "hosts/viewer/window/StateFile.h"
 #include "hosts/widgets/SceneWidget.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <stdexcept>
@@ -23,6 +26,9 @@ constexpr int pollMilliseconds = 20;
 
 /// A program that writes a file does it in several steps.
 constexpr int restMilliseconds = 300;
+
+/// A file that stays away for so many of these is gone.
+constexpr int mostRests = 20;
 
 QStringList absolute(const QStringList& files)
 {
@@ -51,8 +57,11 @@ Document::Document(hostkit::SceneWidget& view, QObject* parent)
     connect(&poll_, &QTimer::timeout, this, [this] { look(); });
     rest_.setSingleShot(true);
     rest_.setInterval(restMilliseconds);
-    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this] { rest_.start(); });
-    connect(&rest_, &QTimer::timeout, this, [this] { reload(); });
+    connect(&watcher_, &QFileSystemWatcher::fileChanged, this, [this] {
+        patience_ = mostRests;
+        rest_.start();
+    });
+    connect(&rest_, &QTimer::timeout, this, [this] { reloadAtRest(); });
 }
 
 Document::~Document() = default;
@@ -72,11 +81,14 @@ void Document::openState(const QString& file)
         Q_EMIT failed(error);
         return;
     }
-    const Action load = [file](HostScene& host) {
+    QFile source(file);
+    const QByteArray text = source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
+    const Action load = [file, text](HostScene& host) {
         QString reason;
-        if (!host.load(file, &reason)) {
+        if (!OruPropertiesFile::load(host.scene(), text, file, &reason)) {
             throw std::runtime_error(reason.toStdString());
         }
+        host.changed();
     };
     open(models, load, load);
 }
@@ -90,10 +102,24 @@ void Document::openAny(const QStringList& files)
     }
 }
 
+/// What is being opened will take the place of these anyway.
 void Document::reload()
 {
-    if (!files_.isEmpty()) {
+    const bool opening = loading() && show_ == &Document::showNew;
+    if (!files_.isEmpty() && !opening) {
         start(files_, &Document::showAgain);
+    }
+}
+
+/// Many programs take a file away before they put the new one in its place.
+void Document::reloadAtRest()
+{
+    const bool there = std::all_of(files_.begin(), files_.end(),
+                                   [](const QString& file) { return QFileInfo::exists(file); });
+    if (there || --patience_ == 0) {
+        reload();
+    } else {
+        rest_.start();
     }
 }
 
@@ -129,6 +155,7 @@ void Document::look()
     } catch (const std::exception& error) {
         Q_EMIT failed(QString::fromUtf8(error.what()));
     }
+    watch();
     Q_EMIT progressed(QString(), 1.0);
 }
 
@@ -143,7 +170,6 @@ void Document::show()
     (this->*show_)(shared);
     files_ = coming_;
     models_ = shared;
-    watch();
     Q_EMIT opened();
     tellNotes(*shared);
 }
@@ -157,6 +183,7 @@ void Document::fill(const Models& models)
             SceneContent::add(host, *models);
         }
     });
+    Q_EMIT replaced();
 }
 
 /// What was there comes back, to the last value, if the new content cannot be set up.
@@ -164,13 +191,13 @@ void Document::showNew(const Models& models)
 {
     QByteArray before;
     view_.run([&](HostScene& host) {
-        before = setUp_ ? OruPropertiesFile::text(host.scene()) : QByteArray();
+        before = OruPropertiesFile::text(host.scene());
         SceneContent::forget(host);
         return true;
     });
-    fill(models);
     try {
-        view_.run([&](HostScene& host) {
+        fill(models);
+        view_.run([this](HostScene& host) {
             if (setUp_) {
                 setUp_(host);
             } else {
@@ -179,35 +206,47 @@ void Document::showNew(const Models& models)
             return true;
         });
     } catch (...) {
-        fill(models_);
-        view_.run([&](HostScene& host) {
-            SceneContent::forget(host);
-            OruPropertiesFile::load(host.scene(), before, QStringLiteral("the former content"), nullptr);
-            host.changed();
-            return true;
-        });
+        putBack(before);
         throw;
     }
     setUpAgain_ = comingSetUpAgain_;
     view_.undo().clear();
 }
 
-/// What was changed is taken back in the former content and made again in the new one.
+void Document::putBack(const QByteArray& tree)
+{
+    fill(models_);
+    view_.run([&](HostScene& host) {
+        SceneContent::forget(host);
+        OruPropertiesFile::load(host.scene(), tree, QStringLiteral("the former content"), nullptr);
+        host.changed();
+        return true;
+    });
+}
+
+/// What was changed is taken back in the former content and made again in the new one, or, where that cannot
+/// be set up, in the former one.
 void Document::showAgain(const Models& models)
 {
     QUndoStack& edits = view_.undo().edits();
     const int made = edits.index();
     edits.setIndex(0);
-    view_.run([&](HostScene& host) {
-        const Kelvar::Math::Matrix shown = host.view();
-        fill(models);
-        if (setUpAgain_) {
-            setUpAgain_(host);
-        }
-        host.setView(shown);
-        return true;
-    });
-    edits.setIndex(made);
+    const auto makeAgain = qScopeGuard([&] { edits.setIndex(made); });
+    const QByteArray before = OruPropertiesFile::text(view_.host().scene());
+    try {
+        view_.run([&](HostScene& host) {
+            const Kelvar::Math::Matrix shown = host.view();
+            fill(models);
+            if (setUpAgain_) {
+                setUpAgain_(host);
+            }
+            host.setView(shown);
+            return true;
+        });
+    } catch (...) {
+        putBack(before);
+        throw;
+    }
 }
 
 void Document::tellNotes(const std::vector<Model>& models)

@@ -60,8 +60,11 @@ Q_SIGNALS:
     /// Loading has begun, goes on, or has ended: see loading(). `share` is 0 to 1.
     void progressed(const QString& what, double share);
 
-    /// Another content is shown.
+    /// The files are shown.
     void opened();
+
+    /// The nodes of the models are others than before.
+    void replaced();
 
     /// Something could not be done, and why.
     void failed(const QString& reason);
@@ -81,8 +84,10 @@ private:
     void showNew(const Models& models);
     void showAgain(const Models& models);
     void fill(const Models& models);
+    void putBack(const QByteArray& tree);
     void tellNotes(const std::vector<hostkit::Model>& models);
     void watch();
+    void reloadAtRest();
 
     hostkit::SceneWidget& view_;
     /// Null: nothing is being loaded.
@@ -99,4 +104,5 @@ private:
     QFileSystemWatcher watcher_;
     /// Runs out when a file that changes has come to rest.
     QTimer rest_;
+    int patience_ = 0;
 };

@@ -77,7 +77,16 @@ MeasureTool::MeasureTool(hostkit::SceneWidget& view, ViewPointer& pointer, const
             show(std::nullopt);
         }
     });
-    connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, [this] { from_.reset(); });
+    connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, &MeasureTool::forget);
+}
+
+void MeasureTool::forget()
+{
+    from_.reset();
+    show(std::nullopt);
+    if (on_) {
+        tellNext();
+    }
 }
 
 /// Who listens may be half gone by now.

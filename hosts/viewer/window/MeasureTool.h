@@ -43,6 +43,9 @@ public:
     /// Takes the first point back, and switches the tool off where there is none.
     void back();
 
+    /// Forgets the first point: it belonged to models that are gone.
+    void forget();
+
     /// How many measures the scene has.
     unsigned int count() const;
 

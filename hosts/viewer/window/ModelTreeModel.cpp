@@ -32,6 +32,14 @@ ModelTreeModel::ModelTreeModel(hostkit::SceneWidget& view, QObject* parent)
 
 ModelTreeModel::~ModelTreeModel() = default;
 
+void ModelTreeModel::note(const Row& row)
+{
+    for (const auto& below : row.rows) {
+        found_.insert(below->node.get(), below.get());
+        note(*below);
+    }
+}
+
 void ModelTreeModel::add(Row& above, std::unique_ptr<Row> row)
 {
     row->above = &above;
@@ -71,6 +79,7 @@ void ModelTreeModel::search(const QString& words)
 {
     beginResetModel();
     words_ = words.trimmed();
+    found_.clear();
     top_ = std::make_unique<Row>();
     top_->fetched = true;
     if (view_.window().hasScene()) {
@@ -83,6 +92,7 @@ void ModelTreeModel::search(const QString& words)
             }
         }
     }
+    note(*top_);
     endResetModel();
 }
 
@@ -134,12 +144,8 @@ QModelIndex ModelTreeModel::find(const OruProperties& node)
         rows[static_cast<std::size_t>(place)]->node.get() == &node) {
         return indexOf(*rows[static_cast<std::size_t>(place)]);
     }
-    for (const auto& row : rows) {
-        if (row->node.get() == &node) {
-            return indexOf(*row);
-        }
-    }
-    return {};
+    const Row* const found = found_.value(&node);
+    return found && found->node.get() == &node ? indexOf(*found) : QModelIndex();
 }
 
 QModelIndex ModelTreeModel::index(int row, int column, const QModelIndex& parent) const

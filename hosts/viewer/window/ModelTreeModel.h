@@ -84,6 +84,7 @@ private:
         std::vector<std::unique_ptr<Row>> rows;
     };
 
+    void note(const Row& row);
     static void add(Row& above, std::unique_ptr<Row> row);
     std::unique_ptr<Row> made(OruProperties& node) const;
     std::unique_ptr<Row> matching(OruProperties& node) const;
@@ -94,4 +95,6 @@ private:
     hostkit::SceneWidget& view_;
     QString words_;
     std::unique_ptr<Row> top_;
+    /// The rows that a search has found, by their nodes: these have other places than the nodes.
+    QHash<const OruProperties*, const Row*> found_;
 };

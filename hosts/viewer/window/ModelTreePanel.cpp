@@ -12,6 +12,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 #include <unordered_set>
 
 namespace {
@@ -21,6 +22,12 @@ constexpr int mostExpanded = 8;
 
 /// So many rows that were found are opened at once.
 constexpr int mostFound = 500;
+
+Selection::Parts sorted(Selection::Parts parts)
+{
+    std::sort(parts.begin(), parts.end(), std::less<>());
+    return parts;
+}
 
 int countBelow(const QAbstractItemModel& model, const QModelIndex& index)
 {
@@ -117,8 +124,7 @@ void ModelTreePanel::choose()
 void ModelTreePanel::follow()
 {
     const Selection::Parts wanted = selection_.parts();
-    const Selection::Parts present = chosen();
-    if (std::is_permutation(present.begin(), present.end(), wanted.begin(), wanted.end())) {
+    if (sorted(chosen()) == sorted(wanted)) {
         return;
     }
     const QScopedValueRollback<bool> following(following_, true);

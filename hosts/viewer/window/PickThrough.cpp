@@ -16,14 +16,24 @@ PickThrough::PickThrough(hostkit::SceneWidget& view)
 const PartVisualization* PickThrough::next(const QPoint& pixel)
 {
     const Kelvar::Math::Matrix& shown = view_.host().context().modelView;
-    const bool again = clicks_ > 0 && (pixel - pixel_).manhattanLength() <= mostPixels && shown == seen_;
+    const bool again = (pixel - pixel_).manhattanLength() <= mostPixels && shown == seen_;
     if (!again) {
         pixel_ = pixel;
         seen_ = shown;
-        clicks_ = 0;
+        taken_.clear();
     }
     const std::vector<const PartVisualization*> parts = partsAt(pixel_);
-    return parts.empty() ? nullptr : parts[clicks_++ % parts.size()];
+    if (parts.empty()) {
+        return nullptr;
+    }
+    const auto last = std::find_if(parts.begin(), parts.end(),
+                                   [&](const PartVisualization* part) { return part->path() == taken_; });
+    // The click has turned the mark of the first one round already.
+    const bool stillChosen = last != parts.end() && (*last)->marked.value() != (last == parts.begin());
+    const auto next = stillChosen ? last + 1 : parts.begin();
+    const PartVisualization* const found = next == parts.end() ? parts.front() : *next;
+    taken_ = found->path();
+    return found;
 }
 
 /// From the nearest to the farthest.

@@ -3,6 +3,7 @@
 #include "contracts/math/Matrix.h"
 
 #include <QPoint>
+#include <QString>
 
 #include <vector>
 
@@ -22,12 +23,13 @@ public:
     explicit PickThrough(hostkit::SceneWidget& view);
 
     /// The part that a click at a pixel (window coordinates) takes: the first one there, or the one behind
-    /// the one that the last click took, if that was at the same place in the same view. Null: there is none.
+    /// the one that the last click took, if that was at the same place in the same view and its part is still
+    /// chosen. Null: there is none. Called behind the handler of the first one, which turns its mark round.
     /// Clears the frame; the OpenGL context is current.
     const hostkit::PartVisualization* next(const QPoint& pixel);
 
     /// Something else was clicked: the next click takes the first part.
-    void forget() { clicks_ = 0; }
+    void forget() { taken_.clear(); }
 
 private:
     std::vector<const hostkit::PartVisualization*> partsAt(const QPoint& pixel) const;
@@ -38,6 +40,6 @@ private:
     hostkit::SceneWidget& view_;
     QPoint pixel_;
     Kelvar::Math::Matrix seen_;
-    /// How many clicks there were at this place; 0: none yet.
-    std::size_t clicks_ = 0;
+    /// The path of the part that the last click took; empty: there was none.
+    QString taken_;
 };

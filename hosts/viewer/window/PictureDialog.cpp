@@ -7,6 +7,7 @@
 #include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -123,6 +124,9 @@ void PictureDialog::check()
     QString reason;
     const bool good = !file().isEmpty() &&
                       hostkit::PictureWriter(file()).accepts(size(), transparent_->isChecked(), &reason);
+    if (good && QFileInfo::exists(file())) {
+        reason = tr("This file is there already and will be replaced.");
+    }
     reason_->setText(reason);
     reason_->setVisible(!reason.isEmpty());
     save_->setEnabled(good);

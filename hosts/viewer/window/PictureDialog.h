@@ -42,7 +42,7 @@ private:
     QSpinBox* samples_;
     QDoubleSpinBox* scale_;
     QCheckBox* transparent_;
-    /// Why there can be no such picture.
+    /// Why there can be no such picture, or what it replaces.
     QLabel* reason_;
     QPushButton* save_;
 };

@@ -152,6 +152,11 @@ void Section::slide(int axis, double position)
     }
 }
 
+bool Section::sliding() const
+{
+    return !std::isnan(taken_);
+}
+
 bool Section::range(int axis, double& low, double& high) const
 {
     const SectionPlanes* const all = planes();

@@ -32,6 +32,7 @@ public:
 
     /// Moves a plane as long as a hand is on it, without a step; setPosition() ends that with one for all.
     void slide(int axis, double position);
+    bool sliding() const;
 
     /// What can be cut; false: there is nothing, and both stay as they were.
     bool range(int axis, double& low, double& high) const;

@@ -86,7 +86,11 @@ void SectionPanel::connectRow(int axis)
             section_.setPosition(axis, wanted());
         }
     });
-    connect(row.slider, &QSlider::sliderReleased, this, [=] { section_.setPosition(axis, wanted()); });
+    connect(row.slider, &QSlider::sliderReleased, this, [=] {
+        if (section_.sliding()) {
+            section_.setPosition(axis, wanted());
+        }
+    });
 }
 
 void SectionPanel::follow()

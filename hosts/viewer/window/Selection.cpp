@@ -139,6 +139,9 @@ void Selection::selectAll()
 /// With the modifier the part's own handler has done it already.
 bool Selection::click(const ViewPointer::Target& target)
 {
+    if (target.object && !dynamic_cast<const Part*>(target.object)) {
+        return false; // what is no part has its own use of a click
+    }
     if (target.withModifier || !target.object) {
         pickThrough_.forget();
     }
@@ -218,18 +221,6 @@ void Selection::setOpacity(float opacity)
     });
 }
 
-QColor Selection::color() const
-{
-    const Parts chosen = parts();
-    return chosen.empty() ? QColor() : chosen.front()->color.value();
-}
-
-float Selection::opacity() const
-{
-    const Parts chosen = parts();
-    return chosen.empty() ? 1.0f : chosen.front()->opacity.value();
-}
-
 BoundingBox Selection::bounds() const
 {
     BoundingBox box;
@@ -261,6 +252,8 @@ void Selection::catchUp()
     }
     seen_ = present;
     const Parts chosen = parts();
+    color_ = chosen.empty() ? QColor() : chosen.front()->color.value();
+    opacity_ = chosen.empty() ? 1.0f : chosen.front()->opacity.value();
     std::size_t sum = chosen.size();
     for (const Part* const part : chosen) {
         sum = sum * 31 + part->hitName();

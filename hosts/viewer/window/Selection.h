@@ -61,9 +61,9 @@ public:
     void setColor(const QColor& color);
     void setOpacity(float opacity);
 
-    /// The color and the opacity of the first one; of no meaning for none.
-    QColor color() const;
-    float opacity() const;
+    /// The color and the opacity of the first one as of the last frame; of no meaning for none.
+    const QColor& color() const { return color_; }
+    float opacity() const { return opacity_; }
 
     /// The extent in world coordinates; undefined for none.
     Kelvar::Math::BoundingBox bounds() const;
@@ -93,6 +93,8 @@ private:
     PickThrough pickThrough_;
     std::vector<Seen> seen_;
     std::size_t count_ = 0;
+    QColor color_;
+    float opacity_ = 1.0f;
     /// Tells one selection from another.
     std::size_t sum_ = 0;
 };

@@ -46,7 +46,7 @@ struct PanelRow
 QWidget* makeTree(ViewerWindow& window)
 {
     auto* const panel = new ModelTreePanel(window.view(), window.selection());
-    QObject::connect(&window.document(), &Document::opened, panel, &ModelTreePanel::reset);
+    QObject::connect(&window.document(), &Document::replaced, panel, &ModelTreePanel::reset);
     return panel;
 }
 
@@ -176,6 +176,7 @@ void ViewerWindow::connectDocument()
         messages_->hide();
         tellTitle();
     });
+    connect(&document_, &Document::replaced, &measure_, &MeasureTool::forget);
     connect(&document_, &Document::noted, messages_, &MessageBar::tellNote);
     connect(&document_, &Document::failed, messages_, &MessageBar::tellError);
     connect(dialogs_, &Dialogs::failed, messages_, &MessageBar::tellError);
