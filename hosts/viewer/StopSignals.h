@@ -5,11 +5,14 @@
 #include <csignal>
 
 /// While it lives, the signals that ask a program to end (interrupt, terminate, hang-up) are noted instead of
-/// ending it. Only the first of each: a program that does not answer ends at the second. One object at a
-/// time.
+/// ending it. A program that does not answer ends at a later one. One object at a time.
 class StopSignals
 {
 public:
+    /// What comes so soon after the first is the same request: timeout(1) sends its signal to the program and
+    /// to the program's group.
+    static constexpr int sameRequestMilliseconds = 500;
+
     StopSignals();
     ~StopSignals();
     StopSignals(const StopSignals&) = delete;

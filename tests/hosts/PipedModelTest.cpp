@@ -7,6 +7,9 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <chrono>
+#include <csignal>
+#include <thread>
 
 #include <unistd.h>
 
@@ -35,4 +38,20 @@ TEST(PipedModel, IsAFileUpToItsLimitAndGoesWithTheObject)
         EXPECT_FALSE(QFile::exists(file));
         close(ends[0]);
     }
+}
+
+TEST(StopSignals, AreOneRequestWhileTheyComeTogether)
+{
+    {
+        const StopSignals stop;
+        EXPECT_FALSE(stop.raised());
+        std::raise(SIGTERM);
+        std::raise(SIGTERM);
+        EXPECT_TRUE(stop.raised());
+    }
+    const StopSignals stop;
+    EXPECT_FALSE(stop.raised());
+    std::raise(SIGTERM);
+    std::this_thread::sleep_for(std::chrono::milliseconds(StopSignals::sameRequestMilliseconds + 50));
+    EXPECT_EXIT(std::raise(SIGTERM), testing::KilledBySignal(SIGTERM), "");
 }

@@ -237,16 +237,18 @@ large() {
     rm "$2.stl"
 }
 
-# slow FOLDER WORK MODEL: a reader that does not come to an end, and is not left behind.
+# slow FOLDER WORK MODEL: a reader that does not come to an end, and is not left behind. Like the true one it goes with
+# its viewer, however that ends.
 slow() {
     local reader
     rm -rf "$2.package"
     cp -r "$1" "$2.package"
     reader=$(echo "$2.package"/usr/libexec/*/model_reader)
-    printf '#!/bin/sh\necho $$ >>%q\nexec sleep 100\n' "$2.readers" >"$reader"
+    printf '#!/bin/sh\necho $$ >>%q\nexec setpriv --pdeathsig KILL sleep 100\n' "$2.readers" >"$reader"
     rm -f "$2.readers"
     no_thumbnail "$2.package" "$2" "$3" 124 ""
-    ! xargs ps -o pid= <"$2.readers"
+    [[ -s $2.readers ]]
+    ! xargs ps -o stat= <"$2.readers" | grep -v Z
 }
 
 # missing PREFIX SOURCE BUILD COMPONENT: who asks for a component that is not installed is told so.
