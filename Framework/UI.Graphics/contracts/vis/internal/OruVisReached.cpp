@@ -377,16 +377,14 @@ void OruVisReached::rebuildRim()
 void OruVisReached::readyHierarchy()
 {
     if (hierarchyStale_ || refits_ > entries_.size()) {
-        hierarchy_.build(objects());
+        hierarchy_.build(entries_.size(), objects());
         hierarchyStale_ = false;
         refits_ = 0;
     }
 }
 
-std::vector<OruVisHierarchy::Object> OruVisReached::objects() const
+/// One for each entry.
+OruVisHierarchy::ObjectAt OruVisReached::objects() const
 {
-    std::vector<OruVisHierarchy::Object> objects;
-    objects.reserve(entries_.size());
-    std::transform(entries_.begin(), entries_.end(), std::back_inserter(objects), objectOf);
-    return objects;
+    return [this](Index index) { return objectOf(entries_[index]); };
 }

@@ -101,7 +101,7 @@ private:
     void rebuildBounds();
     void rebuildRim();
     void readyHierarchy();
-    std::vector<OruVisHierarchy::Object> objects() const;
+    OruVisHierarchy::ObjectAt objects() const;
     Objects inOrder(const Indices& inView, const Kelvar::Math::Matrix& modelView) const;
 
     std::vector<Entry> entries_;
