@@ -55,12 +55,21 @@ const OruPropertiesString::Slot* OruPropertiesString::find(const QString& key) c
     return found != loose_->end() ? found->second.get() : nullptr;
 }
 
-OruPropertiesString::Slot& OruPropertiesString::own(const OruPropertiesLayout& row)
+/// Where the node's own slot of a row is or would be.
+OruPropertiesString::OwnSlot& OruPropertiesString::placeOf(std::size_t row)
 {
     if (!rows_) {
-        rows_ = std::make_unique<OwnSlot[]>(layout_->size());
+        rows_ = std::make_unique<std::vector<OwnSlot>>();
     }
-    OwnSlot& own = rows_[row.index()];
+    if (rows_->size() <= row) {
+        rows_->resize(row + 1);
+    }
+    return (*rows_)[row];
+}
+
+OruPropertiesString::Slot& OruPropertiesString::own(const OruPropertiesLayout& row)
+{
+    OwnSlot& own = placeOf(row.index());
     if (!own) {
         own = std::make_unique<Slot>(row.slot());
     }
@@ -136,16 +145,10 @@ void OruPropertiesString::append(const QString& key, const OruPropertyKind* kind
     shared.revision = sharedRevision;
     const std::size_t row = layout_->size();
     layout_ = layout_->with(key, shared);
-    if (!own && !rows_) {
-        return;
+    if (own) {
+        placeOf(row) = std::move(own);
+        noteKind(key, kind);
     }
-    auto rows = std::make_unique<OwnSlot[]>(row + 1);
-    if (rows_) {
-        std::move(rows_.get(), rows_.get() + row, rows.get());
-    }
-    rows[row] = std::move(own);
-    rows_ = std::move(rows);
-    noteKind(key, kind);
 }
 
 void OruPropertiesString::begin(const QString& key, const QString& text)

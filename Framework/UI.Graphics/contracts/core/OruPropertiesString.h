@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
 class OruModified;
 class OruPropertiesLayout;
@@ -130,7 +131,10 @@ private:
     void begin(const QString& key, const QString& text);
 
     /// The node's own slot in a row; null while that is a shared one.
-    const Slot* ownSlot(std::size_t row) const { return rows_ ? rows_[row].get() : nullptr; }
+    const Slot* ownSlot(std::size_t row) const
+    {
+        return rows_ && row < rows_->size() ? (*rows_)[row].get() : nullptr;
+    }
     std::uint64_t revision(std::size_t row) const
     {
         return ownSlot(row) ? ownSlot(row)->revision : sharedRevision;
@@ -142,6 +146,7 @@ private:
 
     const Slot* find(const QString& key) const;
     const Slot& slotIn(const OruPropertiesLayout& row) const;
+    OwnSlot& placeOf(std::size_t row);
     Slot& own(const OruPropertiesLayout& row);
     Slot& loose(const QString& key);
     Slot& own(const QString& key);
@@ -155,8 +160,8 @@ private:
     OruModified& owner_;
     /// The bound keys, and the slots of those that have none in rows_.
     boost::intrusive_ptr<OruPropertiesLayout> layout_;
-    /// One for each row of the layout; null until there is a slot in it.
-    std::unique_ptr<OwnSlot[]> rows_;
+    /// One for each row of the layout, up to the last one with a slot of the node's own; null without any.
+    std::unique_ptr<std::vector<OwnSlot>> rows_;
     /// The keys that nobody has bound; null without any.
     std::unique_ptr<std::map<QString, OwnSlot>> loose_;
 };

@@ -6,10 +6,12 @@
 #include <QRgba64>
 #include <QStringList>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
 #include <system_error>
 
 namespace {
@@ -84,14 +86,18 @@ bool parseNumber(const QString& text, Number& value)
 using ColorWords = std::array<quint16, 5>;
 
 /// The row's number is that of QColor::Spec.
-constexpr std::array<const char*, 6> colorModels = {"", "rgb", "hsv", "cmyk", "hsl", "extended"};
+constexpr std::array<std::string_view, 6> colorModels = {"", "rgb", "hsv", "cmyk", "hsl", "extended"};
 
-/// The last `digits` hexadecimal digits of the number.
-void appendHex(QByteArray& text, quint32 number, int digits)
+/// The longest of them, and five words of four digits, each behind a blank.
+constexpr std::size_t longestColor = 8 + 5 * 5;
+
+/// The last `digits` hexadecimal digits of the number, from `to` on. Answers where they end.
+char* writeHex(char* to, quint32 number, int digits)
 {
     for (int place = digits - 1; place >= 0; --place) {
-        text += "0123456789abcdef"[number >> static_cast<unsigned int>(4 * place) & 0xfU];
+        *to++ = "0123456789abcdef"[number >> static_cast<unsigned int>(4 * place) & 0xfU];
     }
+    return to;
 }
 
 ColorWords wordsOf(const QColor& value)
@@ -115,18 +121,20 @@ ColorWords wordsOf(const QColor& value)
 
 QString wordsText(const QColor& value)
 {
-    QByteArray text = colorModels.at(static_cast<std::size_t>(value.spec()));
+    std::array<char, longestColor> text;
+    const std::string_view model = colorModels.at(static_cast<std::size_t>(value.spec()));
+    char* end = std::copy(model.begin(), model.end(), text.data());
     for (const quint16 word : wordsOf(value)) {
-        text += ' ';
-        appendHex(text, word, 4);
+        *end++ = ' ';
+        end = writeHex(end, word, 4);
     }
-    return QString::fromLatin1(text);
+    return QString::fromLatin1(text.data(), static_cast<int>(end - text.data()));
 }
 
 int modelOf(const QString& name)
 {
     for (std::size_t i = 1; i < colorModels.size(); ++i) {
-        if (name == QLatin1String(colorModels[i])) {
+        if (name == QLatin1String(colorModels[i].data(), static_cast<int>(colorModels[i].size()))) {
             return static_cast<int>(i);
         }
     }
@@ -218,9 +226,9 @@ QString toString(const QColor& value)
         return QString();
     }
     if (value == QColor::fromRgba(value.rgba())) {
-        QByteArray text = "#";
-        appendHex(text, value.rgba(), 8);
-        return QString::fromLatin1(text);
+        std::array<char, 9> text = {'#'};
+        writeHex(text.data() + 1, value.rgba(), 8);
+        return QString::fromLatin1(text.data(), static_cast<int>(text.size()));
     }
     return wordsText(value);
 }

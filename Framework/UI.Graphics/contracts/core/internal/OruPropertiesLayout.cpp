@@ -1,5 +1,7 @@
 #include "contracts/core/internal/OruPropertiesLayout.h"
 
+#include <QHashFunctions>
+
 #include <algorithm>
 
 namespace {
@@ -14,6 +16,11 @@ constexpr std::size_t mostSteps = 256;
 bool equal(const QString& a, const QString& b)
 {
     return a.size() == b.size() && (a.constData() == b.constData() || a == b);
+}
+
+std::uint32_t hashOf(const QString& text)
+{
+    return static_cast<std::uint32_t>(qHash(text));
 }
 
 } // namespace
@@ -57,15 +64,17 @@ bool OruPropertiesLayout::isRow(const QString& key, const Slot& slot) const
 
 OruPropertiesLayout* OruPropertiesLayout::step(const QString& key, const Slot& slot) const
 {
-    const auto found = std::find_if(steps_.begin(), steps_.end(),
-                                    [&](const Pointer& step) { return step->isRow(key, slot); });
-    return found != steps_.end() ? found->get() : nullptr;
+    const std::uint32_t hash = hashOf(slot.text);
+    const auto found = std::find_if(steps_.begin(), steps_.end(), [&](const Step& step) {
+        return step.textHash == hash && step.layout->isRow(key, slot);
+    });
+    return found != steps_.end() ? found->layout.get() : nullptr;
 }
 
 /// Whether it keeps one more step. What no group keeps would be found by its one node only.
 bool OruPropertiesLayout::keepsStep(const QString& key) const
 {
-    const auto sameKey = [&key](const Pointer& step) { return equal(step->key_, key); };
+    const auto sameKey = [&key](const Step& step) { return equal(step.layout->key_, key); };
     return !owner_ && steps_.size() < mostSteps &&
            std::count_if(steps_.begin(), steps_.end(), sameKey) < mostVariants;
 }
@@ -77,7 +86,7 @@ OruPropertiesLayout::Pointer OruPropertiesLayout::with(const QString& key, const
     }
     Pointer made(new OruPropertiesLayout(*this, key, slot));
     if (keepsStep(key)) {
-        steps_.push_back(made);
+        steps_.push_back({hashOf(slot.text), made});
     } else {
         made->owner_ = this;
     }

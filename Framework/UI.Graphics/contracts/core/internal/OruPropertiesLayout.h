@@ -8,6 +8,7 @@
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 /// The keys that the nodes of one type have in common, and the slots that they began with. Not part of the
@@ -54,6 +55,13 @@ public:
 private:
     OruPropertiesLayout(OruPropertiesLayout& parent, const QString& key, const Slot& slot);
 
+    /// One that leads on from here, and the hash of the text in its row: most others are told by that.
+    struct Step
+    {
+        std::uint32_t textHash;
+        Pointer layout;
+    };
+
     bool isRow(const QString& key, const Slot& slot) const;
     OruPropertiesLayout* step(const QString& key, const Slot& slot) const;
     bool keepsStep(const QString& key) const;
@@ -65,5 +73,5 @@ private:
     std::size_t size_ = 0;
     QString key_;
     Slot slot_;
-    std::vector<Pointer> steps_;
+    std::vector<Step> steps_;
 };
