@@ -31,7 +31,6 @@ namespace hostkit {
 
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::DoubleMatrix;
-using Kelvar::Math::Matrix;
 using Kelvar::Math::Vector3;
 
 namespace {
@@ -140,8 +139,7 @@ bool MeshVisualization::canShare() const
 BoundingBox MeshVisualization::boundsAsItCame() const
 {
     BoundingBox box = mesh_->bounds;
-    // Most parts have none, and turning a box costs more than the question.
-    if (placement() != Matrix()) {
+    if (isPlaced()) {
         box *= placement();
     }
     return box;

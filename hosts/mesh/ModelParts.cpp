@@ -98,6 +98,9 @@ const Origin& ModelParts::sceneOrigin(const Model& first) const
 
 void ModelParts::fill(OruVisList& list, Names& names, const ModelNode& node)
 {
+    if (node.parts.size() > buffers_.size()) {
+        buffers_.reserve(buffers_.size() + node.parts.size());
+    }
     for (const ModelPart& use : node.parts) {
         auto part = made(list, use);
         part->rename(names.available(use.name.isEmpty() ? use.shape().name : use.name));

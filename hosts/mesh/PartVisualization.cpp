@@ -130,6 +130,7 @@ PartVisualization::~PartVisualization() = default;
 void PartVisualization::setPlacement(const Matrix& placement)
 {
     placement_ = placement;
+    placed_ = placement != Matrix();
     placementChanged();
     boundsChanged();
 }
@@ -273,9 +274,8 @@ const PartVisualization::Look& PartVisualization::look() const
         const bool blends = shape_->material.alpha == Material::Alpha::Blend;
         look_.color.setAlphaF(blends ? look_.opacity : 1.0f);
         refreshPlace();
-        const Matrix& where = moved_ ? *moved_ : placement_;
-        look_.placed = where != Matrix();
-        look_.mirrored = look_.placed && DoubleMatrix(where).determinant3x3() < 0.0;
+        look_.placed = moved_ ? *moved_ != Matrix() : placed_;
+        look_.mirrored = look_.placed && DoubleMatrix(moved_ ? *moved_ : placement_).determinant3x3() < 0.0;
     }
     return look_;
 }

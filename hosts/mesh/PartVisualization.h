@@ -68,6 +68,9 @@ public:
     const Kelvar::Math::Matrix& placement() const { return placement_; }
     void setPlacement(const Kelvar::Math::Matrix& placement);
 
+    /// The placement is another than the identity.
+    bool isPlaced() const { return placed_; }
+
     /// From the frame of the shape to that of the part's model: the placement, and what has moved it since.
     const Kelvar::Math::Matrix& place() const;
 
@@ -208,6 +211,7 @@ private:
     // Scenes have 100,000 parts. What few of them ever need is made when it is needed.
     std::shared_ptr<const Shape> shape_;
     Kelvar::Math::Matrix placement_;
+    bool placed_ = false;
     const bool hasAlpha_;
     OruVisHitName hitName_;
     /// Made by the first pick that finds the part.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -122,9 +123,10 @@ void SurfaceArrays::addIndices(const Mesh& mesh, bool mirrored)
 {
     const auto base = static_cast<std::uint32_t>(positions_.size());
     const std::size_t first = indices_.size();
-    for (const std::uint32_t index : mesh.indices) {
-        indices_.push_back(base + index);
-    }
+    indices_.resize(first + mesh.indices.size());
+    std::transform(mesh.indices.begin(), mesh.indices.end(),
+                   indices_.begin() + static_cast<std::ptrdiff_t>(first),
+                   [base](std::uint32_t index) { return base + index; });
     for (std::size_t i = first; mirrored && i < indices_.size(); i += 3) {
         std::swap(indices_[i + 1], indices_[i + 2]);
     }
