@@ -5,6 +5,7 @@
 #include "Scene/navigation/OruSceneZpr.h"
 #include "contracts/core/KeyModifier.h"
 #include "contracts/ogl/OruOglViewport.h"
+#include "hosts/host/internal/DiscardedEdits.h"
 
 #include <QScopedValueRollback>
 
@@ -323,10 +324,12 @@ bool InputFeed::endGesture()
     return hover() || repaint;
 }
 
-/// The view goes back ahead of the release, so that the edit session of the gesture ends as it began.
+/// The view goes back ahead of the release, so that the edit session of the gesture ends as it began. What an
+/// object makes of its drag when it is released is not written.
 bool InputFeed::abortGesture()
 {
     const bool turned = host_.setView(viewBefore_);
+    const DiscardedEdits discarded(host_.scene().render);
     return endGesture() || turned;
 }
 

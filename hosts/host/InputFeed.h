@@ -81,7 +81,8 @@ public:
     /// open.
     bool cancel();
 
-    /// As cancel(), and the view goes back to where it was when the gesture began: what Esc does.
+    /// As cancel(), and the view, or the object that was dragged, goes back to where it was when the gesture
+    /// began: what Esc does.
     bool abort();
 
     /// Asks anew what lies under the pointer, which stands still while the view changed: no tooltip of

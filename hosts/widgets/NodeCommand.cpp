@@ -8,8 +8,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <algorithm>
-
 namespace hostkit {
 
 namespace {
@@ -26,11 +24,19 @@ QByteArray listOf(const OruProperties& child)
     return QJsonDocument(file).toJson();
 }
 
-/// The list has no order to choose: those that stand behind go out and come in again.
-void moveAhead(OruProperties& list, unsigned int behind)
+/// The name of the child that stands behind another; empty: none does.
+QString nameBehind(const OruProperties& list, const OruProperties& child)
 {
-    const unsigned int place = list.size() - 1 - behind;
-    for (unsigned int i = 0; i < behind; ++i) {
+    const auto place = static_cast<unsigned int>(list.index(&child)) + 1;
+    return place < list.size() && list.at(place) ? list.at(place)->name() : QString();
+}
+
+/// The last child comes to stand ahead of another. The list has no order to choose: those that stand behind
+/// go out and come in again.
+void moveAhead(OruProperties& list, const OruProperties& other)
+{
+    const auto place = static_cast<unsigned int>(list.index(&other));
+    for (unsigned int behind = list.size() - 1 - place; behind > 0; --behind) {
         OruProperties* const sibling = list.at(place);
         const bool member = sibling->isMember();
         list.remove(sibling);
@@ -51,8 +57,7 @@ NodeCommand::NodeCommand(SceneWindow& window, Way way, const QString& list, cons
     , content_(listOf(node))
 {
     if (way == Remove && node.parent()) {
-        const OruProperties& siblings = *node.parent();
-        behind_ = siblings.size() - 1 - static_cast<unsigned int>(siblings.index(&node));
+        nextName_ = nameBehind(*node.parent(), node);
     }
 }
 
@@ -86,8 +91,9 @@ void NodeCommand::insert(OruProperties& root) const
         return;
     }
     OruPropertiesFile::load(*list, content_, list_, nullptr);
-    if (list->childByName(name_)) {
-        moveAhead(*list, std::min(behind_, list->size() - 1));
+    const OruProperties* const next = nextName_.isEmpty() ? nullptr : list->childByName(nextName_);
+    if (next && list->childByName(name_)) {
+        moveAhead(*list, *next);
     }
 }
 

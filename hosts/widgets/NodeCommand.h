@@ -50,8 +50,8 @@ private:
     QString name_;
     /// A file of the list with this node alone.
     QByteArray content_;
-    /// How many siblings follow it.
-    unsigned int behind_ = 0;
+    /// The sibling that follows it; empty: it is the last.
+    QString nextName_;
 };
 
 } // namespace hostkit

@@ -536,6 +536,9 @@ TEST_F(HostSceneGLTest, DropsNothingThatAGestureCarriesWhichIsCalledOff)
         input.move(0, pixelOf(right));
         EXPECT_TRUE((input.*end)());
         EXPECT_THAT(dropped, ElementsAre());
+        const bool kept = end == &InputFeed::cancel;
+        EXPECT_EQ(part("cube").offset.value() != Matrix(), kept) << "what is aborted changes nothing";
+        EXPECT_EQ(part("cube").carried(), false);
         EXPECT_EQ(host->context().mouse.curpos(), pixelOf(right));
         EXPECT_NE(host->context().tooltip, "") << "the pointer hovers where it is";
     }

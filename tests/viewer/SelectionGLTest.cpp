@@ -4,6 +4,7 @@
 #include "hosts/mesh/PartVisualization.h"
 #include "hosts/viewer/window/ModelTreeModel.h"
 #include "hosts/viewer/window/ModelTreePanel.h"
+#include "tests/hosts/Models.h"
 #include "tests/viewer/WindowFixture.h"
 
 #include <QAbstractItemModelTester>
@@ -11,6 +12,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLineEdit>
+#include <QScrollBar>
+#include <QSignalSpy>
 #include <QTextStream>
 #include <QTreeView>
 
@@ -260,6 +263,31 @@ TEST_F(SelectionTest, GoesTogetherWithTheTree)
 
     open({QStringLiteral("/usr/share/assimp/models/PLY/cube.ply")});
     EXPECT_EQ(model.data(model.index(0, 0), Qt::DisplayRole).toString(), "cube");
+}
+
+TEST_F(SelectionTest, LeavesTheTreeOpenAndWhereItWasWhenTheModelIsLoadedAgain)
+{
+    open({QStringLiteral("/usr/share/assimp/models/PLY/cube.ply"), kelvartest::engineFile()});
+    show();
+    QTreeView& view = panel().tree();
+    ModelTreeModel& model = panel().model();
+    view.collapse(model.index(0, 0));
+    view.scrollToBottom();
+    const auto seen = [&] { return view.indexAt(QPoint(5, 5)).data().toString(); };
+    const QString first = seen();
+    ASSERT_GT(view.verticalScrollBar()->value(), 0);
+
+    panel().search().setText("gear");
+    panel().search().clear();
+    EXPECT_FALSE(view.isExpanded(model.index(0, 0))) << "a search leaves it so, too";
+    view.scrollToBottom();
+
+    QSignalSpy again(&window.document(), &Document::replaced);
+    action("reload").trigger();
+    ASSERT_TRUE(await([&] { return again.count() > 0 && !window.document().loading(); }));
+    EXPECT_FALSE(view.isExpanded(model.index(0, 0)));
+    EXPECT_TRUE(view.isExpanded(model.index(1, 0)));
+    EXPECT_EQ(seen(), first);
 }
 
 namespace {

@@ -170,7 +170,10 @@ void Document::show()
     (this->*show_)(shared);
     files_ = coming_;
     models_ = shared;
-    Q_EMIT opened();
+    if (show_ == &Document::showNew) {
+        Q_EMIT opened();
+    }
+    Q_EMIT loaded();
     tellNotes(*shared);
 }
 

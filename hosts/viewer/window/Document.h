@@ -60,8 +60,11 @@ Q_SIGNALS:
     /// Loading has begun, goes on, or has ended: see loading(). `share` is 0 to 1.
     void progressed(const QString& what, double share);
 
-    /// The files are shown.
+    /// Other files are shown.
     void opened();
+
+    /// What was loaded last is shown, be it opened or loaded again.
+    void loaded();
 
     /// The nodes of the models are others than before.
     void replaced();

@@ -26,7 +26,6 @@ ModelTreeModel::ModelTreeModel(hostkit::SceneWidget& view, QObject* parent)
     , view_(view)
     , top_(std::make_unique<Row>())
 {
-    connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, [this] { reset(); });
     reset();
 }
 
@@ -120,6 +119,11 @@ QModelIndex ModelTreeModel::indexOf(const Row& row) const
 OruProperties* ModelTreeModel::node(const QModelIndex& index) const
 {
     return index.isValid() ? rowOf(index).node.get() : nullptr;
+}
+
+OruProperties* ModelTreeModel::node(const QString& path) const
+{
+    return view_.window().hasScene() ? view_.host().scene().find(path) : nullptr;
 }
 
 /// Without words a row has the place of its node, unless that is a model.

@@ -40,6 +40,9 @@ public:
     /// Null: the node is gone.
     OruProperties* node(const QModelIndex& index) const;
 
+    /// The node with that path from the root of the scene; null: there is none.
+    OruProperties* node(const QString& path) const;
+
     /// Where a node is; invalid: it has no row.
     QModelIndex find(const OruProperties& node);
 

@@ -62,8 +62,11 @@ ModelTreePanel::ModelTreePanel(hostkit::SceneWidget& view, Selection& selection,
 
     connect(search_, &QLineEdit::textChanged, this, &ModelTreePanel::find);
     connect(tree_->selectionModel(), &QItemSelectionModel::selectionChanged, this, &ModelTreePanel::choose);
+    connect(tree_, &QTreeView::expanded, this, [this](const QModelIndex& at) { noteExpanded(at, true); });
+    connect(tree_, &QTreeView::collapsed, this, [this](const QModelIndex& at) { noteExpanded(at, false); });
     connect(tree_, &QTreeView::activated, &selection_, &Selection::fit);
     connect(&selection_, &Selection::changed, this, &ModelTreePanel::follow);
+    connect(&view.window(), &hostkit::SceneWindow::sceneRenewed, this, &ModelTreePanel::reset);
     // Rows read the tree when they are painted.
     connect(&view.window(), &hostkit::SceneWindow::frameDrawn, tree_->viewport(),
             QOverload<>::of(&QWidget::update));
@@ -88,12 +91,39 @@ void ModelTreePanel::find(const QString& words)
         const QScopedValueRollback<bool> following(following_, true);
         model_->search(words);
     }
-    if (words.isEmpty() && model_->rowCount() <= mostExpanded) {
-        tree_->expandToDepth(0);
-    } else if (!words.isEmpty() && countBelow(*model_, QModelIndex()) < mostFound) {
+    if (words.isEmpty()) {
+        expandAgain();
+    } else if (countBelow(*model_, QModelIndex()) < mostFound) {
         tree_->expandAll();
     }
     follow();
+}
+
+/// What a person has opened is open again, by the names; the models are, at first.
+void ModelTreePanel::expandAgain()
+{
+    const QSet<QString> paths = expanded_;
+    bool any = false;
+    for (const QString& path : paths) {
+        if (const OruProperties* const node = model_->node(path)) {
+            tree_->expand(model_->find(*node));
+            any = true;
+        }
+    }
+    if (!any && model_->rowCount() <= mostExpanded) {
+        tree_->expandToDepth(0);
+    }
+}
+
+/// What a search has opened does not count.
+void ModelTreePanel::noteExpanded(const QModelIndex& index, bool expanded)
+{
+    const OruProperties* const node = search_->text().isEmpty() ? model_->node(index) : nullptr;
+    if (node && expanded) {
+        expanded_.insert(node->path());
+    } else if (node) {
+        expanded_.remove(node->path());
+    }
 }
 
 /// The parts that the rows chosen in the tree stand for, each once.

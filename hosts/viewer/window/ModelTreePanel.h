@@ -2,10 +2,13 @@
 
 #include "hosts/viewer/window/Selection.h"
 
+#include <QSet>
+#include <QString>
 #include <QWidget>
 
 class ModelTreeModel;
 class QLineEdit;
+class QModelIndex;
 class QTreeView;
 
 namespace hostkit {
@@ -29,13 +32,16 @@ public:
     QTreeView& tree() { return *tree_; }
     QLineEdit& search() { return *search_; }
 
-    /// Other models are shown.
+    /// Other models are shown: what was open and where the tree was scrolled to stays, where they have nodes
+    /// of the same names.
     void reset();
 
     QSize sizeHint() const override;
 
 private:
     void find(const QString& words);
+    void expandAgain();
+    void noteExpanded(const QModelIndex& index, bool expanded);
     Selection::Parts chosen() const;
     void choose();
     void follow();
@@ -44,6 +50,8 @@ private:
     ModelTreeModel* model_;
     QLineEdit* search_;
     QTreeView* tree_;
+    /// The paths of the nodes that are open.
+    QSet<QString> expanded_;
     /// The tree is being brought to what is chosen in the view.
     bool following_ = false;
 };

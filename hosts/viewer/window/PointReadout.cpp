@@ -2,32 +2,17 @@
 
 #include "contracts/vis/OruVisualization.h"
 #include "hosts/mesh/ModelList.h"
+#include "hosts/mesh/PartPlace.h"
+#include "hosts/viewer/window/Decimals.h"
 #include "hosts/widgets/SceneWidget.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
 
-#include <algorithm>
-#include <cmath>
-
 namespace {
 
-/// So many digits behind the point tell a hundred thousandth of that extent.
-int decimalsFor(float extent)
-{
-    return std::clamp(4 - static_cast<int>(std::floor(std::log10(std::max(extent, 1e-9f)))), 0, 12);
-}
-
-/// The model that a part belongs to; null: to none.
-const hostkit::ModelList* modelOf(const OruProperties* node)
-{
-    for (; node; node = node->parent()) {
-        if (const auto* const model = dynamic_cast<const hostkit::ModelList*>(node)) {
-            return model;
-        }
-    }
-    return nullptr;
-}
+/// So many digits of a model's extent are told of a point.
+constexpr int toldDigits = 4;
 
 } // namespace
 
@@ -54,14 +39,16 @@ QString PointReadout::text() const
 
 void PointReadout::tell(const ViewPointer::Target& target)
 {
-    const hostkit::ModelList* const model = modelOf(target.object);
+    const hostkit::ModelList* const model =
+        target.object ? hostkit::PartPlace::modelOf(*target.object) : nullptr;
     if (!model) {
         point_->setText(target.object ? target.object->name() : QString());
         return;
     }
     const hostkit::Origin origin = model->origin();
     const Kelvar::Math::BoundingBox box = model->bounds();
-    const int decimals = box.defined() ? decimalsFor((box.max() - box.min()).length()) : 0;
+    const int decimals =
+        box.defined() ? decimalsFor(static_cast<double>((box.max() - box.min()).length()), toldDigits) : 0;
     const float at[] = {target.point.x, target.point.y, target.point.z};
     QString text = target.object->name() + QStringLiteral("  ");
     for (int axis = 0; axis < 3; ++axis) {

@@ -2,6 +2,7 @@
 
 #include "contracts/vis/OruVisList.h"
 #include "hosts/mesh/ModelList.h"
+#include "hosts/viewer/window/Decimals.h"
 #include "hosts/viewer/window/Section.h"
 #include "hosts/widgets/SceneWidget.h"
 
@@ -11,7 +12,6 @@
 #include <QScopedValueRollback>
 #include <QSlider>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -19,11 +19,8 @@ namespace {
 constexpr int sliderSteps = 1000;
 constexpr const char* axisTexts[] = {"Across X", "Across Y", "Across Z"};
 
-/// So many digits tell the step of a slider.
-int decimalsFor(double extent)
-{
-    return std::clamp(3 - static_cast<int>(std::floor(std::log10(std::max(extent, 1e-9)))), 0, 9);
-}
+/// So many digits of the extent tell the step of a slider.
+constexpr int toldDigits = 3;
 
 } // namespace
 
@@ -120,7 +117,7 @@ void SectionPanel::followRow(int axis)
     }
     const double origin = originOn(axis);
     const double at = section_.position(axis);
-    row.position->setDecimals(decimalsFor(high - low));
+    row.position->setDecimals(decimalsFor(high - low, toldDigits));
     row.position->setSingleStep((high - low) / 100.0);
     row.position->setRange(low + origin, high + origin);
     if (!row.position->hasFocus()) {

@@ -4,6 +4,7 @@
 #include "contracts/vis/IOruVisPropertyEdit.h"
 #include "contracts/vis/OruVisList.h"
 #include "hosts/mesh/ModelList.h"
+#include "hosts/mesh/PartPlace.h"
 #include "hosts/mesh/PartVisualization.h"
 #include "hosts/widgets/SceneWidget.h"
 
@@ -31,17 +32,6 @@ void collect(OruProperties& node, Selection::Parts& parts)
             collect(*child, parts);
         }
     }
-}
-
-/// The model that a part belongs to; null: to none.
-const ModelList* modelOf(const OruProperties* node)
-{
-    for (; node; node = node->parent()) {
-        if (const auto* const model = dynamic_cast<const ModelList*>(node)) {
-            return model;
-        }
-    }
-    return nullptr;
 }
 
 } // namespace
@@ -226,7 +216,7 @@ BoundingBox Selection::bounds() const
     BoundingBox box;
     for (const Part* const part : parts()) {
         BoundingBox own = part->bounds();
-        own *= modelOf(part)->place();
+        own *= hostkit::PartPlace::modelOf(*part)->place();
         box.add(own);
     }
     return box;

@@ -173,9 +173,9 @@ void ViewerWindow::connectDocument()
     });
     connect(&document_, &Document::opened, this, [this] {
         recent_.add(document_.files());
-        messages_->hide();
         tellTitle();
     });
+    connect(&document_, &Document::loaded, messages_, &MessageBar::hide);
     connect(&document_, &Document::replaced, &measure_, &MeasureTool::forget);
     connect(&document_, &Document::noted, messages_, &MessageBar::tellNote);
     connect(&document_, &Document::failed, messages_, &MessageBar::tellError);
