@@ -233,6 +233,8 @@ void MeshWork::buildVertices()
         findTurned();
     }
     mesh_->indices.resize(source_.indices.size());
+    mesh_->positions.reserve(topology_.pointCount());
+    mesh_->normals.reserve(topology_.pointCount());
     for (uint32_t point = 0; point < topology_.pointCount(); ++point) {
         if (point % 65536 == 0) {
             report_(0.4f + 0.3f * static_cast<float>(point) / static_cast<float>(topology_.pointCount()));

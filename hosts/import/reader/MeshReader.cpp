@@ -38,13 +38,19 @@ Primitive primitiveOf(const aiMesh& mesh)
                                                            : Primitive::Points;
 }
 
+/// A part of every image, before a division by w. In line: this runs for every vertex.
+double component(const aiVector3D& v, const DoubleMatrix& place, int column)
+{
+    const auto& m = place.m;
+    return static_cast<double>(v.x) * m[0][column] + static_cast<double>(v.y) * m[1][column] +
+           static_cast<double>(v.z) * m[2][column] + m[3][column];
+}
+
 Vector3 imageOf(const aiVector3D& v, const DoubleMatrix& place)
 {
-    const double from[3] = {v.x, v.y, v.z};
-    double to[4];
-    place.transform(from, to);
-    const double w = to[3];
-    return {static_cast<float>(to[0] / w), static_cast<float>(to[1] / w), static_cast<float>(to[2] / w)};
+    const double w = component(v, place, 3);
+    return {static_cast<float>(component(v, place, 0) / w), static_cast<float>(component(v, place, 1) / w),
+            static_cast<float>(component(v, place, 2) / w)};
 }
 
 /// Normals go through the transpose of the inverse, so that they stay upright under uneven scales.
@@ -123,7 +129,7 @@ std::optional<MeshSource> MeshReader::placed(const aiMesh& mesh, const DoubleMat
         source.normals.reserve(mesh.mNumVertices);
         std::transform(
             mesh.mNormals, mesh.mNormals + mesh.mNumVertices, std::back_inserter(source.normals),
-            [&](const aiVector3D& v) { return turn.transformDirection(vectorOf(v)).normalized(); });
+            [&](const aiVector3D& v) { return moved ? turn.transformDirection(vectorOf(v)) : vectorOf(v); });
     }
     const bool left = finish(mesh, place.determinant3x3() < 0.0, source);
     return left ? std::make_optional(std::move(source)) : std::nullopt;
@@ -138,7 +144,7 @@ std::optional<MeshSource> MeshReader::centered(const aiMesh& mesh, const Vector3
     if (withNormals_ && mesh.HasNormals()) {
         source.normals.reserve(mesh.mNumVertices);
         std::transform(mesh.mNormals, mesh.mNormals + mesh.mNumVertices, std::back_inserter(source.normals),
-                       [](const aiVector3D& v) { return vectorOf(v).normalized(); });
+vectorOf);
     }
     const bool left = finish(mesh, false, source);
     return left ? std::make_optional(std::move(source)) : std::nullopt;
@@ -167,8 +173,10 @@ void MeshReader::copyIndices(const aiMesh& mesh, bool mirrored, MeshSource& sour
 {
     const auto kind = static_cast<std::size_t>(source.primitive);
     const unsigned int corners = cornerCounts[kind];
+    const bool allFinite = std::all_of(source.positions.begin(), source.positions.end(),
+                                       [](const Vector3& p) { return p.isFinite(); });
     const auto good = [&](unsigned int vertex) {
-        return vertex < source.positions.size() && source.positions[vertex].isFinite();
+        return vertex < source.positions.size() && (allFinite || source.positions[vertex].isFinite());
     };
     const auto take = [&](const unsigned int* at) {
         ++counts_[kind].all;

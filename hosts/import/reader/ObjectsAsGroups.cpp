@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -21,9 +22,16 @@ constexpr std::string_view nameOfFirst = "defaultobject";
 constexpr std::string_view blanks = " \t";
 
 /// Where a line ends for assimp. A backslash there would join it with the next one.
-bool endsLine(char c)
+constexpr std::string_view lineEnds("\n\r\0\f\\", 5);
+
+/// By character whether it ends a line: every one of a file is asked for.
+std::array<bool, 256> endsByCharacter()
 {
-    return c == '\n' || c == '\r' || c == '\0' || c == '\f' || c == '\\';
+    std::array<bool, 256> ends = {};
+    for (const char c : lineEnds) {
+        ends[static_cast<unsigned char>(c)] = true;
+    }
+    return ends;
 }
 
 /// The first word of a text and what is behind it.
@@ -39,9 +47,11 @@ std::vector<std::size_t> find(std::string_view content)
 {
     std::vector<std::size_t> found;
     std::unordered_set<std::string_view> names = {nameOfFirst};
+    const std::array<bool, 256> ends = endsByCharacter();
+    const auto endsLine = [&](char c) { return ends[static_cast<unsigned char>(c)]; };
     const char* const end = content.data() + content.size();
     for (const char* at = content.data(); at < end;) {
-        const char* const stop = std::find_if(at, end, [](char c) { return endsLine(c); }); // in line
+        const char* const stop = std::find_if(at, end, endsLine);
         if (*at == 'g' || (stop < end && *stop == '\\')) {
             return {};
         }
