@@ -82,7 +82,7 @@ struct KELVAR_HOST_API InputNames
         {InputEvent::Kind::Pinch, OruMouse::ButtonPick, 0, 0, "zooms about the pointer; apart enlarges"},
         {InputEvent::Kind::Turn, OruMouse::ButtonPick, 0, 0, "turns the view about the pointer"},
         {InputEvent::Kind::Abort, OruMouse::ButtonPick, 0, 0,
-         "calls a drag off; the view goes back to where it began"},
+         "calls a drag off; the view, or what was dragged, goes back to where it began"},
         {InputEvent::Kind::KeyPress, OruMouse::ButtonPick, 0, 'F', "fits the scene into the view"},
         {InputEvent::Kind::KeyPress, OruMouse::ButtonPick, 0, 'I', "isometric view, from below"},
         {InputEvent::Kind::KeyPress, OruMouse::ButtonPick, 0, 'X', "looks from the positive end of X"},

@@ -425,7 +425,7 @@ TEST_F(HostSceneGLTest, EachGestureDoesWhatItsRowSays)
         {"zooms about the pointer; forwards enlarges", 1.21, same, pointer, pointer},
         {"zooms about the pointer; apart enlarges", 2, same, pointer, pointer},
         {"turns the view about the pointer", 1, same, pointer, pointer},
-        {"calls a drag off; the view goes back to where it began", 1, same, middle, middle},
+        {"calls a drag off; the view, or what was dragged, goes back to where it began", 1, same, middle, middle},
         {"fits the scene into the view", 1.8157, same, middle, middle},
         {"isometric view, from below", 1.6623, {-0.5f, -0.5f, -std::sqrt(0.5f)}, middle, middle},
         {"looks from the positive end of X", 4.5, {1, 0, 0}, middle, middle},
