@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 
 // Behind Qt's headers: it defines names that they use.
 #include <X11/Xlib.h>
@@ -43,11 +44,10 @@ bool rendererIsSoftware()
 
 bool GlPlatform::displayAnswers()
 {
-    Display* const display = XOpenDisplay(nullptr);
-    if (display) {
-        XCloseDisplay(display);
-    }
-    return display != nullptr;
+    // Stays open: a server whose last client leaves may start anew, and drops whoever comes meanwhile.
+    static std::unique_ptr<Display, int (*)(Display*)> kept(nullptr, XCloseDisplay);
+    kept.reset(XOpenDisplay(nullptr));
+    return kept != nullptr;
 }
 
 void GlPlatform::prepare()
