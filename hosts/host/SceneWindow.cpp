@@ -382,6 +382,14 @@ bool SceneWindow::runAndTell(const std::function<bool(HostScene&)>& action)
     }
 }
 
+bool SceneWindow::changeAndTell(const std::function<bool(HostScene&)>& action)
+{
+    return runAndTell([&](HostScene& host) {
+        const bool repaint = action(host);
+        return (input_ && input_->hoverAgain()) || repaint;
+    });
+}
+
 /// The road of every event. While the scene is made anew the window goes and comes, and no scene is there to
 /// hear of it.
 void SceneWindow::feed(const std::function<bool()>& action)

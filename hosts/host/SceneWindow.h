@@ -85,6 +85,10 @@ public:
     /// is told on stderr, and the window repaints. False: it threw, or there is no scene.
     bool runAndTell(const std::function<bool(HostScene&)>& action);
 
+    /// As runAndTell(), for what changes what is shown: then another thing may lie under a pointer that
+    /// stands still. Also repaints where only its tooltip changes.
+    bool changeAndTell(const std::function<bool(HostScene&)>& action);
+
     /// How long the last frame took to draw, in milliseconds, without the wait for the screen; 0: there was
     /// none.
     double frameMilliseconds() const { return frameMilliseconds_; }

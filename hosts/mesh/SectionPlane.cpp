@@ -125,6 +125,8 @@ void SectionPlane::draw3d(const DrawContext& context)
     }
     glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LINE_BIT | GL_POINT_BIT);
     glDisable(GL_LIGHTING);
+    // Its color goes with the attributes. That of a material would stay until the current one is another.
+    glDisable(GL_COLOR_MATERIAL);
     glLineWidth(frameWidth);
     glColor(axisColors[axis_]);
     glBegin(GL_LINE_LOOP);

@@ -71,14 +71,12 @@ void NodeCommand::redo()
     apply(way_);
 }
 
-/// What lies under the pointer may be another thing then.
 void NodeCommand::apply(Way way)
 {
     if (window_) {
-        window_->runAndTell([&](HostScene& host) {
+        window_->changeAndTell([&](HostScene& host) {
             way == Insert ? insert(host.scene()) : remove(host.scene());
             host.changed();
-            window_->input().hoverAgain();
             return true;
         });
     }

@@ -375,7 +375,7 @@ bool PropertyModel::setData(const QModelIndex& index, const QVariant& value, int
         Q_EMIT refused(refusal(key, reason));
         return false;
     }
-    const bool done = window_.runAndTell([&](HostScene& host) { // which may be another scene than before
+    const bool done = window_.changeAndTell([&](HostScene& host) { // which may be another scene than before
         OruProperties* const node = host.scene().find(path);
         if (node) {
             host.edit(*node, key, text);

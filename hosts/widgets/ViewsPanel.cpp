@@ -142,7 +142,7 @@ void ViewsPanel::renew()
 /// What the panel does to the scene. There may be another one then, or none, and other items.
 void ViewsPanel::run(const std::function<bool()>& action)
 {
-    view_.window().runAndTell([&](HostScene&) { return action(); });
+    view_.window().changeAndTell([&](HostScene&) { return action(); });
 }
 
 /// Catches up with the tree. O(1) if nothing changed below the list, and a look at each view if no entry came

@@ -184,6 +184,19 @@ TEST_F(Section, ClosesACutWithTheColorOfItsPart)
         << "the other side stays";
 }
 
+/// A frame round a plane is drawn ahead of the parts, and what is tinted like the last one is not told anew.
+TEST_F(Section, OfPartsInOneColorLooksTheSameInEveryFrame)
+{
+    for (const char* name : {"ball", "green", "cube"}) {
+        host.setValue(QStringLiteral("render/visualization/model/%1/color").arg(QLatin1String(name)),
+                      "#ff808080", nullptr);
+    }
+    cut(0, 0.0);
+    const QImage first = drawn();
+    EXPECT_EQ(drawn(), first);
+    EXPECT_EQ(drawn(), first);
+}
+
 TEST(SolidMeshes, AreThoseThatEncloseAVolumeCracksAside)
 {
     const auto without = [](std::vector<std::size_t> faces) {

@@ -4,6 +4,7 @@
 #include "hosts/mesh/PartVisualization.h"
 #include "hosts/viewer/window/ModelTreeModel.h"
 #include "hosts/viewer/window/ModelTreePanel.h"
+#include "hosts/viewer/window/Section.h"
 #include "tests/hosts/Models.h"
 #include "tests/viewer/WindowFixture.h"
 
@@ -203,6 +204,31 @@ TEST_F(SelectionTest, IsHiddenIsolatedColoredAndTakenBack)
     window.selection().setColor(QColor(1, 2, 3));
     EXPECT_EQ(part("cubes/front").color.value(), QColor(1, 2, 3));
     EXPECT_NE(part("cubes/back").color.value(), QColor(1, 2, 3));
+}
+
+TEST_F(SelectionTest, LeavesThePointerOnWhatIsSeen)
+{
+    openCubes();
+    click("front");
+    click("front", "mousemove_relative 2 2"); // a click puts the tooltip away
+    const auto pointsAt = [&](const QString& name) {
+        const QString& tooltip = window.view().host().context().tooltip;
+        const bool told =
+            await([&] { return name.isEmpty() ? tooltip.isEmpty() : tooltip.startsWith(name); });
+        return told ? testing::AssertionSuccess() : testing::AssertionFailure() << tooltip.toStdString();
+    };
+    EXPECT_TRUE(pointsAt("front"));
+    keys("h");
+    EXPECT_TRUE(pointsAt("middle"));
+    keys("ctrl+h");
+    EXPECT_TRUE(pointsAt("front"));
+    keys("alt+x");
+    EXPECT_TRUE(pointsAt("middle"));
+    keys("alt+y");
+    EXPECT_EQ(window.section().position(1), -2.0) << "the middle of all, beside which the others stand";
+    EXPECT_TRUE(pointsAt(""));
+    keys("ctrl+z");
+    EXPECT_TRUE(pointsAt("middle"));
 }
 
 TEST_F(SelectionTest, FillsTheViewWhenItIsFitted)

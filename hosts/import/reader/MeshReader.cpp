@@ -144,7 +144,7 @@ std::optional<MeshSource> MeshReader::centered(const aiMesh& mesh, const Vector3
     if (withNormals_ && mesh.HasNormals()) {
         source.normals.reserve(mesh.mNumVertices);
         std::transform(mesh.mNormals, mesh.mNormals + mesh.mNumVertices, std::back_inserter(source.normals),
-vectorOf);
+                       vectorOf);
     }
     const bool left = finish(mesh, false, source);
     return left ? std::make_optional(std::move(source)) : std::nullopt;

@@ -19,7 +19,7 @@ namespace {
 
 void showFrom(Workplace& at, const char* position)
 {
-    at.view.window().runAndTell(
+    at.view.window().changeAndTell(
         [&](HostScene& host) { return host.showFrom(QString::fromLatin1(position)); });
 }
 

@@ -42,7 +42,7 @@ Appearance::Appearance(hostkit::SceneWidget& view, QObject* parent)
 
 void Appearance::setEdges(const QString& edges)
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         OruScene& scene = host.scene();
         scene.inEditSession([&](IOruVisPropertyEdit& editor) {
             forEachSurface(scene.render.visualizations, [&](MeshVisualization& surface) {
@@ -71,7 +71,7 @@ QString Appearance::edges() const
 
 void Appearance::setBackground(const QColor& color)
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         host.edit(host.scene().render, backgroundKey, oru::toString(color));
         return true;
     });
@@ -88,7 +88,7 @@ QColor Appearance::background() const
 
 void Appearance::setRig(bool on)
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         OruScene& scene = host.scene();
         scene.inEditSession([&](IOruVisPropertyEdit& editor) {
             for (const QString& path : fillLights) {

@@ -228,7 +228,7 @@ bool ModelTreeModel::setData(const QModelIndex& index, const QVariant& value, in
     if (!shown || role != Qt::CheckStateRole) {
         return false;
     }
-    view_.window().runAndTell([&](hostkit::HostScene& host) {
+    view_.window().changeAndTell([&](hostkit::HostScene& host) {
         host.edit(*changed, shown->visible.name(), oru::toString(value.toInt() == Qt::Checked));
         return true;
     });

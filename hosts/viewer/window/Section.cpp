@@ -43,7 +43,7 @@ SectionPlanes* Section::planes() const
 
 void Section::edit(int axis, const QString& key, const QString& value)
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         host.edit(planes()->plane(axis), key, value);
         return true;
     });
@@ -58,12 +58,13 @@ void Section::setActive(int axis, bool active)
     SectionPlane& plane = all->plane(axis);
     double low = 0.0;
     double high = 0.0;
-    const bool outside = range(axis, low, high) && !(position(axis) > low && position(axis) < high);
-    view_.window().runAndTell([&](HostScene& host) {
+    const bool aside = range(axis, low, high) &&
+                       (plane.position.value() == 0.0 || position(axis) <= low || position(axis) >= high);
+    view_.window().changeAndTell([&](HostScene& host) {
         const bool flipped = seenFromBelow(host.view(), axis);
         OruVisList& list = host.scene().render.visualizations;
         host.scene().inEditSession([&](IOruVisPropertyEdit& editor) {
-            if (active && outside) {
+            if (active && aside) {
                 editor.editValue(&list, &plane, plane.position.name(), oru::toString((low + high) / 2.0));
             }
             if (active && plane.flipped.value() != flipped) {
@@ -90,7 +91,7 @@ bool Section::anyActive() const
 
 void Section::switchAllOff()
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         host.scene().inEditSession([&](IOruVisPropertyEdit& editor) {
             for (int axis = 0; axis < 3; ++axis) {
                 if (isActive(axis)) {
@@ -143,7 +144,7 @@ double Section::position(int axis) const
 void Section::slide(int axis, double position)
 {
     if (SectionPlanes* const all = planes()) {
-        view_.window().runAndTell([&](HostScene& host) {
+        view_.window().changeAndTell([&](HostScene& host) {
             taken_ = std::isnan(taken_) ? all->plane(axis).position.value() : taken_;
             all->plane(axis).position.setValue(position);
             host.changed();

@@ -17,8 +17,8 @@ public:
     /// `view` is borrowed and has to live as long.
     explicit Section(hostkit::SceneWidget& view, QObject* parent = nullptr);
 
-    /// A plane that is switched on cuts away the side that the eye is on, and one that would cut nothing, or
-    /// all, is put into the middle.
+    /// A plane that is switched on cuts away the side that the eye is on. One that nobody has moved, or that
+    /// would cut nothing or all, is put into the middle.
     void setActive(int axis, bool active);
     bool isActive(int axis) const;
     bool anyActive() const;

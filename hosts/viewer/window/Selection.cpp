@@ -81,7 +81,7 @@ Selection::Parts Selection::parts() const
 
 void Selection::edit(const Edits& edits)
 {
-    view_.window().runAndTell([&](HostScene& host) {
+    view_.window().changeAndTell([&](HostScene& host) {
         host.scene().inEditSession(edits);
         host.changed();
         return true;
@@ -224,7 +224,7 @@ BoundingBox Selection::bounds() const
 
 void Selection::fit()
 {
-    view_.window().runAndTell([this](HostScene& host) {
+    view_.window().changeAndTell([this](HostScene& host) {
         const QScopedValueRollback<BoundingBox> shown(host.context().zoomBounds, bounds());
         return host.showFrom(QStringLiteral("fit"));
     });

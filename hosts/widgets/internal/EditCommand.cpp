@@ -49,13 +49,11 @@ bool EditCommand::mergeWith(const QUndoCommand* other)
     return true;
 }
 
-/// What lies under the pointer may be another thing then.
 void EditCommand::apply(Way way)
 {
     if (window_) {
-        window_->runAndTell([&](HostScene& host) {
+        window_->changeAndTell([&](HostScene& host) {
             (host.*way)(step_);
-            window_->input().hoverAgain();
             return true;
         });
     }
