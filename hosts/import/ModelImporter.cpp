@@ -69,9 +69,19 @@ ReportShare within(Progress& progress, float from, float to)
 /// Formats of surfaces and solids that are no meshes yet.
 constexpr std::array<const char*, 5> exactFormats = {"step", "stp", "iges", "igs", "brep"};
 
+/// Its header is "glTF" and a version of four bytes.
+bool isBinaryGltf1(const QString& file)
+{
+    QFile opened(file);
+    return opened.open(QIODevice::ReadOnly) && opened.read(8) == QByteArray("glTF\1\0\0\0", 8);
+}
+
 /// What to tell of a file that reading it came to nothing.
 QString refusalOf(const QString& file, const QString& reason)
 {
+    if (isBinaryGltf1(file)) {
+        return QStringLiteral("binary glTF of version 1 is not read, but version 2 is");
+    }
     const QFileInfo info(file);
     const QString suffix = info.suffix().toLower();
     const bool exact = std::any_of(exactFormats.begin(), exactFormats.end(),

@@ -81,6 +81,7 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
              "bufferViews": [{"buffer": 0, "byteLength": 36}], "accessors": [{"bufferView": 0, "componentType": 5126, "type": "VEC3", "count": 3}],
              "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}]})",
          "pipe.bin is not a regular file"},
+        {"old.glb", QByteArray("glTF\1\0\0\0", 8) + engine.mid(8), "glTF of version 1"},
         {"part.STEP", "ISO-10303-21;\nHEADER;\n",
          "not a mesh format; \"gmsh part.STEP -2 -o part.stl\" makes"},
     };
