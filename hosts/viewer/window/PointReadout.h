@@ -7,7 +7,7 @@
 class QLabel;
 
 /// Tells in a status bar what the pointer rests on: the part, the coordinates of the point under the pointer
-/// in the model's own frame and unit, and how long the last frame took.
+/// as those of the file with Z upwards and in its unit, and how long the last frame took.
 class PointReadout : public QWidget
 {
     Q_OBJECT
