@@ -123,7 +123,8 @@ void SectionPlane::draw3d(const DrawContext& context)
     if (!shown()) {
         return;
     }
-    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LINE_BIT | GL_POINT_BIT);
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LINE_BIT | GL_POINT_BIT | GL_DEPTH_BUFFER_BIT |
+                 GL_VIEWPORT_BIT);
     glDisable(GL_LIGHTING);
     // Its color goes with the attributes. That of a material would stay until the current one is another.
     glDisable(GL_COLOR_MATERIAL);
@@ -134,9 +135,15 @@ void SectionPlane::draw3d(const DrawContext& context)
         glVertex3f(corner.x, corner.y, corner.z);
     }
     glEnd();
-    glDisable(GL_DEPTH_TEST); // the handle can be taken wherever it is
+    // The handle can be taken wherever it is, so it goes in front of all, also of what is drawn after it. The
+    // frame stands off the models and may reach out of the depth range: the handle moves along the line of
+    // sight into the middle of it.
+    glDepthFunc(GL_ALWAYS);
+    glDepthRange(0.0, 0.0);
     glPointSize(handlePixels);
-    const Vector3 at = handle();
+    Vector3 at = handle().project(view_.modelView, view_.projection, view_.viewport.data());
+    at.z = 0.5f;
+    at = at.unProject(view_.modelView, view_.projection, view_.viewport.data());
     glBegin(GL_POINTS);
     glVertex3f(at.x, at.y, at.z);
     glEnd();

@@ -268,6 +268,31 @@ TEST_F(Section, OfNothingChangesNothing)
     EXPECT_EQ(drawn(), with);
 }
 
+TEST_F(Section, ShowsItsHandleOverAllModels)
+{
+    const QColor green(72, 160, 72);
+    constexpr int step = 3; // pixels, of a handle of 13
+    cut(1, 0.0);
+    for (int turn = 0; turn < 8; ++turn) {
+        host.setView(Matrix::rotate(Vector3(1, 0, 0), 20.0f) *
+                     Matrix::rotate(Vector3(0, 1, 0), 45.0f * static_cast<float>(turn)) *
+                     Matrix::scale(0.2f));
+        const QImage frame = drawn();
+        int taken = 0;
+        int seen = 0;
+        for (int y = 1; y < size.height() - 1; y += step) {
+            for (int x = 1; x < size.width() - 1; x += step) {
+                if (pickAt(x, y).name == "y") {
+                    ++taken;
+                    seen += QColor(frame.pixel(x, size.height() - 1 - y)) == green ? 1 : 0;
+                }
+            }
+        }
+        EXPECT_GE(10 * seen, 7 * taken) << "it can be taken a little beside, too; turn " << turn;
+        EXPECT_GT(taken, 0) << turn;
+    }
+}
+
 TEST_F(Section, MovesByItsHandleAsOneEdit)
 {
     cut(0, 0.2);
