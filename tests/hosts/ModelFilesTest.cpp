@@ -4,6 +4,7 @@
 #include "hosts/import/internal/IsolatedReader.h"
 #include "tests/hosts/Gltf.h"
 #include "tests/hosts/Models.h"
+#include "tests/support/Files.h"
 
 #include <QDir>
 #include <QImage>
@@ -20,8 +21,10 @@ using hostkit::ModelSource;
 using hostkit::Texture;
 using Kelvar::Math::BoundingBox;
 using Kelvar::Math::Vector3;
+using kelvartest::contentOf;
 using kelvartest::gltf;
 using kelvartest::writtenFile;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -98,6 +101,27 @@ TEST(ModelFiles, StandUprightAsTheFileOrElseItsFormatHasIt)
         EXPECT_EQ(model.up.name(), row.up) << row.file;
         const BoundingBox box = shownBounds(model);
         EXPECT_NEAR(box.depth() / std::max(box.width(), box.height()), row.slender, 0.01) << row.file;
+    }
+}
+
+TEST(ModelFiles, TellTheirUnit)
+{
+    const QTemporaryDir folder;
+    const QByteArray cubes = contentOf(QStringLiteral("/usr/share/assimp/models/FBX/cubes_with_names.fbx"));
+    const QByteArray told = R"("UnitScaleFactor", "double", "Number", "",)";
+    ASSERT_TRUE(cubes.contains(told + "1\n"));
+    const std::pair<const char*, const char*> rows[] = {
+        {"1", "cm"},
+        {"0.1", "mm"},
+        {"100", "m"},
+        {"2.54", "in"},
+        {"30.479999542236328", "ft"},
+        {"7.5", "\u00d7 7.5 cm"},
+    };
+    for (const auto& [centimeters, unit] : rows) {
+        const QByteArray text = QByteArray(cubes).replace(told + "1\n", told + centimeters + "\n");
+        const Model model = load(writtenFile(folder, "cubes.fbx", text));
+        EXPECT_THAT(model.properties, Contains(std::make_pair(QString("unit"), QString::fromUtf8(unit))));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "hosts/import/internal/IsolatedReader.h"
 #include "tests/hosts/Gltf.h"
 #include "tests/hosts/Models.h"
+#include "tests/support/Files.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -20,6 +21,7 @@ using hostkit::Model;
 using hostkit::ModelImporter;
 using hostkit::Progress;
 using Kelvar::Math::Vector3;
+using kelvartest::contentOf;
 using kelvartest::writtenFile;
 
 namespace {
@@ -28,13 +30,6 @@ Model load(const QString& file)
 {
     Progress progress;
     return ModelImporter::load(file, progress);
-}
-
-QByteArray contentOf(const QString& name)
-{
-    QFile file(name);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-    return file.readAll();
 }
 
 Kelvar::Math::BoundingBox shownBounds(const hostkit::ModelPart& part)
@@ -65,7 +60,8 @@ TEST(ModelImporter, TellsTheFileAndTheReason)
         {"words.stl", "this is no model", "damaged"},
         {"short.glb", engine.left(5000), "damaged"},
         {"words.obj", "# nothing here\n", "damaged"},
-        {"crash.ply", contentOf("/usr/share/assimp/models/PLY/cube_binary.ply").left(300), "damaged"},
+        {"crash.ply", contentOf(QStringLiteral("/usr/share/assimp/models/PLY/cube_binary.ply")).left(300),
+         "damaged"},
         {"model.unknown", "something", "not a model of a known format"},
         {"noname", "something", "not a model of a known format"},
         {"nan.stl", broken, "there is nothing to draw: dropped 1 of 1 triangles"},

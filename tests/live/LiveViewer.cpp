@@ -5,7 +5,8 @@
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/mesh/Progress.h"
 #include "tests/hosts/Models.h"
-#include "tests/live/Files.h"
+#include "tests/live/ViewerProgram.h"
+#include "tests/support/Files.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>

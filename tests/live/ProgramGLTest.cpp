@@ -1,7 +1,7 @@
 // The viewer as a command: what it ends with, and that it ends.
 
 #include "tests/hosts/Models.h"
-#include "tests/live/Files.h"
+#include "tests/live/ViewerProgram.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

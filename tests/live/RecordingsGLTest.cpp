@@ -3,7 +3,8 @@
 
 #include "contracts/core/OruText.h"
 #include "tests/hosts/Models.h"
-#include "tests/live/Files.h"
+#include "tests/live/ViewerProgram.h"
+#include "tests/support/Files.h"
 
 #include <QImage>
 #include <QJsonArray>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFile>
 #include <QString>
 
 namespace kelvartest {
@@ -9,13 +8,6 @@ namespace kelvartest {
 inline QString viewerProgram()
 {
     return QStringLiteral(KELVAR_VIEWER);
-}
-
-/// Empty if there is no such file.
-inline QByteArray contentOf(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace kelvartest

@@ -1,7 +1,8 @@
 // The program as it is started, at the scales of screens, with a person's hands from outside.
 
 #include "tests/hosts/Models.h"
-#include "tests/live/Files.h"
+#include "tests/live/ViewerProgram.h"
+#include "tests/support/Files.h"
 
 #include <QElapsedTimer>
 #include <QProcess>

@@ -5,8 +5,10 @@
 #include <assimp/scene.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace hostkit {
@@ -77,11 +79,29 @@ QString find(const aiMetadata* metadata, const QStringList& names)
     return {};
 }
 
-/// FBX tells its unit in centimeters.
+/// Units by their centimeters.
+struct Unit
+{
+    double centimeters;
+    const char* name;
+};
+
+constexpr Unit units[] = {{0.1, "mm"}, {1.0, "cm"},  {10.0, "dm"},  {100.0, "m"},
+                          {1e5, "km"}, {2.54, "in"}, {30.48, "ft"}, {91.44, "yd"}};
+
+/// FBX tells its unit in centimeters. Lengths stand ahead of it, as in "3 × 2.5 cm".
 QString unitOf(const aiMetadata* metadata)
 {
     const QString factor = find(metadata, {QStringLiteral("unitscalefactor")});
-    return factor.isEmpty() ? QString() : factor + QStringLiteral(" cm");
+    const double centimeters = factor.toDouble();
+    constexpr double rounding = 1e-6; // of the file's floats
+    const auto* const known = std::find_if(std::begin(units), std::end(units), [&](const Unit& unit) {
+        return std::abs(centimeters - unit.centimeters) <= rounding * unit.centimeters;
+    });
+    if (known != std::end(units)) {
+        return QString::fromLatin1(known->name);
+    }
+    return factor.isEmpty() ? QString() : QStringLiteral("\u00d7 %1 cm").arg(factor);
 }
 
 } // namespace
