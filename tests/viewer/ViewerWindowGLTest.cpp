@@ -280,6 +280,18 @@ TEST_F(ViewerWindowTest, CutsWithASliderInOneStep)
     EXPECT_EQ(window.view().undo().edits().index(), steps + 1);
     keys("ctrl+z");
     EXPECT_EQ(section.position(1), before);
+
+    // A number that was typed: the keys are those of the view again, and the field follows them.
+    QDoubleSpinBox& number = window.findChild<SectionPanel*>()->position(1);
+    const double told = number.value();
+    number.setFocus();
+    number.selectAll();
+    kelvartest::WidgetsFixture::act(QStringLiteral("key 3 Return"));
+    EXPECT_EQ(number.value(), 3.0);
+    EXPECT_NE(section.position(1), before);
+    kelvartest::WidgetsFixture::act(QStringLiteral("key ctrl+z"));
+    EXPECT_EQ(section.position(1), before);
+    EXPECT_EQ(number.value(), told);
     keys("alt+c");
     EXPECT_FALSE(section.anyActive());
     kelvartest::WidgetsFixture::keepScreenshot("section.png");

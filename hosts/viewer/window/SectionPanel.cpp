@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 #include <QSlider>
 
@@ -70,6 +71,12 @@ void SectionPanel::connectRow(int axis)
             section_.setPosition(axis, value - originOn(axis));
         }
     });
+    // A person who has typed a number looks at what came of it; the keys are those of the view again.
+    auto* const typed = row.position->findChild<QLineEdit*>();
+    connect(typed, &QLineEdit::returnPressed, this, [=] {
+        typed->setModified(false);
+        view_.setFocus();
+    });
     const auto wanted = [=] {
         double low = 0.0;
         double high = 0.0;
@@ -120,7 +127,8 @@ void SectionPanel::followRow(int axis)
     row.position->setDecimals(decimalsFor(high - low, toldDigits));
     row.position->setSingleStep((high - low) / 100.0);
     row.position->setRange(low + origin, high + origin);
-    if (!row.position->hasFocus()) {
+    const bool typing = row.position->hasFocus() && row.position->findChild<QLineEdit*>()->isModified();
+    if (!typing) {
         row.position->setValue(at + origin);
     }
     if (!row.slider->isSliderDown()) {
