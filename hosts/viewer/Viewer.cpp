@@ -18,6 +18,7 @@
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
 #include "hosts/viewer/window/SceneContent.h"
+#include "hosts/viewer/window/StateFile.h"
 #include "hosts/viewer/window/ViewerWindow.h"
 
 #include <QFileInfo>
@@ -406,7 +407,9 @@ Viewer::ExitCode Viewer::showWindow()
     if (options_.sizeNamed) {
         resizeTo(window, options_.size);
     }
-    if (!files.isEmpty()) {
+    if (files.size() == 1 && StateFile::looksLikeOne(files.first())) {
+        window.document().openState(files.first());
+    } else if (!files.isEmpty()) {
         window.document().open(
             files, [&](HostScene& host) { arrangeSession(view, host); },
             [this](HostScene& host) { applySettings(host); });
