@@ -17,10 +17,13 @@
 #include "hosts/mesh/ModelList.h"
 #include "hosts/mesh/ModelParts.h"
 #include "hosts/viewer/LoadingReport.h"
+#include "hosts/viewer/window/Document.h"
+#include "hosts/viewer/window/OwnFiles.h"
 #include "hosts/viewer/window/SceneContent.h"
 #include "hosts/viewer/window/StateFile.h"
 #include "hosts/viewer/window/ViewerWindow.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -35,6 +38,7 @@
 #include <iostream>
 #include <optional>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 using hostkit::HostScene;
@@ -92,12 +96,24 @@ void tellNotes(const QStringList& files, const std::vector<Model>& models)
     }
 }
 
+/// So that a state tells what it was saved with.
+void nameFiles(std::vector<Model>& models, const QStringList& files)
+{
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        const QString& file = files[static_cast<int>(i)];
+        if (file != QLatin1String(ViewerOptions::standardInput)) {
+            models[i].properties.emplace_back(SceneContent::fileKey, QFileInfo(file).absoluteFilePath());
+        }
+    }
+}
+
 std::vector<Model> takeModels(hostkit::ImportJob& job, const QStringList& files,
                               const std::optional<PipedModel>& piped)
 {
     try {
         std::vector<Model> models = job.take();
         tellNotes(files, models);
+        nameFiles(models, files);
         return models;
     } catch (const hostkit::ModelImporter::Error& error) {
         QString text = QString::fromUtf8(error.what());
@@ -142,6 +158,16 @@ void prepare(hostkit::SceneWindow& view, const ViewerOptions& options)
     view.setTitle(titleOf(options.models));
 }
 
+/// Such as /dev/stdout: nothing may follow the picture there.
+bool isStandardOutput(const QString& file)
+{
+    struct stat named = {};
+    struct stat standard = {};
+    return ::stat(QFile::encodeName(file).constData(), &named) == 0 &&
+           ::fstat(STDOUT_FILENO, &standard) == 0 && named.st_dev == standard.st_dev &&
+           named.st_ino == standard.st_ino;
+}
+
 template <typename Window>
 void resizeTo(Window& window, const QSize& pixels)
 {
@@ -173,6 +199,7 @@ Viewer::Viewer(const ViewerOptions& options)
     if (!options_.replayFile.isEmpty()) {
         readRecording();
     }
+    readState();
     options_.checkOutputs();
     checkPictures();
 }
@@ -197,6 +224,27 @@ void Viewer::readRecording()
         throw Failure(BadInput, QString::fromUtf8(error.what()));
     }
     takeOver(*replay_);
+}
+
+/// A state that stands in the place of MODEL, or alone, brings its models along. Where it brings none, a
+/// window tells why when it is there.
+void Viewer::readState()
+{
+    QStringList& models = options_.models;
+    if (models.size() == 1 && options_.stateFile.isEmpty() && StateFile::looksLikeOne(models.first())) {
+        options_.stateFile = models.takeFirst();
+    }
+    if (!models.isEmpty() || options_.stateFile.isEmpty()) {
+        return;
+    }
+    QString reason;
+    models = StateFile::modelsOf(options_.stateFile, &reason);
+    if (models.isEmpty() && !options_.defaultModel.isEmpty()) {
+        models.append(options_.defaultModel);
+    }
+    if (models.isEmpty() && (options_.windowless() || options_.bare)) {
+        throw Failure(BadInput, reason);
+    }
 }
 
 /// What the command line leaves open is as it was when the recording was made.
@@ -239,7 +287,10 @@ Viewer::ExitCode Viewer::makePictures()
     const int largest = hostkit::GlPlatform::largestPicture();
     if (std::max(options_.size.width(), options_.size.height()) > largest) {
         throw Failure(NoOutput,
-                      QStringLiteral("a picture can be %1 pixels wide and high at most").arg(largest));
+                      QStringLiteral("--size %1x%2: a picture can be %3 pixels wide and high at most")
+                          .arg(options_.size.width())
+                          .arg(options_.size.height())
+                          .arg(largest));
     }
     HostScene empty;
     checkSettings(empty);
@@ -407,9 +458,12 @@ Viewer::ExitCode Viewer::showWindow()
     if (options_.sizeNamed) {
         resizeTo(window, options_.size);
     }
-    if (files.size() == 1 && StateFile::looksLikeOne(files.first())) {
-        window.document().openState(files.first());
-    } else if (!files.isEmpty()) {
+    bool shown = false;
+    Failure failure(Stopped, QLatin1String(loadingStopped));
+    QObject::connect(&window.document(), &Document::loaded, [&] { shown = true; });
+    QObject::connect(&window.document(), &Document::failed,
+                     [&](const QString& reason) { failure = Failure(BadInput, reason); });
+    if (!files.isEmpty()) {
         window.document().open(
             files, [&](HostScene& host) { arrangeSession(view, host); },
             [this](HostScene& host) { applySettings(host); });
@@ -423,6 +477,10 @@ Viewer::ExitCode Viewer::showWindow()
     });
     window.show();
     QCoreApplication::exec();
+    const bool asked = !files.isEmpty() || !options_.stateFile.isEmpty();
+    if (asked && !shown) {
+        throw failure; // and no state of an empty scene takes the place of a former one
+    }
     endSession(view);
     return Done;
 }
@@ -509,8 +567,11 @@ void Viewer::applySettings(HostScene& host) const
 {
     QString error;
     SceneContent::dress(host, options_.stateFile.isEmpty());
-    if (!options_.stateFile.isEmpty() && !host.load(options_.stateFile, &error)) {
-        throw Failure(BadInput, error);
+    if (!options_.stateFile.isEmpty()) {
+        const OwnFiles own(host);
+        if (!host.load(options_.stateFile, &error)) {
+            throw Failure(BadInput, error);
+        }
     }
     if (!options_.withTriad) {
         OruVisList& all = host.scene().render.visualizations;
@@ -612,5 +673,7 @@ void Viewer::writePicture(const QImage& picture) const
     if (!writer.write(picture, &error)) {
         throw Failure(NoOutput, error);
     }
-    std::cout << qPrintable(QFileInfo(options_.outFile).absoluteFilePath()) << std::endl;
+    if (!isStandardOutput(options_.outFile)) {
+        std::cout << qPrintable(QFileInfo(options_.outFile).absoluteFilePath()) << std::endl;
+    }
 }

@@ -74,6 +74,7 @@ private:
     void playGestures(hostkit::InputFeed& input, const QSize& view) const;
     void playRecording(hostkit::HostScene& host, hostkit::InputFeed& input) const;
     void readRecording();
+    void readState();
     void takeOver(const hostkit::Recording& recording);
     void checkRecorded() const;
     hostkit::InputFeed::Listener startRecording(const std::function<QSize()>& size);

@@ -42,7 +42,9 @@ void readSize(ViewerOptions& options, const QStringList& values)
 {
     const std::optional<QSize> size = InputNames::size(values[0], mostPixels);
     if (!size) {
-        fail(QStringLiteral("\"%1\" is not a size such as 1280x800").arg(values[0]));
+        fail(QStringLiteral("\"%1\" is not a size such as 1280x800, up to %2 pixels a side")
+                 .arg(values[0])
+                 .arg(mostPixels));
     }
     options.size = *size;
     options.sizeNamed = true;
@@ -96,7 +98,9 @@ void readWheel(ViewerOptions& options, const QStringList& values)
     bool good = false;
     turn.wheelSteps = values[0].toInt(&good);
     if (!good || turn.wheelSteps == 0 || std::abs(turn.wheelSteps) > mostWheelSteps) {
-        fail(QStringLiteral("\"%1\" is not a number of wheel steps").arg(values[0]));
+        fail(QStringLiteral("\"%1\" is not a number of wheel steps, up to %2 either way")
+                 .arg(values[0])
+                 .arg(mostWheelSteps));
     }
     options.gestures.push_back(turn);
 }
@@ -176,7 +180,8 @@ struct Option
 };
 
 const Option optionTable[] = {
-    {"--size", "", 1, "WxH", "pixels of the window or picture, 1280x800 unless given", readSize},
+    {"--size", "", 1, "WxH",
+     "pixels of the window or picture; unless given 1280x800, or as the window was last", readSize},
     {"--position", "", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit",
      readPosition},
     {"--up", "", 1, "AXIS", "x, -x, y, -y, z or -z points up in the models, whatever their files say",
@@ -186,7 +191,8 @@ const Option optionTable[] = {
     {"--wheel", "", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
     {"--edges", "", 1, "off|on|wireframe", "show all parts with their edges, or with nothing but lines",
      readEdges},
-    {"--state", "", 1, "FILE", "load settings and view from a file",
+    {"--state", "", 1, "FILE",
+     "load settings and view from a file, and the models that it names if MODEL names none",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
     {"--save-state", "", 1, "FILE", "save settings and view to a file at the end",
      [](ViewerOptions& o, const QStringList& v) { o.saveStateFile = v[0]; }},
@@ -208,7 +214,8 @@ const Option optionTable[] = {
     {"--format", "", 1, "SUFFIX", "format of the MODEL - , such as stl", readFormat},
     {"--record", "", 1, "FILE", "record what is done to the view, one event a line",
      [](ViewerOptions& o, const QStringList& v) { o.recordFile = v[0]; }},
-    {"--replay", "", 1, "FILE", "play a recording in a hidden window; --size may differ from its own",
+    {"--replay", "", 1, "FILE",
+     "play a recording in a hidden window; --size may differ, --state and --no-triad are not in it",
      [](ViewerOptions& o, const QStringList& v) { o.replayFile = v[0]; }},
     {"--default-model", "", 1, "FILE", "the model to show when no MODEL is named",
      [](ViewerOptions& o, const QStringList& v) { o.defaultModel = v[0]; }},
@@ -296,6 +303,9 @@ private:
 void checkTogether(const ViewerOptions& options)
 {
     const auto piped = options.models.count(QLatin1String(ViewerOptions::standardInput));
+    const bool patternOutside =
+        (options.saveStateFile + options.recordFile).contains(QLatin1String(ViewerOptions::namePattern));
+    const bool twice = QStringList(options.models).removeDuplicates() > 0;
     const struct
     {
         bool wrong;
@@ -304,6 +314,9 @@ void checkTogether(const ViewerOptions& options)
         {options.transparent && options.outFile.isEmpty(), "--transparent needs --out"},
         {options.overlayScale != 1.0 && options.outFile.isEmpty(), "--overlay-scale needs --out"},
         {options.dotsPerInch != 0 && options.outFile.isEmpty(), "--dpi needs --out"},
+        {options.models.contains(QString()), "a MODEL has an empty name"},
+        {patternOutside && !options.onePictureEach(), "{name} needs an --out with {name}"},
+        {twice && options.onePictureEach(), "a MODEL is named twice, and has one picture"},
         {piped > 0 && options.format.isEmpty(), "the MODEL - needs --format, such as --format stl"},
         {piped == 0 && !options.format.isEmpty(), "--format needs the MODEL -"},
         {piped > 1, "the MODEL - can be read once only"},
@@ -337,7 +350,9 @@ HelpTopic optionTopic()
 
 HelpTopic viewTopic()
 {
-    HelpTopic topic = {QStringLiteral("In the window"), QString(), {}};
+    HelpTopic topic = {QStringLiteral("In the window with --bare"),
+                       QStringLiteral("F1 tells the keys of the window with menus."),
+                       {}};
     const auto add = [&](const InputNames::Gesture& gesture) {
         topic.rows.push_back({InputNames::text(gesture), QString::fromLatin1(gesture.effect)});
     };
@@ -351,7 +366,8 @@ const HelpTopic orderTopic = {
     QStringLiteral("Order"),
     QStringLiteral(
         "State and settings come first, then the position, then drags and turns of the wheel in\n"
-        "their order, then a recording. A recording says itself which models it shows, unless MODEL does."),
+        "their order, then a recording. A recording and a state say themselves which models they show,\n"
+        "unless MODEL does; a state may also stand in the place of MODEL."),
     {}};
 
 const HelpTopic picturesTopic = {
@@ -366,7 +382,7 @@ const HelpTopic limitsTopic = {
     QStringLiteral("Limits"),
     QStringLiteral(
         "What is read must be a regular file; standard input may bring 1 GiB. What is written may be a\n"
-        "pipe or a device, too, but no file that is also read; a file that cannot be written whole stays\n"
+        "pipe or a device, too, but no file that is named to be read; what cannot be written whole stays\n"
         "as it was. Reading a model may take 3 seconds of processor time and 30 by the clock, and one\n"
         "more of each for each megabyte; half of the memory that is available, and its parts an eighth\n"
         "of it."),
@@ -416,8 +432,9 @@ ViewerOptions ViewerOptions::parse(const QStringList& arguments)
             options.models.append(rest.takeFirst());
         }
     }
-    // A recording brings its models along.
-    if (options.models.isEmpty() && !options.defaultModel.isEmpty() && options.replayFile.isEmpty()) {
+    // A recording brings its models along, and so may a state.
+    const bool brought = !options.replayFile.isEmpty() || !options.stateFile.isEmpty();
+    if (options.models.isEmpty() && !options.defaultModel.isEmpty() && !brought) {
         options.models.append(options.defaultModel);
     }
     if (options.models.isEmpty() && options.needsModel()) {
@@ -431,7 +448,7 @@ ViewerOptions ViewerOptions::parse(const QStringList& arguments)
 bool ViewerOptions::needsModel() const
 {
     const bool opensMenus = !windowless() && !bare;
-    return !opensMenus && replayFile.isEmpty() && !showHelp && !showVersion;
+    return !opensMenus && replayFile.isEmpty() && stateFile.isEmpty() && !showHelp && !showVersion;
 }
 
 bool ViewerOptions::onePictureEach() const

@@ -67,14 +67,15 @@ TEST(ViewerOptions, NamesThePictureOfEachModel)
         EXPECT_EQ(each[i].outFile, QStringLiteral("o/%1.png").arg(names[i]));
         EXPECT_EQ(each[i].saveStateFile, names[i]);
     }
-    EXPECT_EQ(parse("a b --out p.png --save-state {name}").eachPicture().size(), 1u);
+    EXPECT_EQ(parse("a b --out p.png").eachPicture().size(), 1u);
     const struct
     {
         const char* line;
         const char* reason;
     } rows[] = {
         {"a/x.stl b/x.obj --out {name}.png", "--out x.png would be written for a/x.stl and for b/x.obj"},
-        {"x.stl x.stl --out {name}.png", "--out x.png would overwrite"},
+        {"x.stl x.stl --out {name}.png", "a MODEL is named twice"},
+        {"a b --out p.png --save-state {name}", "{name} needs an --out with {name}"},
         {"a b --out {name}.png --save-state s", "--save-state s would be written for a and for b"},
         {"a b --out {name}.png --record ./a.png", "--record ./a.png would overwrite"},
         {"a a.png --out {name}.png", "--out a.png would overwrite"},
@@ -121,13 +122,14 @@ TEST(ViewerOptions, SaysWhatIsWrong)
         {"m --size", "--size needs WxH"},
         {"m --size 10", "\"10\" is not a size"},
         {"m --size 0x5", "is not a size"},
-        {"m --size 5x99999", "is not a size"},
+        {"m --size 5x99999", "up to 65536 pixels"},
         {"m --position top", "there are x, -x"},
         {"m --drag left 1,2", "--drag needs BUTTON"},
         {"m --drag thumb 1,2 3,4", "left, middle or right"},
         {"m --drag left+alt 1,2 3,4", "\"alt\" is not a modifier"},
         {"m --drag left 1;2 3,4", "\"1;2\" is not a position"},
         {"m --up w", "--up must be one of: x (X), -x (-X)"},
+        {"m --wheel 1001", "wheel steps, up to 1000"},
         {"m --wheel 0", "wheel steps"},
         {"m --wheel x", "wheel steps"},
         {"m --edges yes", "none of off, on and wireframe"},

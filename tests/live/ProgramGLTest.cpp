@@ -17,6 +17,8 @@ struct Program : testing::Test
     Program()
     {
         environment.insert("V", kelvartest::viewerProgram() + " --bare");
+        environment.insert("WINDOW", kelvartest::viewerProgram());
+        environment.insert("XDG_CONFIG_HOME", folder.filePath("settings"));
         environment.insert("M", kelvartest::stlFile("shape"));
         environment.insert("ENGINE", kelvartest::engineFile());
     }
@@ -78,6 +80,20 @@ TEST_F(Program, EndsWithItsCodeAndReasonAndLosesNoFile)
          "&&"
          " grep -q light.3 lit && ! grep -q light.2 unlit",
          0, ""},
+        {"$V model.stl --position=-y --save-state st --out new && $V st --out again && cmp new again &&"
+         " $V --state st --position x --out again && ! cmp -s new again",
+         0, ""},
+        {"$V st --save-state model.stl --out new", 1, "--save-state model.stl would overwrite"},
+        {"mkdir a b; cp model.stl a; $V a/model.stl --position=-y --save-state a/st --out new; mv a/* b;"
+         " $V b/st --save-state b/st2 --out again && cmp new again && grep -q b/model.stl b/st2 &&"
+         " ! grep -q a/model.stl b/st2",
+         0, ""},
+        {"$V own --out new", 2, "own: names no model"},
+        {"timeout --preserve-status 6 $WINDOW pipe & timeout --preserve-status 6 $WINDOW missing.stl "
+         "--save-state old;"
+         " code=$?; wait $!; test $? = 2 && exit $code",
+         2, "pipe: is not a regular file"},
+        {"$V model.stl --out new && $V model.stl --out /dev/stdout | cmp - new", 0, ""},
         {"DISPLAY=:4711 $V model.stl --out new", 3, "the display \":4711\" cannot be reached"},
         {"$V model.stl --out new >&-; code=$?; test -s new && exit $code", 0, ""},
         {"cat pipe >got & $V model.stl --out pipe && wait && test -p pipe && grep -q PNG got", 0, ""},

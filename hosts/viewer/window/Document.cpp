@@ -3,6 +3,7 @@
 #include "contracts/core/OruPropertiesFile.h"
 #include "hosts/host/HostScene.h"
 #include "hosts/import/ImportJob.h"
+#include "hosts/viewer/window/OwnFiles.h"
 #include "hosts/viewer/window/SceneContent.h"
 #include "hosts/viewer/window/StateFile.h"
 #include "hosts/widgets/SceneWidget.h"
@@ -85,6 +86,7 @@ void Document::openState(const QString& file)
     const QByteArray text = source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
     const Action load = [file, text](HostScene& host) {
         QString reason;
+        const OwnFiles own(host);
         if (!OruPropertiesFile::load(host.scene(), text, file, &reason)) {
             throw std::runtime_error(reason.toStdString());
         }

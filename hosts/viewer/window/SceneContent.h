@@ -27,6 +27,7 @@ struct SceneContent
     /// own, the light.
     static void dress(hostkit::HostScene& host, bool withLight = true);
 
-    /// Key of the property of a model's list that names its file; only where a window shows it.
+    /// Key of the property of a model's list that names its file, with its whole path; none if it came in on
+    /// standard input.
     static const QString fileKey;
 };

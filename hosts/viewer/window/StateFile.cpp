@@ -6,7 +6,9 @@
 #include "hosts/mesh/ModelList.h"
 #include "hosts/viewer/window/SceneContent.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -32,6 +34,13 @@ private:
     OruModifiedGroup& group_;
 };
 
+/// A state and its models are often moved together.
+QString whereItIs(const QString& model, const QString& state)
+{
+    const QString beside = QFileInfo(state).dir().filePath(QFileInfo(model).fileName());
+    return QFileInfo::exists(model) || !QFileInfo::exists(beside) ? model : beside;
+}
+
 } // namespace
 
 QStringList StateFile::modelsOf(const QString& file, QString* error)
@@ -48,11 +57,11 @@ QStringList StateFile::modelsOf(const QString& file, QString* error)
         QString name;
         all->at(i)->getValue(SceneContent::fileKey, name, QString());
         if (all->at(i)->type() == hostkit::ModelList::typeString && !name.isEmpty()) {
-            files.append(name);
+            files.append(whereItIs(name, file));
         }
     }
     if (files.isEmpty()) {
-        *error = QStringLiteral("%1: names no model; only what a window has saved does").arg(file);
+        *error = QStringLiteral("%1: names no model; --state puts it behind one").arg(file);
     }
     return files;
 }
@@ -61,5 +70,6 @@ bool StateFile::looksLikeOne(const QString& file)
 {
     constexpr qint64 headBytes = 200;
     QFile head(file);
-    return head.open(QIODevice::ReadOnly) && head.read(headBytes).contains("kelvar property tree");
+    return QFileInfo(file).isFile() && head.open(QIODevice::ReadOnly) &&
+           head.read(headBytes).contains("kelvar property tree");
 }
