@@ -14,6 +14,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace hostkit {
@@ -28,8 +29,10 @@ constexpr const char* axisNames[] = {"x", "y", "z"};
 /// Those of the axes in the corner.
 const QColor axisColors[] = {QColor(214, 64, 64), QColor(72, 160, 72), QColor(64, 104, 214)};
 
-/// Share of the models' extent that the frame stands off them.
-constexpr float frameRoom = 0.06f;
+/// The frame stands off the models by that share of their extent along each axis, little enough for its
+/// corners to be in a view that is fitted to the models, and at least by that share of their diagonal.
+constexpr float frameRoom = 0.04f;
+constexpr float leastFrameRoom = 0.015f;
 
 constexpr float frameWidth = 1.5f;
 
@@ -104,8 +107,10 @@ BoundingBox SectionPlane::frame() const
     const auto* const planes = dynamic_cast<const SectionPlanes*>(parent());
     BoundingBox box = planes ? planes->extent() : BoundingBox();
     if (box.defined()) {
-        const float room = frameRoom * (box.max() - box.min()).length();
-        const Vector3 off(room, room, room);
+        const Vector3 size = box.max() - box.min();
+        const float least = leastFrameRoom * size.length();
+        const Vector3 off(std::max(frameRoom * size.x, least), std::max(frameRoom * size.y, least),
+                          std::max(frameRoom * size.z, least));
         box.add(box.min() - off);
         box.add(box.max() + off);
     }
@@ -115,6 +120,16 @@ BoundingBox SectionPlane::frame() const
 Vector3 SectionPlane::handle() const
 {
     return across(frame())[2];
+}
+
+/// The same pixel at the next depth that is drawn: the frame stands off the models, and the depth range ends
+/// with them.
+Vector3 SectionPlane::withinDepth(const Vector3& point) const
+{
+    constexpr float rounding = 1e-3f;
+    Vector3 seen = point.project(view_.modelView, view_.projection, view_.viewport.data());
+    seen.z = std::clamp(seen.z, rounding, 1.0f - rounding);
+    return seen.unProject(view_.modelView, view_.projection, view_.viewport.data());
 }
 
 void SectionPlane::draw3d(const DrawContext& context)
@@ -132,18 +147,15 @@ void SectionPlane::draw3d(const DrawContext& context)
     glColor(axisColors[axis_]);
     glBegin(GL_LINE_LOOP);
     for (const Vector3& corner : across(frame())) {
-        glVertex3f(corner.x, corner.y, corner.z);
+        const Vector3 at = withinDepth(corner);
+        glVertex3f(at.x, at.y, at.z);
     }
     glEnd();
-    // The handle can be taken wherever it is, so it goes in front of all, also of what is drawn after it. The
-    // frame stands off the models and may reach out of the depth range: the handle moves along the line of
-    // sight into the middle of it.
+    // The handle can be taken wherever it is: it goes in front of all, also of what is drawn after it.
     glDepthFunc(GL_ALWAYS);
     glDepthRange(0.0, 0.0);
     glPointSize(handlePixels);
-    Vector3 at = handle().project(view_.modelView, view_.projection, view_.viewport.data());
-    at.z = 0.5f;
-    at = at.unProject(view_.modelView, view_.projection, view_.viewport.data());
+    const Vector3 at = withinDepth(handle());
     glBegin(GL_POINTS);
     glVertex3f(at.x, at.y, at.z);
     glEnd();

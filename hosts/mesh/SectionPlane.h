@@ -71,6 +71,7 @@ private:
     bool shown() const;
     Kelvar::Math::BoundingBox frame() const;
     Kelvar::Math::Vector3 handle() const;
+    Kelvar::Math::Vector3 withinDepth(const Kelvar::Math::Vector3& point) const;
 
     int axis_;
     double dragged_ = 0.0;
