@@ -29,10 +29,9 @@ constexpr const char* axisNames[] = {"x", "y", "z"};
 /// Those of the axes in the corner.
 const QColor axisColors[] = {QColor(214, 64, 64), QColor(72, 160, 72), QColor(64, 104, 214)};
 
-/// The frame stands off the models by that share of their extent along each axis, little enough for its
-/// corners to be in a view that is fitted to the models, and at least by that share of their diagonal.
+/// The frame stands off the models by that share of their extent along each axis: little enough for its
+/// corners to be in every view that is fitted to the models.
 constexpr float frameRoom = 0.04f;
-constexpr float leastFrameRoom = 0.015f;
 
 constexpr float frameWidth = 1.5f;
 
@@ -107,10 +106,7 @@ BoundingBox SectionPlane::frame() const
     const auto* const planes = dynamic_cast<const SectionPlanes*>(parent());
     BoundingBox box = planes ? planes->extent() : BoundingBox();
     if (box.defined()) {
-        const Vector3 size = box.max() - box.min();
-        const float least = leastFrameRoom * size.length();
-        const Vector3 off(std::max(frameRoom * size.x, least), std::max(frameRoom * size.y, least),
-                          std::max(frameRoom * size.z, least));
+        const Vector3 off = (box.max() - box.min()) * frameRoom;
         box.add(box.min() - off);
         box.add(box.max() + off);
     }
