@@ -45,8 +45,9 @@ public:
         ExitCode code;
     };
 
-    /// Reads the recording that is to be played, if there is one. Needs a QGuiApplication. Throws Failure, or
-    /// ViewerOptions::Error when an output would overwrite an input, or a picture can have no such format.
+    /// Reads the recording that is to be played, if there is one, and which models a state names that comes
+    /// without a MODEL. Needs a QGuiApplication. Throws Failure, or ViewerOptions::Error when an output would
+    /// overwrite an input, or a picture can have no such format.
     explicit Viewer(const ViewerOptions& options);
 
     /// Needs a QGuiApplication that GlPlatform has prepared. Of several pictures it tells each failure and

@@ -180,8 +180,8 @@ struct Option
 };
 
 const Option optionTable[] = {
-    {"--size", "", 1, "WxH",
-     "pixels of the window or picture; unless given 1280x800, or as the window was last", readSize},
+    {"--size", "", 1, "WxH", "pixels of the window or picture: 1280x800, or as the window was last",
+     readSize},
     {"--position", "", 1, "NAME", "look from x, -x, y, -y, z, -z, iso (above, front right) or fit",
      readPosition},
     {"--up", "", 1, "AXIS", "x, -x, y, -y, z or -z points up in the models, whatever their files say",
@@ -191,8 +191,7 @@ const Option optionTable[] = {
     {"--wheel", "", 1, "N", "turn the wheel N steps, towards you if negative", readWheel},
     {"--edges", "", 1, "off|on|wireframe", "show all parts with their edges, or with nothing but lines",
      readEdges},
-    {"--state", "", 1, "FILE",
-     "load settings and view from a file, and the models that it names if MODEL names none",
+    {"--state", "", 1, "FILE", "load settings and view from a file, and its models if no MODEL is named",
      [](ViewerOptions& o, const QStringList& v) { o.stateFile = v[0]; }},
     {"--save-state", "", 1, "FILE", "save settings and view to a file at the end",
      [](ViewerOptions& o, const QStringList& v) { o.saveStateFile = v[0]; }},
@@ -214,8 +213,7 @@ const Option optionTable[] = {
     {"--format", "", 1, "SUFFIX", "format of the MODEL - , such as stl", readFormat},
     {"--record", "", 1, "FILE", "record what is done to the view, one event a line",
      [](ViewerOptions& o, const QStringList& v) { o.recordFile = v[0]; }},
-    {"--replay", "", 1, "FILE",
-     "play a recording in a hidden window; --size may differ, --state and --no-triad are not in it",
+    {"--replay", "", 1, "FILE", "play a recording in a hidden window; --size may differ from its own",
      [](ViewerOptions& o, const QStringList& v) { o.replayFile = v[0]; }},
     {"--default-model", "", 1, "FILE", "the model to show when no MODEL is named",
      [](ViewerOptions& o, const QStringList& v) { o.defaultModel = v[0]; }},
@@ -367,7 +365,8 @@ const HelpTopic orderTopic = {
     QStringLiteral(
         "State and settings come first, then the position, then drags and turns of the wheel in\n"
         "their order, then a recording. A recording and a state say themselves which models they show,\n"
-        "unless MODEL does; a state may also stand in the place of MODEL."),
+        "unless MODEL does; a state may also stand in the place of MODEL. A recording holds neither --state\n"
+        "nor --no-triad."),
     {}};
 
 const HelpTopic picturesTopic = {

@@ -78,6 +78,7 @@ struct ViewerOptions
     static QString help();
 
     QStringList models;
+    /// Shown where neither the command line nor a recording nor a state names one; empty: none.
     QString defaultModel;
     QSize size{1280, 800};
     bool sizeNamed = false;

@@ -22,7 +22,9 @@ OwnFiles::~OwnFiles()
 {
     const OruVisList& all = host_.scene().render.visualizations;
     for (const auto& [name, file] : files_) {
-        if (OruProperties* const list = all.childByName(name)) {
+        OruProperties* const list = all.childByName(name);
+        QString told;
+        if (list && list->getValue(SceneContent::fileKey, told, QString()) != file) {
             list->setValue(SceneContent::fileKey, file);
         }
     }
